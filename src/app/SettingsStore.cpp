@@ -1,0 +1,581 @@
+#include "app/SettingsStore.h"
+
+#include "app/LaunchAtLogin.h"
+#include "app/Log.h"
+#include "app/SettingsKeys.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QThread>
+#include <QUuid>
+
+#include <cmath>
+
+namespace norva {
+
+namespace K = SettingsKeys;
+
+namespace {
+
+constexpr double kHoverDelayFloor = 0.09;
+constexpr double kHoverDelayCeiling = 1.5;
+constexpr double kHoverDelayDefault = 0.12;
+constexpr double kHoverDelaySpan = 1.41;
+constexpr double kPeekDelayDefault = 0.07;
+constexpr double kSnappingHoldDefault = 0.35;
+constexpr int kClipboardLimitDefault = 50;
+
+// Depth of the store's own writes on this thread, per store (keyed by the store's own-write key).
+thread_local QHash<QString, int> t_ownWriteDepth;
+
+const QList<std::pair<QString, ActivitySwitch>>& activityWords()
+{
+    static const QList<std::pair<QString, ActivitySwitch>> words = {
+        {QStringLiteral("charging"), ActivitySwitch::charging}, {QStringLiteral("volume"), ActivitySwitch::volume},
+        {QStringLiteral("downloads"), ActivitySwitch::downloads}, {QStringLiteral("devices"), ActivitySwitch::devices},
+        {QStringLiteral("meetings"), ActivitySwitch::meetings}, {QStringLiteral("timers"), ActivitySwitch::timers},
+        {QStringLiteral("reminders"), ActivitySwitch::reminders}};
+    return words;
+}
+
+// How a stored value reads in the unreadable-value log line.
+QString describe(const QVariant& value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case QMetaType::QString:
+        return QLatin1Char('"') + value.toString() + QLatin1Char('"');
+    case QMetaType::Double:
+        return QString::number(value.toDouble(), 'g', 12);
+    default:
+        return value.toString();
+    }
+}
+
+bool isNumber(const QVariant& value)
+{
+    const int type = value.typeId();
+    return type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int ||
+           type == QMetaType::ULongLong || type == QMetaType::UInt || type == QMetaType::Float;
+}
+
+int decimalsOf(double step)
+{
+    int decimals = 0;
+    double scaled = std::fabs(step);
+    while (decimals < 10 && std::fabs(scaled - std::round(scaled)) > 1e-9) {
+        scaled *= 10.0;
+        ++decimals;
+    }
+    return decimals;
+}
+
+double roundTo(double value, int decimals)
+{
+    const double factor = std::pow(10.0, decimals);
+    return std::round(value * factor) / factor;
+}
+
+} // namespace
+
+// ---- DisplayChoice ----
+
+std::optional<DisplayChoice> DisplayChoice::parse(const QString& raw)
+{
+    if (raw == QLatin1String("all"))
+        return DisplayChoice{Kind::all, {}, {}};
+    if (raw == QLatin1String("builtIn"))
+        return DisplayChoice{Kind::builtIn, {}, {}};
+    static const QString prefix = QStringLiteral("display:");
+    if (!raw.startsWith(prefix))
+        return std::nullopt;
+    const QString rest = raw.mid(prefix.size());
+    const qsizetype bar = rest.indexOf(QLatin1Char('|'));
+    if (bar < 0)
+        return std::nullopt;
+    DisplayChoice choice{Kind::display, rest.left(bar), rest.mid(bar + 1)};
+    if (choice.displayId.isEmpty() && choice.displayName.isEmpty())
+        return std::nullopt;
+    return choice;
+}
+
+QString DisplayChoice::raw() const
+{
+    switch (kind) {
+    case Kind::all:
+        return QStringLiteral("all");
+    case Kind::builtIn:
+        return QStringLiteral("builtIn");
+    case Kind::display:
+        return QStringLiteral("display:") + displayId + QLatin1Char('|') + displayName;
+    }
+    return {};
+}
+
+// ---- construction and change propagation ----
+
+SettingsStore::SettingsStore(PreferencesDatabase& database, QObject* parent)
+    : QObject(parent), m_database(database),
+      m_ownWriteKey(QStringLiteral("SettingsStore.ownWrite.") + QUuid::createUuid().toString(QUuid::WithoutBraces))
+{
+    m_snapshot = takeSnapshot();
+    connect(&m_database, &PreferencesDatabase::changed, this, &SettingsStore::onDatabaseChanged,
+            Qt::DirectConnection);
+}
+
+SettingsStore::~SettingsStore()
+{
+    disconnect(&m_database, nullptr, this, nullptr);
+}
+
+const QStringList& SettingsStore::watchedKeys()
+{
+    static const QStringList keys = [] {
+        QStringList list = {K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard,
+                            K::approvalChime, K::approvalNotification, K::meetingChime, K::autoRecordMeetings,
+                            K::hoverHaptics, K::frontForKeyboardTools, K::autoShelfScreenshots,
+                            K::screenshotFlash, K::screenshotHotkey, K::displayChoice, K::showOnAllDisplays,
+                            K::notesMirrorEnabled, K::notesMirrorFolder, K::clipboardLimit, K::keepAwake,
+                            K::replaceSystemHUD, K::mirrorNotifications, K::windowSnapping,
+                            K::showMusicInNotch, K::closedMusicStyle, K::autoHidePausedMedia,
+                            K::externalNotchStyle,
+                            // music and notch
+                            K::musicStyle, K::musicLeft, K::musicRight, K::musicArtShape, K::musicEqualiser,
+                            K::musicEqualiserColour, K::musicKeepPaused, K::musicSongPeek, K::musicScrollVolume,
+                            K::peekOnHover, K::peekDelay, K::notchGlow, K::notchMotion, K::swipeDirection};
+        // agents
+        for (AgentSwitch which : {AgentSwitch::codex, AgentSwitch::copilot, AgentSwitch::promptSwitch})
+            list << agentKey(which);
+        list << K::questionsInNotch << K::commandsInNotch << K::openQuestions << K::agentWaitGlow
+             << K::quotaWarnings;
+        for (const auto& [word, kind] : activityWords())
+            list << activityKey(kind);
+        list << K::snappingHold << K::todosList << K::todosShowCompleted << K::shelfOpenOnDrop << K::shelfKeep
+             << K::clipboardHistory << K::settingsWindowSection;
+        return list;
+    }();
+    return keys;
+}
+
+QVariantMap SettingsStore::takeSnapshot() const
+{
+    QVariantMap snapshot;
+    for (const QString& key : watchedKeys()) {
+        if (auto value = m_database.value(key))
+            snapshot.insert(key, *value);
+    }
+    return snapshot;
+}
+
+void SettingsStore::onDatabaseChanged()
+{
+    const QVariantMap fresh = takeSnapshot();
+    bool differs = false;
+    {
+        QMutexLocker lock(&m_snapshotLock);
+        differs = fresh != m_snapshot;
+        // Refreshed even for our own writes, so the next outside change is compared with them.
+        m_snapshot = fresh;
+    }
+    if (differs && t_ownWriteDepth.value(m_ownWriteKey) == 0)
+        publish();
+}
+
+void SettingsStore::publish()
+{
+    if (QThread::currentThread() == thread()) {
+        emit changed();
+        return;
+    }
+    QPointer<SettingsStore> self(this);
+    QMetaObject::invokeMethod(
+        this,
+        [self] {
+            if (self)
+                emit self->changed();
+        },
+        Qt::QueuedConnection);
+}
+
+void SettingsStore::write(const std::optional<QVariant>& value, const QString& key)
+{
+    ++t_ownWriteDepth[m_ownWriteKey];
+    m_database.setValue(key, value);
+    if (--t_ownWriteDepth[m_ownWriteKey] == 0)
+        t_ownWriteDepth.remove(m_ownWriteKey);
+    publish();
+}
+
+// ---- typed reading ----
+
+std::optional<QVariant> SettingsStore::readRaw(const QString& key) const
+{
+    return m_database.value(key);
+}
+
+void SettingsStore::reportUnreadable(const QString& key, const QVariant& stored, const QString& expected) const
+{
+    {
+        QMutexLocker lock(&m_reportedLock);
+        if (m_reported.contains(key))
+            return;
+        m_reported.insert(key);
+    }
+    logLine(QStringLiteral("Norva settings: reading ") + key + QStringLiteral(" failed (it holds ") + describe(stored) +
+            QStringLiteral(", not ") + expected +
+            QStringLiteral("); the default applies until the setting is changed, and the stored value is left as "
+                           "it is"));
+}
+
+std::optional<bool> SettingsStore::storedFlag(const QString& key, const QString& expected) const
+{
+    const auto raw = readRaw(key);
+    if (!raw)
+        return std::nullopt;
+    if (raw->typeId() != QMetaType::Bool) {
+        reportUnreadable(key, *raw, expected);
+        return std::nullopt;
+    }
+    return raw->toBool();
+}
+
+std::optional<double> SettingsStore::storedNumber(const QString& key, const QString& expected) const
+{
+    const auto raw = readRaw(key);
+    if (!raw)
+        return std::nullopt;
+    if (!isNumber(*raw) || !std::isfinite(raw->toDouble())) {
+        reportUnreadable(key, *raw, expected);
+        return std::nullopt;
+    }
+    return raw->toDouble();
+}
+
+std::optional<qint64> SettingsStore::storedInteger(const QString& key, const QString& expected) const
+{
+    const auto raw = readRaw(key);
+    if (!raw)
+        return std::nullopt;
+    const double number = raw->toDouble();
+    if (!isNumber(*raw) || !std::isfinite(number) || number != std::trunc(number) || std::fabs(number) > 9.0e15) {
+        reportUnreadable(key, *raw, expected);
+        return std::nullopt;
+    }
+    return raw->typeId() == QMetaType::Double ? static_cast<qint64>(number) : raw->toLongLong();
+}
+
+std::optional<QString> SettingsStore::storedText(const QString& key, const QString& expected) const
+{
+    const auto raw = readRaw(key);
+    if (!raw)
+        return std::nullopt;
+    if (raw->typeId() != QMetaType::QString) {
+        reportUnreadable(key, *raw, expected);
+        return std::nullopt;
+    }
+    return raw->toString();
+}
+
+template <typename Enum>
+std::optional<Enum> SettingsStore::storedChoice(const QString& key, const QString& expected,
+                                                const QList<std::pair<QString, Enum>>& cases) const
+{
+    const auto raw = readRaw(key);
+    if (!raw)
+        return std::nullopt;
+    if (raw->typeId() == QMetaType::QString) {
+        for (const auto& [text, value] : cases) {
+            if (text == raw->toString())
+                return value;
+        }
+    }
+    reportUnreadable(key, *raw, expected);
+    return std::nullopt;
+}
+
+// ---- number helpers ----
+
+double SettingsStore::hoverDelay(double fraction)
+{
+    if (!std::isfinite(fraction))
+        return kHoverDelayDefault;
+    const double seconds = roundTo(std::min(fraction, 1.0) * kHoverDelaySpan + kHoverDelayFloor, 2);
+    return std::clamp(seconds, kHoverDelayFloor, kHoverDelayCeiling);
+}
+
+double SettingsStore::clamp(double value, double lower, double upper, double step)
+{
+    if (!std::isfinite(value))
+        return lower;
+    double result = std::clamp(value, lower, upper);
+    if (step > 0)
+        result = lower + std::round((result - lower) / step) * step;
+    result = roundTo(result, decimalsOf(step) + 1);
+    return std::clamp(result, lower, upper);
+}
+
+// ---- shell ----
+
+bool SettingsStore::openOnHover() const { return flag(K::openOnHover, false); }
+void SettingsStore::setOpenOnHover(bool on) { write(on, K::openOnHover); }
+
+double SettingsStore::openHoverDelay() const
+{
+    const auto stored = storedNumber(K::openHoverDelay);
+    return stored ? std::clamp(*stored, kHoverDelayFloor, kHoverDelayCeiling) : kHoverDelayDefault;
+}
+void SettingsStore::setOpenHoverDelay(double seconds)
+{
+    write(std::isfinite(seconds) ? std::clamp(seconds, kHoverDelayFloor, kHoverDelayCeiling) : kHoverDelayDefault,
+          K::openHoverDelay);
+}
+
+bool SettingsStore::showMenuBarIcon() const { return flag(K::showMenuBarIcon, true); }
+void SettingsStore::setShowMenuBarIcon(bool on) { write(on, K::showMenuBarIcon); }
+
+QString SettingsStore::fullscreenGuard() const
+{
+    return storedText(K::fullscreenGuard, QStringLiteral("normal, longer or click")).value_or(QStringLiteral("longer"));
+}
+void SettingsStore::setFullscreenGuard(const QString& value) { write(value, K::fullscreenGuard); }
+
+bool SettingsStore::approvalChime() const { return flag(K::approvalChime, true); }
+void SettingsStore::setApprovalChime(bool on) { write(on, K::approvalChime); }
+bool SettingsStore::approvalNotification() const { return flag(K::approvalNotification, true); }
+void SettingsStore::setApprovalNotification(bool on) { write(on, K::approvalNotification); }
+bool SettingsStore::meetingChime() const { return flag(K::meetingChime, true); }
+bool SettingsStore::autoRecordMeetings() const { return flag(K::autoRecordMeetings, false); }
+bool SettingsStore::hoverHaptics() const { return flag(K::hoverHaptics, true); }
+bool SettingsStore::frontForKeyboardTools() const { return flag(K::frontForKeyboardTools, false); }
+bool SettingsStore::autoShelfScreenshots() const { return flag(K::autoShelfScreenshots, true); }
+void SettingsStore::setAutoShelfScreenshots(bool on) { write(on, K::autoShelfScreenshots); }
+bool SettingsStore::screenshotFlash() const { return flag(K::screenshotFlash, true); }
+bool SettingsStore::screenshotHotkey() const { return flag(K::screenshotHotkey, true); }
+
+DisplayChoice SettingsStore::displayChoice() const
+{
+    if (const auto raw = storedText(K::displayChoice, QStringLiteral("a display choice"))) {
+        if (auto choice = DisplayChoice::parse(*raw))
+            return *choice;
+    }
+    // The older key decides only while the newer one is absent or reads as no value.
+    return flag(K::showOnAllDisplays, false) ? DisplayChoice{DisplayChoice::Kind::all, {}, {}}
+                                             : DisplayChoice{DisplayChoice::Kind::builtIn, {}, {}};
+}
+void SettingsStore::setDisplayChoice(const DisplayChoice& choice) { write(choice.raw(), K::displayChoice); }
+
+bool SettingsStore::notesMirrorEnabled() const { return flag(K::notesMirrorEnabled, false); }
+QString SettingsStore::notesMirrorFolder() const { return storedText(K::notesMirrorFolder).value_or(QString()); }
+
+int SettingsStore::clipboardLimit() const
+{
+    const auto stored = storedInteger(K::clipboardLimit);
+    return stored ? static_cast<int>(std::clamp<qint64>(*stored, -1, 1000000)) : kClipboardLimitDefault;
+}
+void SettingsStore::setClipboardLimit(int limit) { write(qint64(limit), K::clipboardLimit); }
+
+bool SettingsStore::keepAwake() const { return flag(K::keepAwake, false); }
+bool SettingsStore::replaceSystemHUD() const { return flag(K::replaceSystemHUD, false); }
+bool SettingsStore::mirrorNotifications() const { return flag(K::mirrorNotifications, false); }
+bool SettingsStore::windowSnapping() const { return flag(K::windowSnapping, true); }
+bool SettingsStore::showMusicInNotch() const { return flag(K::showMusicInNotch, false); }
+
+ClosedMusicStyle SettingsStore::closedMusicStyle() const
+{
+    static const QList<std::pair<QString, ClosedMusicStyle>> cases = {
+        {QStringLiteral("twinCircles"), ClosedMusicStyle::twinCircles},
+        {QStringLiteral("progressRing"), ClosedMusicStyle::progressRing},
+        {QStringLiteral("bareEqualizer"), ClosedMusicStyle::bareEqualizer},
+        {QStringLiteral("miniTransport"), ClosedMusicStyle::miniTransport}};
+    return storedChoice(K::closedMusicStyle, QStringLiteral("a closed music style"), cases)
+        .value_or(ClosedMusicStyle::progressRing);
+}
+
+ExternalNotchStyle SettingsStore::externalNotchStyle() const
+{
+    static const QList<std::pair<QString, ExternalNotchStyle>> cases = {
+        {QStringLiteral("hidden"), ExternalNotchStyle::hidden},
+        {QStringLiteral("pill"), ExternalNotchStyle::pill},
+        {QStringLiteral("full"), ExternalNotchStyle::full}};
+    return storedChoice(K::externalNotchStyle, QStringLiteral("hidden, pill or full"), cases)
+        .value_or(ExternalNotchStyle::pill);
+}
+
+std::optional<bool> SettingsStore::storedAnswerPromptsOnNotch() const { return storedFlag(K::answerPromptsOnNotch); }
+bool SettingsStore::answerPromptsOnNotch() const { return flag(K::answerPromptsOnNotch, false); }
+void SettingsStore::setAnswerPromptsOnNotch(bool on) { write(on, K::answerPromptsOnNotch); }
+
+// ---- music and notch ----
+
+std::optional<QString> SettingsStore::musicStyle() const
+{
+    static const QStringList styles = {QStringLiteral("hidden"), QStringLiteral("minimal"), QStringLiteral("wings"),
+                                       QStringLiteral("bubbles")};
+    const auto raw = readRaw(K::musicStyle);
+    if (!raw)
+        return std::nullopt;
+    if (raw->typeId() == QMetaType::QString && styles.contains(raw->toString()))
+        return raw->toString();
+    reportUnreadable(K::musicStyle, *raw, QStringLiteral("a Norva 5 music style"));
+    return std::nullopt;
+}
+std::optional<QString> SettingsStore::musicLeft() const { return storedText(K::musicLeft); }
+std::optional<QString> SettingsStore::musicRight() const { return storedText(K::musicRight); }
+std::optional<QString> SettingsStore::musicArtShape() const { return storedText(K::musicArtShape); }
+std::optional<QString> SettingsStore::musicEqualiser() const
+{
+    return storedText(K::musicEqualiser, QStringLiteral("an equaliser style"));
+}
+std::optional<QString> SettingsStore::musicEqualiserColour() const
+{
+    return storedText(K::musicEqualiserColour, QStringLiteral("an equaliser colour"));
+}
+
+KeepPaused SettingsStore::keepPaused() const
+{
+    const QString expected = QStringLiteral("10, 30, 60 or 0 seconds");
+    if (const auto raw = readRaw(K::musicKeepPaused)) {
+        const double seconds = raw->toDouble();
+        if (isNumber(*raw) && (seconds == 10 || seconds == 30 || seconds == 60 || seconds == 0))
+            return static_cast<KeepPaused>(static_cast<int>(seconds));
+        reportUnreadable(K::musicKeepPaused, *raw, expected);
+    }
+    return flag(K::autoHidePausedMedia, true) ? KeepPaused::thirtySeconds : KeepPaused::never;
+}
+void SettingsStore::setKeepPaused(KeepPaused keep) { write(qint64(static_cast<int>(keep)), K::musicKeepPaused); }
+
+bool SettingsStore::songPeek() const { return flag(K::musicSongPeek, true); }
+bool SettingsStore::scrollVolume() const { return flag(K::musicScrollVolume, true); }
+bool SettingsStore::peekOnHover() const { return flag(K::peekOnHover, true); }
+void SettingsStore::setPeekOnHover(bool on) { write(on, K::peekOnHover); }
+
+double SettingsStore::peekDelay() const
+{
+    const auto stored = storedNumber(K::peekDelay);
+    return stored ? clamp(*stored, 0.02, 0.5, 0.01) : kPeekDelayDefault;
+}
+void SettingsStore::setPeekDelay(double seconds) { write(clamp(seconds, 0.02, 0.5, 0.01), K::peekDelay); }
+
+bool SettingsStore::notchGlow() const { return flag(K::notchGlow, true); }
+
+NotchMotion SettingsStore::motion() const
+{
+    static const QList<std::pair<QString, NotchMotion>> cases = {{QStringLiteral("full"), NotchMotion::full},
+                                                                 {QStringLiteral("reduced"), NotchMotion::reduced}};
+    return storedChoice(K::notchMotion, QStringLiteral("full or reduced"), cases).value_or(NotchMotion::full);
+}
+
+PageSwipeDirection SettingsStore::swipeDirection() const
+{
+    static const QList<std::pair<QString, PageSwipeDirection>> cases = {
+        {QStringLiteral("natural"), PageSwipeDirection::natural},
+        {QStringLiteral("inverted"), PageSwipeDirection::inverted}};
+    return storedChoice(K::swipeDirection, QStringLiteral("natural or inverted"), cases)
+        .value_or(PageSwipeDirection::natural);
+}
+
+// ---- agents ----
+
+QString SettingsStore::agentKey(AgentSwitch which)
+{
+    switch (which) {
+    case AgentSwitch::codex:
+        return QStringLiteral("agents.watch.codex.v1");
+    case AgentSwitch::copilot:
+        return QStringLiteral("agents.watch.copilot.v1");
+    case AgentSwitch::promptSwitch:
+        return K::answerPromptsOnNotch;
+    }
+    return {};
+}
+
+std::optional<bool> SettingsStore::agentSwitch(AgentSwitch which) const { return storedFlag(agentKey(which)); }
+void SettingsStore::setAgentSwitch(AgentSwitch which, bool on) { write(on, agentKey(which)); }
+bool SettingsStore::questionsInNotch() const { return flag(K::questionsInNotch, true); }
+bool SettingsStore::commandsInNotch() const { return flag(K::commandsInNotch, true); }
+bool SettingsStore::openQuestions() const { return flag(K::openQuestions, false); }
+bool SettingsStore::agentWaitGlow() const { return flag(K::agentWaitGlow, true); }
+bool SettingsStore::quotaWarnings() const { return flag(K::quotaWarnings, true); }
+
+// ---- live activities ----
+
+QString SettingsStore::activityKey(ActivitySwitch kind)
+{
+    for (const auto& [word, value] : activityWords()) {
+        if (value == kind)
+            return QStringLiteral("activities.") + word + QStringLiteral(".v1");
+    }
+    return {};
+}
+
+std::optional<bool> SettingsStore::activitySwitch(ActivitySwitch kind) const { return storedFlag(activityKey(kind)); }
+void SettingsStore::setActivitySwitch(ActivitySwitch kind, bool on) { write(on, activityKey(kind)); }
+
+// ---- snapping, to-dos, shelf, clipboard, settings window ----
+
+double SettingsStore::snappingHold() const
+{
+    const auto stored = storedNumber(K::snappingHold);
+    return stored ? clamp(*stored, 0.15, 1.0, 0.05) : kSnappingHoldDefault;
+}
+
+std::optional<QString> SettingsStore::todosList() const
+{
+    return storedText(K::todosList, QStringLiteral("a Reminders list"));
+}
+bool SettingsStore::todosShowCompleted() const { return flag(K::todosShowCompleted, false); }
+bool SettingsStore::shelfOpenOnDrop() const { return flag(K::shelfOpenOnDrop, true); }
+
+QString SettingsStore::shelfKeepText(ShelfKeep keep)
+{
+    switch (keep) {
+    case ShelfKeep::forever:
+        return QStringLiteral("forever");
+    case ShelfKeep::day:
+        return QStringLiteral("day");
+    case ShelfKeep::week:
+        return QStringLiteral("week");
+    }
+    return {};
+}
+
+std::optional<ShelfKeep> SettingsStore::shelfKeepFrom(const QString& raw)
+{
+    for (ShelfKeep keep : {ShelfKeep::forever, ShelfKeep::day, ShelfKeep::week}) {
+        if (shelfKeepText(keep) == raw)
+            return keep;
+    }
+    return std::nullopt;
+}
+
+ShelfKeep SettingsStore::shelfKeep() const
+{
+    const auto raw = readRaw(K::shelfKeep);
+    if (!raw)
+        return ShelfKeep::forever;
+    if (raw->typeId() == QMetaType::QString) {
+        if (auto keep = shelfKeepFrom(raw->toString()))
+            return *keep;
+    }
+    reportUnreadable(K::shelfKeep, *raw, QStringLiteral("forever, a day or a week"));
+    return ShelfKeep::forever;
+}
+void SettingsStore::setShelfKeep(ShelfKeep keep) { write(shelfKeepText(keep), K::shelfKeep); }
+
+bool SettingsStore::clipboardHistory() const { return flag(K::clipboardHistory, true); }
+void SettingsStore::setClipboardHistory(bool on) { write(on, K::clipboardHistory); }
+std::optional<QString> SettingsStore::settingsWindowSection() const { return storedText(K::settingsWindowSection); }
+
+// ---- launch at login ----
+
+bool SettingsStore::launchAtLogin() const { return LaunchAtLogin::isOn(); }
+
+void SettingsStore::setLaunchAtLogin(bool on)
+{
+    if (const auto failure = LaunchAtLogin::set(on))
+        logLine(QStringLiteral("Norva: launch-at-login change failed: ") + *failure);
+    emit launchAtLoginChanged();
+}
+
+} // namespace norva

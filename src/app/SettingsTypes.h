@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+// "forever" is a case of the shelf's retention here, not Qt's loop keyword.
+#undef forever
+
+#include <optional>
+
+// The value types of Norva's preferences.
+namespace norva {
+
+enum class ClosedMusicStyle { twinCircles, progressRing, bareEqualizer, miniTransport };
+enum class ExternalNotchStyle { hidden, pill, full };
+enum class KeepPaused { tenSeconds = 10, thirtySeconds = 30, sixtySeconds = 60, never = 0 };
+enum class ShelfKeep { forever, day, week };
+enum class PageSwipeDirection { natural, inverted };
+enum class NotchMotion { full, reduced };
+
+// The per-kind switches of the closed notch's live activities, in their fixed order.
+enum class ActivitySwitch { charging, volume, downloads, devices, meetings, timers, reminders };
+// The agent switches: which agents are watched, and answering prompts on the notch.
+enum class AgentSwitch { codex, copilot, promptSwitch };
+
+// Which displays get a notch: every display, the built-in one, or one display the person chose
+// ("display:" + identifier + "|" + a name kept for showing the choice while it is unplugged).
+struct DisplayChoice {
+    enum class Kind { all, builtIn, display };
+    Kind kind = Kind::builtIn;
+    QString displayId;
+    QString displayName;
+
+    static std::optional<DisplayChoice> parse(const QString& raw);
+    QString raw() const;
+    bool operator==(const DisplayChoice&) const = default;
+};
+
+} // namespace norva
