@@ -1,4 +1,11 @@
+#include "TestMain.h"
+
 #include <QtTest>
-class Smoke : public QObject { Q_OBJECT private slots: void ok() { QVERIFY(true); } };
-QTEST_GUILESS_MAIN(Smoke)
+
+class Smoke : public QObject {
+    Q_OBJECT
+private slots:
+    void builds() { QVERIFY(true); }
+};
+NORVA_TEST(Smoke)
 #include "tst_smoke.moc"
