@@ -1,0 +1,34 @@
+pragma Singleton
+import QtQuick
+
+// Colours, radii, spacings and durations of Norva's look, in one place.
+QtObject {
+    readonly property color notch: "#000000"
+    readonly property color panel: "#0b0b0d"
+    readonly property color card: "#17171b"
+    readonly property color cardHover: "#202026"
+    readonly property color separator: "#2a2a30"
+    readonly property color text: "#f2f2f5"
+    readonly property color textDim: "#a0a0aa"
+    readonly property color textFaint: "#6c6c76"
+    readonly property color accent: "#7aa2ff"
+    readonly property color good: "#4cd07d"
+    readonly property color warn: "#ffb547"
+    readonly property color bad: "#ff5f57"
+
+    readonly property string fontFamily: "DejaVu Sans"
+    readonly property int fontSmall: 11
+    readonly property int fontBody: 13
+    readonly property int fontTitle: 15
+    readonly property int fontLarge: 20
+
+    readonly property int radiusSmall: 6
+    readonly property int radius: 10
+    readonly property int radiusLarge: 18
+    readonly property int spacing: 8
+    readonly property int padding: 14
+
+    readonly property int fast: 120
+    readonly property int normal: 220
+    readonly property int slow: 360
+}
