@@ -498,6 +498,10 @@ bool isStrictPrefixOfDueWord(const QString& word)
             words += row.split(QLatin1Char('|'));
         return words;
     }();
+    // A word that is already whole ("fri", "tues") reads the same as the longer one it may become,
+    // so only a part of a word ("tomo", "eve", "frid") holds the reading back.
+    if (vocabulary.contains(word))
+        return false;
     return std::any_of(vocabulary.begin(), vocabulary.end(),
                        [&](const QString& due) { return due.size() > word.size() && due.startsWith(word); });
 }
