@@ -71,8 +71,9 @@ int main(int argc, char* argv[])
                 static_cast<long long>(phrases.size()), kRounds, keystrokes.size(), readings / kRounds);
     std::printf("first parse (compiles the patterns): %.1f us\n", static_cast<double>(firstParse) / 1000.0);
     std::printf("%-28s %10s %10s %10s %10s\n", "", "median us", "p90 us", "p99 us", "max us");
-    std::printf("%-28s %10.1f %10.1f %10.1f %10.1f\n", "every keystroke (prefixes)", percentile(keystrokes, 0.5),
-                percentile(keystrokes, 0.9), percentile(keystrokes, 0.99), percentile(keystrokes, 1.0));
+    std::printf("%-28s %10.1f %10.1f %10.1f %10.1f\n", "every keystroke (prefixes)",
+                percentile(keystrokes, 0.5), percentile(keystrokes, 0.9), percentile(keystrokes, 0.99),
+                percentile(keystrokes, 1.0));
     std::printf("%-28s %10.1f %10.1f %10.1f %10.1f\n", "whole phrases", percentile(whole, 0.5),
                 percentile(whole, 0.9), percentile(whole, 0.99), percentile(whole, 1.0));
     return 0;

@@ -17,14 +17,88 @@ using norva::due::DueParser;
 constexpr qint64 kSlowParseNs = 2'000'000'000;
 constexpr int kMaxLength = 160;
 
-const QStringList kTokens = {
-    "tomorrow", "today", "tonight", "next", "week", "next week", "fri", "friday", "sun", "tues", "thurs",
-    "morning", "afternoon", "evening", "night", "in the", "at", "on", "the", "this", "for", "over",
-    "breakfast", "brunch", "lunch", "dinner", "supper", "noon", "midday", "midnight", "12", "5", "09", "13",
-    "5pm", "12am", "5:30", "5:30p", "9.30", "9h30", "5 p.m.", "o'clock", "o’clock", "am", "pm", "a.m", "p.m.",
-    "march", "mar", "sept", "dec", "3rd", "the 31st", "2026-12-03", "3/4", "3/4/2026", "12.12.26", "10-12",
-    "2.5", "in 3 days", "in 2 weeks", "in 999999999999 years", "in 99999999999999999999 days", "uhr", "midi",
-    "@", "around", ",", ".", ":", "/", "-", "  ", "\n", "\t", "é", "ß", "\u202F", "\u00A0", "😀", "۵", "٣"};
+const QStringList kTokens = {"tomorrow",
+                             "today",
+                             "tonight",
+                             "next",
+                             "week",
+                             "next week",
+                             "fri",
+                             "friday",
+                             "sun",
+                             "tues",
+                             "thurs",
+                             "morning",
+                             "afternoon",
+                             "evening",
+                             "night",
+                             "in the",
+                             "at",
+                             "on",
+                             "the",
+                             "this",
+                             "for",
+                             "over",
+                             "breakfast",
+                             "brunch",
+                             "lunch",
+                             "dinner",
+                             "supper",
+                             "noon",
+                             "midday",
+                             "midnight",
+                             "12",
+                             "5",
+                             "09",
+                             "13",
+                             "5pm",
+                             "12am",
+                             "5:30",
+                             "5:30p",
+                             "9.30",
+                             "9h30",
+                             "5 p.m.",
+                             "o'clock",
+                             "o’clock",
+                             "am",
+                             "pm",
+                             "a.m",
+                             "p.m.",
+                             "march",
+                             "mar",
+                             "sept",
+                             "dec",
+                             "3rd",
+                             "the 31st",
+                             "2026-12-03",
+                             "3/4",
+                             "3/4/2026",
+                             "12.12.26",
+                             "10-12",
+                             "2.5",
+                             "in 3 days",
+                             "in 2 weeks",
+                             "in 999999999999 years",
+                             "in 99999999999999999999 days",
+                             "uhr",
+                             "midi",
+                             "@",
+                             "around",
+                             ",",
+                             ".",
+                             ":",
+                             "/",
+                             "-",
+                             "  ",
+                             "\n",
+                             "\t",
+                             "é",
+                             "ß",
+                             "\u202F",
+                             "\u00A0",
+                             "😀",
+                             "۵",
+                             "٣"};
 
 QString randomText(std::mt19937& random)
 {
@@ -46,7 +120,8 @@ QString mutated(QString text, std::mt19937& random)
     std::uniform_int_distribution<int> anyChar(0, 0xFFFF); // lone surrogates included on purpose
     std::uniform_int_distribution<int> ascii(0x20, 0x7E);
     for (int edits = std::uniform_int_distribution<int>(1, 4)(random); edits > 0; --edits) {
-        const int at = text.isEmpty() ? 0 : std::uniform_int_distribution<int>(0, static_cast<int>(text.size()))(random);
+        const int at =
+            text.isEmpty() ? 0 : std::uniform_int_distribution<int>(0, static_cast<int>(text.size()))(random);
         switch (kind(random)) {
         case 0:
             text.insert(at, QChar(static_cast<char16_t>(anyChar(random))));
@@ -59,7 +134,8 @@ QString mutated(QString text, std::mt19937& random)
                 text.remove(std::min<qsizetype>(at, text.size() - 1), 1);
             break;
         case 3:
-            text.insert(at, kTokens.at(std::uniform_int_distribution<int>(0, static_cast<int>(kTokens.size()) - 1)(random)));
+            text.insert(at, kTokens.at(std::uniform_int_distribution<int>(
+                                0, static_cast<int>(kTokens.size()) - 1)(random)));
             break;
         case 4:
             text = text.left(at); // a phrase cut short, as while typing
@@ -107,6 +183,9 @@ int main(int argc, char* argv[])
 
     std::mt19937 random(seed);
     const DueParser parser;
+    // The first parse compiles every pattern; the slowest figure below is about parsing alone.
+    (void)parser.parse(QStringLiteral("tomorrow"), settings.front().now, settings.front().calendar,
+                       settings.front().locale);
     QElapsedTimer budget;
     budget.start();
     long phrases = 0;
@@ -153,11 +232,12 @@ int main(int argc, char* argv[])
         if (clock && (clock->hour < 0 || clock->hour > 23 || clock->minute < 0 || clock->minute > 59))
             return fail("a typed clock off the clock face");
         for (const auto& detection : found) {
-            if (detection.range.start < 0 || detection.range.length <= 0 || detection.range.end() > text.size())
+            if (detection.range.start < 0 || detection.range.length <= 0 ||
+                detection.range.end() > text.size())
                 return fail("a detection outside its text");
         }
     }
-    std::printf("due-parse-fuzz: %ld phrases, %ld readings, seed %u, slowest %.1f us, no crash\n", phrases, readings,
-                seed, static_cast<double>(slowest) / 1000.0);
+    std::printf("due-parse-fuzz: %ld phrases, %ld readings, seed %u, slowest %.1f us, no crash\n", phrases,
+                readings, seed, static_cast<double>(slowest) / 1000.0);
     return 0;
 }

@@ -15,7 +15,8 @@ int main(int argc, char* argv[])
     if (!setting)
         return 2;
     if (!setting->rest.isEmpty()) {
-        std::fprintf(stderr, "usage: due-parse [--now 2026-11-18T10:00:00] [--tz Europe/London] [--locale en_GB]\n");
+        std::fprintf(stderr,
+                     "usage: due-parse [--now 2026-11-18T10:00:00] [--tz Europe/London] [--locale en_GB]\n");
         return 2;
     }
     const norva::due::DueParser parser;

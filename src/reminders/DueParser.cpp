@@ -120,25 +120,6 @@ QDate dayOfWord(const DayWord& word, const QDate& today, Qt::DayOfWeek firstDay)
     return {};
 }
 
-QString describe(const DayWord& word)
-{
-    switch (word.kind) {
-    case DayWord::Kind::today:
-        return QStringLiteral("today");
-    case DayWord::Kind::tonight:
-        return QStringLiteral("tonight");
-    case DayWord::Kind::tomorrow:
-        return QStringLiteral("tomorrow");
-    case DayWord::Kind::nextWeek:
-        return QStringLiteral("next week");
-    case DayWord::Kind::weekday:
-        return QStringLiteral("weekday %1").arg(word.weekday);
-    case DayWord::Kind::weekdayNextWeek:
-        return QStringLiteral("weekday %1 of next week").arg(word.weekday);
-    }
-    return {};
-}
-
 QString describe(const QDate& date)
 {
     if (!date.isValid())
@@ -221,7 +202,8 @@ std::optional<Found<SaidTime>> findTime(const QString& text, const QList<TextRan
     const TimeReader twelve = [](const QRegularExpressionMatch& m) {
         return meridiem(m.captured(1).toInt(), m.captured(2).toInt(), halfLetter(m, 3));
     };
-    const QList<QList<TimeRule>> kinds = {
+    // Built once: the rules point into the shared patterns, which live as long as the process.
+    static const QList<QList<TimeRule>> kinds = {
         {{&p.twelveHour, twelve},
          {&p.dottedTwelveHour, twelve},
          {&p.dottedMeridiem,
@@ -252,8 +234,16 @@ std::optional<Found<SaidTime>> findTime(const QString& text, const QList<TextRan
               return plain(m.captured(1), 0);
           }}},
     };
-    for (const auto& kind : kinds) {
-        if (auto found = earliestTime(text, kind, taken)) {
+    constexpr qsizetype kNoonAndMidnight = 2;
+    for (qsizetype k = 0; k < kinds.size(); ++k) {
+        auto found = earliestTime(text, kinds.at(k), taken);
+        if (found && k < kNoonAndMidnight) {
+            // "12:00 midnight" is midnight, not the written 12:00 inside it.
+            const auto named = earliestTime(text, kinds.at(kNoonAndMidnight), taken);
+            if (named && named->range.contains(found->range))
+                found = named;
+        }
+        if (found) {
             // "at" just before the time goes with it out of the title.
             const auto at = p.atBefore.match(QStringView(text).left(found->range.start));
             if (at.hasMatch()) {
@@ -396,14 +386,23 @@ QString clockDescription(const Clock& clock)
         .arg(clock.minute, 2, 10, QLatin1Char('0'));
 }
 
-// The due for a day and a time, or nothing with the log line that says why.
-std::optional<QDateTime> placeTime(const QDate& day, const Clock& clock, const QTimeZone& zone)
+// The start of the day in the zone, or nothing with the log line that says why.
+std::optional<QDateTime> placeDay(const QDate& day, const QTimeZone& zone)
 {
-    if (!day.isValid() || !day.startOfDay(zone).isValid()) {
+    const QDateTime start = day.isValid() ? day.startOfDay(zone) : QDateTime();
+    if (!start.isValid()) {
         logLine(QStringLiteral("Norva plan: due words named a day the calendar could not place (%1)")
                     .arg(describe(day)));
         return std::nullopt;
     }
+    return start;
+}
+
+// The due for a day and a time, or nothing with the log line that says why.
+std::optional<QDateTime> placeTime(const QDate& day, const Clock& clock, const QTimeZone& zone)
+{
+    if (!placeDay(day, zone))
+        return std::nullopt;
     auto placed = placeWallTime(day, clock, zone);
     if (!placed)
         logLine(QStringLiteral("Norva plan: due words named a time the calendar could not place (%1)")
@@ -682,16 +681,13 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
     if (part.afterDay)
         dueWords.append(*part.afterDay);
 
+    const auto start = placeDay(day, zone);
+    if (!start)
+        return std::nullopt;
     if (!time) {
         if (!dayIsNamed)
             word = DayWord{DayWord::Kind::today};
-        const QDateTime start = day.isValid() ? day.startOfDay(zone) : QDateTime();
-        if (!start.isValid()) {
-            logLine(QStringLiteral("Norva plan: due words named a day the calendar could not place (%1)")
-                        .arg(dayWord ? describe(dayWord->value) : describe(day)));
-            return std::nullopt;
-        }
-        reading.date = start;
+        reading.date = *start;
         reading.hasTime = false;
     } else {
         dueWords.append(time->range);
