@@ -638,7 +638,12 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
         }
     }
     if (dayWord && detected) {
-        if (detected->range.contains(dayWord->range) || detected->range.start < dayWord->range.start)
+        // A detected span that is only a weekday name is the day word's to read ("next friday").
+        const QString span = text.mid(detected->range.start, detected->range.length).trimmed();
+        const auto weekday = p.weekdayMention.match(span);
+        const bool onlyAWeekday = weekday.hasMatch() && weekday.capturedLength(0) == span.size();
+        if (!onlyAWeekday &&
+            (detected->range.contains(dayWord->range) || detected->range.start < dayWord->range.start))
             dayWord.reset();
         else
             detected.reset();
@@ -664,11 +669,14 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
                                {SaidTime::Kind::meridiem, *detected->clock, false, true}};
 
     const PartOfDay part = partOfDay(text, dayWord ? std::optional(dayWord->range) : std::nullopt, time);
-    if (!dayRange && !time && part.words.isEmpty())
+    // With no day and no time, only a part of the day standing on its own names a due ("evening run").
+    if (!dayRange && !time && !part.untied)
         return std::nullopt;
 
     // The named day, before any time moves it.
-    std::optional<DayWord> word = dayWord ? std::optional(dayWord->value) : std::nullopt;
+    std::optional<DayWord> word;
+    if (dayWord)
+        word.emplace(dayWord->value);
     QDate day = dayWord    ? dayOfWord(dayWord->value, today, calendar.firstDayOfWeek)
                 : detected ? detected->day
                            : today;
@@ -745,7 +753,7 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
                 if (clocks.size() > 1)
                     clock = said.clock.hour < kWakingHoursStart ? clocks.back() : clocks.front();
                 // A weekday that names today, with its time gone by, is next week's.
-                if (isToday && word && word->kind == DayWord::Kind::weekday)
+                if (isToday && dayWord && dayWord->value.kind == DayWord::Kind::weekday)
                     day = day.addDays(kDaysPerWeek);
             }
         }

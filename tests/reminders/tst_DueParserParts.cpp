@@ -121,6 +121,22 @@ private slots:
             QCOMPARE(found.front().range, (TextRange{start, length}));
     }
 
+    void aDetectedWeekdayAloneIsLeftToTheDayWord()
+    {
+        // The stand-in detector reads every span as Friday 4 December.
+        const QString text = QStringLiteral("next friday call bank");
+        const auto weekdayOnly = parserReporting({{5, 6}}).parse(text, kNow, kLondonCalendar, kBritish);
+        QVERIFY(weekdayOnly);
+        QCOMPARE(weekdayOnly->date, QDate(2026, 11, 27).startOfDay(kLondon));
+        QCOMPARE(weekdayOnly->title, QStringLiteral("call bank"));
+
+        const auto withDate = parserReporting({{0, 17}}).parse(QStringLiteral("friday 4 december gig"), kNow,
+                                                               kLondonCalendar, kBritish);
+        QVERIFY(withDate);
+        QCOMPARE(withDate->date, QDate(2026, 12, 4).startOfDay(kLondon));
+        QCOMPARE(withDate->title, QStringLiteral("gig"));
+    }
+
     void detectionsTellTodayAndThePast()
     {
         const DueParser parser;
