@@ -158,6 +158,17 @@ std::optional<SaidTime> plain(const QString& hourText, int minute)
     return SaidTime{SaidTime::Kind::plain, {hour, minute}, hourText.startsWith(QLatin1Char('0')), true};
 }
 
+// "at" just before a time goes out of the title with it.
+TextRange widenedOverAt(const QString& text, TextRange range)
+{
+    const auto at = rules().atBefore.match(QStringView(text).left(range.start));
+    if (at.hasMatch()) {
+        range.length += range.start - at.capturedStart(0);
+        range.start = at.capturedStart(0);
+    }
+    return range;
+}
+
 using TimeReader = std::function<std::optional<SaidTime>(const QRegularExpressionMatch&)>;
 
 struct TimeRule {
@@ -244,12 +255,7 @@ std::optional<Found<SaidTime>> findTime(const QString& text, const QList<TextRan
                 found = named;
         }
         if (found) {
-            // "at" just before the time goes with it out of the title.
-            const auto at = p.atBefore.match(QStringView(text).left(found->range.start));
-            if (at.hasMatch()) {
-                found->range.length += found->range.start - at.capturedStart(0);
-                found->range.start = at.capturedStart(0);
-            }
+            found->range = widenedOverAt(text, found->range);
             return found;
         }
     }
@@ -719,7 +725,7 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
         }
         if (carried) {
             const QDate after = day.addDays(1);
-            if (!after.isValid()) {
+            if (!after.isValid() || !after.startOfDay(zone).isValid()) {
                 logLine(QStringLiteral(
                     "Norva plan: due words named a night the calendar could not carry past midnight"));
                 return std::nullopt;
@@ -762,7 +768,7 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
             return std::nullopt;
         reading.date = *placed;
         reading.hasTime = true;
-        if (carried && word && word->kind != DayWord::Kind::tonight)
+        if (carried && !(word && word->kind == DayWord::Kind::tonight))
             day = day.addDays(-1); // the label names the evening the night began on
     }
     reading.label = labelFor(word, day, today, locale);

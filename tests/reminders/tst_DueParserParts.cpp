@@ -313,6 +313,28 @@ private slots:
                      "Norva plan: due words named a day the calendar could not place (1000002025-11-18)")});
     }
 
+    void aNightAtTheCalendarsEndIsLoggedAndNotRead()
+    {
+        // The last day a date-time can hold: its night cannot be carried past midnight.
+        norva::test::LogCapture log;
+        QVERIFY(!DueParser().parse(QStringLiteral("in 106751970392 days night at 1 deploy"), kNow,
+                                   kLondonCalendar, kBritish));
+        QCOMPARE(log.lines(),
+                 QStringList{QStringLiteral(
+                     "Norva plan: due words named a night the calendar could not carry past midnight")});
+    }
+
+    void aTimeBeyondTheCalendarsEndIsLoggedAndNotRead()
+    {
+        // The last day a date-time can hold ends a little after seven in the morning.
+        norva::test::LogCapture log;
+        QVERIFY(!DueParser().parse(QStringLiteral("in 106751970392 days at 11pm deploy"), kNow,
+                                   kLondonCalendar, kBritish));
+        QCOMPARE(log.lines(),
+                 QStringList{QStringLiteral(
+                     "Norva plan: due words named a time the calendar could not place (23:00)")});
+    }
+
     void readsTheSameFromManyThreads()
     {
         const QStringList texts = {"call mum tomorrow at 5pm",

@@ -281,6 +281,7 @@ void DueParserReadings::nightCarriedPastMidnight_data()
     row("tomorrow night at 11 party", "2026-11-19T23:00:00+00:00", kTime, "Tomorrow", "party");
     row("friday night at 2 gig", "2026-11-21T02:00:00+00:00", kTime, "20 Nov", "gig");
     row("gym at 2 at night", "2026-11-19T02:00:00+00:00", kTime, "Tonight", "gym");
+    row("gig 4 dec night at 1", "2026-12-05T01:00:00+00:00", kTime, "4 Dec", "gig");
 
     at("America/New_York", "2026-11-18T10:00:00", "en_US");
     row("party tonight at 1", "2026-11-19T01:00:00-05:00", kTime, "Tonight", "party");
