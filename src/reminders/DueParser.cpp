@@ -26,7 +26,6 @@ constexpr int kWakingHoursStart = 7;
 constexpr int kHoursPerHalfDay = 12;
 constexpr int kHoursPerDay = 24;
 constexpr int kMinutesPerHour = 60;
-constexpr int kDaysPerWeek = 7;
 constexpr qint64 kSecondsPerDay = 86400;
 
 const DuePatterns& rules()

@@ -12,6 +12,8 @@
 // Norva's scheduling clock.
 namespace norva::due {
 
+constexpr int kDaysPerWeek = 7;
+
 // A span of the typed text, in UTF-16 units as QString indexes them.
 struct TextRange {
     qsizetype start = 0;

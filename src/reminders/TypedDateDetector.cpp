@@ -16,7 +16,6 @@ const QString kWeekdays =
 // (29 February, the 31st): two leap cycles, and a year of months.
 constexpr int kYearsToTry = 8;
 constexpr int kMonthsToTry = 12;
-constexpr int kDaysPerWeek = 7;
 constexpr int kFirstYearOfTwoDigitYears = 2000;
 constexpr int kTwoDigitYear = 100;
 
@@ -156,19 +155,19 @@ QList<DetectedDate> TypedDateDetector::detect(const QString& text, const QDateTi
         if (day.isValid())
             add(m, day);
     }
-    for (auto it = m_monthFirst.globalMatch(text); it.hasNext();) {
-        const auto m = it.next();
-        const QDate day =
-            resolveDay(yearOf(m.captured(3)), monthNumber(m.captured(1)), m.captured(2).toInt(), today);
-        if (day.isValid())
-            add(m, day);
-    }
-    for (auto it = m_dayFirst.globalMatch(text); it.hasNext();) {
-        const auto m = it.next();
-        const QDate day =
-            resolveDay(yearOf(m.captured(3)), monthNumber(m.captured(2)), m.captured(1).toInt(), today);
-        if (day.isValid())
-            add(m, day);
+    // A month name with a day, either way round: which capture holds the day, month and year.
+    const struct {
+        const QRegularExpression& pattern;
+        int day, month, year;
+    } named[] = {{m_monthFirst, 2, 1, 3}, {m_dayFirst, 1, 2, 3}};
+    for (const auto& form : named) {
+        for (auto it = form.pattern.globalMatch(text); it.hasNext();) {
+            const auto m = it.next();
+            const QDate day = resolveDay(yearOf(m.captured(form.year)), monthNumber(m.captured(form.month)),
+                                         m.captured(form.day).toInt(), today);
+            if (day.isValid())
+                add(m, day);
+        }
     }
     const bool monthFirst = monthComesFirst(locale);
     for (auto it = m_numeric.globalMatch(text); it.hasNext();) {

@@ -303,36 +303,30 @@ private slots:
         QCOMPARE(starts, 1);
     }
 
-    void aDayBeyondTheCalendarIsLoggedAndNotRead()
+    void aDueBeyondTheCalendarIsLoggedAndNotRead_data()
     {
-        norva::test::LogCapture log;
-        QVERIFY(
-            !DueParser().parse(QStringLiteral("renew in 999999999 years"), kNow, kLondonCalendar, kBritish));
-        QCOMPARE(log.lines(),
-                 QStringList{QStringLiteral(
-                     "Norva plan: due words named a day the calendar could not place (1000002025-11-18)")});
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("a day past the last year")
+            << "renew in 999999999 years"
+            << "Norva plan: due words named a day the calendar could not "
+               "place (1000002025-11-18)";
+        // The last day a date-time can hold ends a little after seven in the morning, and has no
+        // night after it.
+        QTest::newRow("a time past the last moment")
+            << "in 106751970392 days at 11pm deploy"
+            << "Norva plan: due words named a time the calendar could not place (23:00)";
+        QTest::newRow("a night past the last day")
+            << "in 106751970392 days night at 1 deploy"
+            << "Norva plan: due words named a night the calendar could not carry past midnight";
     }
-
-    void aNightAtTheCalendarsEndIsLoggedAndNotRead()
+    void aDueBeyondTheCalendarIsLoggedAndNotRead()
     {
-        // The last day a date-time can hold: its night cannot be carried past midnight.
+        QFETCH(QString, text);
+        QFETCH(QString, line);
         norva::test::LogCapture log;
-        QVERIFY(!DueParser().parse(QStringLiteral("in 106751970392 days night at 1 deploy"), kNow,
-                                   kLondonCalendar, kBritish));
-        QCOMPARE(log.lines(),
-                 QStringList{QStringLiteral(
-                     "Norva plan: due words named a night the calendar could not carry past midnight")});
-    }
-
-    void aTimeBeyondTheCalendarsEndIsLoggedAndNotRead()
-    {
-        // The last day a date-time can hold ends a little after seven in the morning.
-        norva::test::LogCapture log;
-        QVERIFY(!DueParser().parse(QStringLiteral("in 106751970392 days at 11pm deploy"), kNow,
-                                   kLondonCalendar, kBritish));
-        QCOMPARE(log.lines(),
-                 QStringList{QStringLiteral(
-                     "Norva plan: due words named a time the calendar could not place (23:00)")});
+        QVERIFY(!DueParser().parse(text, kNow, kLondonCalendar, kBritish));
+        QCOMPARE(log.lines(), QStringList{line});
     }
 
     void readsTheSameFromManyThreads()
