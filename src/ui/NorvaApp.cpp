@@ -86,6 +86,9 @@ bool NorvaApp::start()
     if (firstLaunch)
         m_settings->write(true, SettingsKeys::hasLaunchedBefore);
 
+    // Feature managers are made here, after the settings store and before the notch windows, and
+    // handed to QML in exposeToQml().
+
     exposeToQml();
     rebuildOverlays();
     if (m_overlays.empty()) {
@@ -103,6 +106,10 @@ bool NorvaApp::start()
 
     if (m_options.exitAfterFirstFrame)
         noteFirstFrame();
+    if (!m_options.openPage.isEmpty()) {
+        openNotch(m_options.openPage);
+        m_overlays.front()->notch()->setPinnedOpen(true);
+    }
     return true;
 }
 

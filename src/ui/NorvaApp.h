@@ -26,6 +26,7 @@ public:
     struct Options {
         bool demo = false;              // sample activities, nothing of the person's own data
         bool exitAfterFirstFrame = false; // for the start-up benchmark
+        QString openPage;                 // start with the notch open on this page
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);

@@ -23,8 +23,12 @@ int main(int argc, char* argv[])
                                   QStringLiteral("Show sample live activities; nothing of your own data is touched."));
     const QCommandLineOption firstFrame(QStringLiteral("exit-after-first-frame"),
                                         QStringLiteral("Print the time to the first drawn frame and exit (benchmark)."));
+    const QCommandLineOption openPage(QStringLiteral("open-page"),
+                                      QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
+                                      QStringLiteral("page"));
     parser.addOption(demo);
     parser.addOption(firstFrame);
+    parser.addOption(openPage);
     parser.process(app);
 
     norva::Paths::ensureFolder(norva::Paths::stateFolder());
@@ -37,7 +41,7 @@ int main(int argc, char* argv[])
     }
     norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
 
-    norva::NorvaApp norvaApp({parser.isSet(demo), parser.isSet(firstFrame)});
+    norva::NorvaApp norvaApp({parser.isSet(demo), parser.isSet(firstFrame), parser.value(openPage)});
     if (!norvaApp.start())
         return 1;
     return QApplication::exec();
