@@ -329,17 +329,21 @@ void LiveActivityCoordinator::pauseHolds()
         expiry.token = ++m_lastToken;
     }
     retuneRotation(false);
+    emit holdsPausedChanged();
 }
 
 void LiveActivityCoordinator::resumeHolds()
 {
     m_grace.cancel();
-    if (m_holdsPaused) {
+    const bool wasPaused = m_holdsPaused;
+    if (wasPaused) {
         m_holdsPaused = false;
         for (auto& [id, expiry] : m_expiries)
             armHold(id, expiry);
     }
     retuneRotation(true);
+    if (wasPaused)
+        emit holdsPausedChanged();
 }
 
 void LiveActivityCoordinator::resumeHoldsAfterGrace()

@@ -105,6 +105,8 @@ signals:
     void rotated();
     // urgentTab() now answers differently.
     void urgentTabChanged();
+    // Holds were paused or resumed (the rotation stops and starts with them).
+    void holdsPausedChanged();
 
 private:
     struct Expiry {
