@@ -653,9 +653,12 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
         else
             detected.reset();
     }
-    const std::optional<TextRange> dayRange = dayWord    ? std::optional(dayWord->range)
-                                              : detected ? std::optional(detected->range)
-                                                         : std::nullopt;
+    std::optional<Found<Day>> named;
+    if (dayWord)
+        named = Found<Day>{dayWord->range, {dayWord->value, {}}};
+    else if (detected)
+        named = Found<Day>{detected->range, {std::nullopt, detected->day}};
+    const std::optional<TextRange> dayRange = named ? std::optional(named->range) : std::nullopt;
 
     QList<TextRange> taken;
     if (dayRange)
@@ -671,7 +674,7 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
     std::optional<Found<SaidTime>> time = findTime(text, taken, afterDay);
     if (!time && detected && detected->clock)
         time = Found<SaidTime>{{detected->range.start, 0},
-                               {SaidTime::Kind::meridiem, *detected->clock, false, true}};
+                               {SaidTime::Kind::meridiem, *detected->clock, false, false}};
 
     const PartOfDay part = partOfDay(text, dayWord ? std::optional(dayWord->range) : std::nullopt, time);
     // With no day and no time, only a part of the day standing on its own names a due ("evening run").
@@ -680,12 +683,14 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
 
     // The named day, before any time moves it.
     std::optional<DayWord> word;
-    if (dayWord)
-        word.emplace(dayWord->value);
-    QDate day = dayWord    ? dayOfWord(dayWord->value, today, calendar.firstDayOfWeek)
-                : detected ? detected->day
-                           : today;
-    const bool dayIsNamed = dayRange.has_value();
+    QDate day = today;
+    if (named && named->value.word) {
+        word.emplace(*named->value.word);
+        day = dayOfWord(*word, today, calendar.firstDayOfWeek);
+    } else if (named) {
+        day = named->value.date;
+    }
+    const bool dayIsNamed = named.has_value();
 
     Reading reading;
     QList<TextRange> dueWords = part.words + part.tied;
@@ -737,7 +742,7 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
             return placed && *placed > localNow;
         };
         Clock clock = clocks.front();
-        if (!dayIsNamed) {
+        if (!dayIsNamed && said.needsADay) {
             // A time alone is on the next occasion still ahead: today, or else tomorrow.
             const auto later =
                 std::find_if(clocks.begin(), clocks.end(), [&](const Clock& c) { return ahead(day, c); });

@@ -25,23 +25,28 @@ const QDateTime kNow(QDate(2026, 11, 18), QTime(10, 0), kLondon);
 // in front of it can be tried on spans Norva's own detector would never report.
 class SpanDetector : public DateDetector {
 public:
-    explicit SpanDetector(QList<TextRange> spans) : m_spans(std::move(spans)) {}
+    explicit SpanDetector(QList<TextRange> spans, std::optional<Clock> clock = std::nullopt)
+        : m_spans(std::move(spans)), m_clock(clock)
+    {}
     QList<DetectedDate> detect(const QString&, const QDateTime&, const Calendar&,
                                const QLocale&) const override
     {
         QList<DetectedDate> dates;
         for (const TextRange& span : m_spans)
-            dates.append({span, QDate(2026, 12, 4), std::nullopt});
+            dates.append({span, QDate(2026, 12, 4), m_clock});
         return dates;
     }
 
 private:
     QList<TextRange> m_spans;
+    std::optional<Clock> m_clock;
 };
 
-DueParser parserReporting(QList<TextRange> spans)
+DueParser parserReporting(QList<TextRange> spans, std::optional<Clock> clock = std::nullopt)
 {
-    return DueParser([spans] { return DetectorStart{std::make_shared<SpanDetector>(spans), {}}; });
+    return DueParser([spans, clock] {
+        return DetectorStart{std::make_shared<SpanDetector>(spans, clock), {}};
+    });
 }
 
 } // namespace
@@ -135,6 +140,21 @@ private slots:
         QVERIFY(withDate);
         QCOMPARE(withDate->date, QDate(2026, 12, 4).startOfDay(kLondon));
         QCOMPARE(withDate->title, QStringLiteral("gig"));
+    }
+
+    void aDetectorsTimeCountsOnlyWhenTheRulesReadNone()
+    {
+        const DueParser parser = parserReporting({{5, 5}}, Clock{15, 30});
+        const auto detectorTime = parser.parse(QStringLiteral("meet dec 4"), kNow, kLondonCalendar, kBritish);
+        QVERIFY(detectorTime);
+        QCOMPARE(detectorTime->date, QDateTime(QDate(2026, 12, 4), QTime(15, 30), kLondon));
+        QVERIFY(detectorTime->hasTime);
+        QCOMPARE(detectorTime->title, QStringLiteral("meet"));
+
+        const auto ruleTime =
+            parser.parse(QStringLiteral("meet dec 4 at 5pm"), kNow, kLondonCalendar, kBritish);
+        QVERIFY(ruleTime);
+        QCOMPARE(ruleTime->date, QDateTime(QDate(2026, 12, 4), QTime(17, 0), kLondon));
     }
 
     void detectionsTellTodayAndThePast()
