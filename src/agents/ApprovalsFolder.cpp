@@ -14,7 +14,6 @@ namespace norva {
 namespace {
 
 constexpr mode_t privateFolderMode = 0700;
-constexpr mode_t privateFileMode = 0600;
 constexpr qint64 readLimit = 4 * 1024 * 1024; // a payload is a few kilobytes; refuse anything absurd
 
 QString reason(int error)
@@ -118,13 +117,13 @@ std::optional<QDateTime> ApprovalsFolder::modified(const QString& name) const
     return QDateTime::fromMSecsSinceEpoch(qint64(t.tv_sec) * 1000 + t.tv_nsec / 1000000, Qt::UTC);
 }
 
-FileResult ApprovalsFolder::write(const QString& name, const QByteArray& content) const
+FileResult ApprovalsFolder::write(const QString& name, const QByteArray& content, int mode) const
 {
     QByteArray temporary = native(filePath(QStringLiteral(".") + name + QStringLiteral(".norva-XXXXXX")));
     const int fd = ::mkstemp(temporary.data());
     if (fd < 0)
         return FileResult::failed(reason(errno));
-    ::fchmod(fd, privateFileMode);
+    ::fchmod(fd, static_cast<mode_t>(mode));
     qint64 written = 0;
     while (written < content.size()) {
         const ssize_t step = ::write(fd, content.constData() + written, size_t(content.size() - written));

@@ -41,8 +41,8 @@ public:
     std::optional<QDateTime> modified(const QString& name) const;
     bool exists(const QString& name) const { return modified(name).has_value(); }
 
-    // Writes the whole file under a temporary name and moves it into place (mode 0600).
-    FileResult write(const QString& name, const QByteArray& content) const;
+    // Writes the whole file under a temporary name and moves it into place (mode 0600 unless given).
+    FileResult write(const QString& name, const QByteArray& content, int mode = 0600) const;
     // Sets the file's modification time; a missing file or a link is replaced by an empty file first.
     FileResult touch(const QString& name, const QDateTime& when) const;
     // Removes the file (or a link of that name, never its target). A missing file is not a failure.
