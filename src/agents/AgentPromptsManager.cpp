@@ -71,6 +71,7 @@ void AgentPromptsManager::scanPending()
             if (m_started && !m_watch.isWatching())
                 m_watch.start();
             apply(std::move(cards));
+            emit scanFinished();
             if (m_scanAgain) {
                 m_scanAgain = false;
                 scanPending();

@@ -51,6 +51,8 @@ signals:
     void promptsChanged();
     void promptArrived(const norva::PromptCard& card);
     void promptLeft(const QString& id);
+    // A scan of the folder finished and its cards were applied.
+    void scanFinished();
 
 private:
     void apply(QList<PromptCard> cards);
