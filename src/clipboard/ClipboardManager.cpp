@@ -142,12 +142,14 @@ void ClipboardManager::load()
             continue;
         if (clip.kind == ClipboardKind::image) {
             QFile picture(imagePath(clip));
-            if (!picture.open(QIODevice::ReadOnly)) {
-                logLine(kArea + QStringLiteral(": kept ") + describe(clip) + QStringLiteral(" without a hash (") +
-                        picture.errorString() + QStringLiteral("); copying the same picture again adds a second clip"));
+            const QByteArray bytes = picture.open(QIODevice::ReadOnly) ? picture.readAll() : QByteArray();
+            if (bytes.isEmpty()) {
+                const QString why = picture.isOpen() ? QStringLiteral("its picture is empty") : picture.errorString();
+                logLine(kArea + QStringLiteral(": kept ") + describe(clip) + QStringLiteral(" without a hash (") + why +
+                        QStringLiteral("); copying the same picture again adds a second clip"));
                 continue;
             }
-            clip.contentHash = ClipboardHistory::stableHash(picture.readAll());
+            clip.contentHash = ClipboardHistory::stableHash(bytes);
         } else if (clip.kind == ClipboardKind::file) {
             clip.contentHash = ClipboardHistory::stableHash(ClipboardHistory::hashedBytes(*clip.filePaths));
         } else {

@@ -44,7 +44,7 @@ std::optional<QString> ActiveWindow::applicationName()
     const xcb_atom_t activeAtom = atom(connection, "_NET_ACTIVE_WINDOW");
     if (!screen || activeAtom == XCB_ATOM_NONE)
         return std::nullopt;
-    const QByteArray active = property(connection, screen->root, activeAtom, XCB_ATOM_WINDOW);
+    const QByteArray active = property(connection, screen->root, activeAtom, XCB_GET_PROPERTY_TYPE_ANY);
     if (active.size() < int(sizeof(xcb_window_t)))
         return std::nullopt;
     const xcb_window_t window = *reinterpret_cast<const xcb_window_t*>(active.constData());
