@@ -1,5 +1,7 @@
 #include "reminders/TypedDateDetector.h"
 
+#include "reminders/DuePatterns.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -8,9 +10,6 @@ namespace {
 
 const QString kMonths = QStringLiteral("january|jan|february|feb|march|mar|april|apr|may|june|jun|july|jul|"
                                        "august|aug|september|sept|sep|october|oct|november|nov|december|dec");
-const QString kWeekdays =
-    QStringLiteral("sunday|sun|monday|mon|tuesday|tues|tue|wednesday|wed|thursday|thurs|thur|thu|friday|fri|"
-                   "saturday|sat");
 
 // How far a yearless day or a day of the month may be pushed forward to find one that exists
 // (29 February, the 31st): two leap cycles, and a year of months.
@@ -123,7 +122,8 @@ DetectorStart TypedDateDetector::create()
     make(detector->m_relative,
          QStringLiteral(R"re(\bin\s+([0-9]+|an?)\s+(days?|weeks?|months?|years?)\b)re"));
     // The words that lead into a date and belong to it: "on", a weekday, or both.
-    make(detector->m_leadIn, QStringLiteral(R"re((?:\bon\s+)?(?:\b(?:%1)\b\.?,?\s+)?$)re").arg(kWeekdays));
+    make(detector->m_leadIn, QStringLiteral(R"re((?:\bon\s+)?(?:\b(?:%1)\b\.?,?\s+)?$)re")
+                                 .arg(DuePatterns::weekdayRows().join(QLatin1Char('|'))));
 
     for (const QRegularExpression* pattern :
          {&detector->m_monthFirst, &detector->m_dayFirst, &detector->m_ordinal, &detector->m_iso,
