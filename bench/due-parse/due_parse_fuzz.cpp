@@ -148,6 +148,7 @@ QString mutated(QString text, std::mt19937& random)
     return text.left(kMaxLength);
 }
 
+// One instant, calendar and locale that the phrases are read against.
 struct Setting {
     QDateTime now;
     norva::due::Calendar calendar;

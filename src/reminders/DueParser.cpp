@@ -11,6 +11,7 @@
 
 namespace norva::due {
 
+// The detector a parser uses, started on first need and once only, however many threads ask.
 struct DueParser::DetectorSlot {
     DetectorFactory factory;
     std::once_flag once;
@@ -170,6 +171,7 @@ TextRange widenedOverAt(const QString& text, TextRange range)
 
 using TimeReader = std::function<std::optional<SaidTime>(const QRegularExpressionMatch&)>;
 
+// One clock rule and how its match reads as a time (nothing when the numbers are off the clock).
 struct TimeRule {
     const QRegularExpression* pattern;
     TimeReader read;
@@ -272,6 +274,8 @@ std::optional<Found<SaidTime>> findTime(const QString& text, const QList<TextRan
 
 // ---- Parts of the day ---------------------------------------------------------------------------
 
+// What the parts of the day in a text say: the half they choose for a bare hour, and the words to
+// cut from the title (tied to the time, following the day word, or anywhere).
 struct PartOfDay {
     std::optional<Half> half;
     bool saysMorning = false;
