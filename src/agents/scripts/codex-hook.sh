@@ -1,16 +1,42 @@
 #!/bin/sh
 # Norva's hook for Codex. It hands a permission request to the Norva notch and waits for the answer
 # there; whenever Norva is not running it answers {} at once, so Codex asks in the terminal as usual.
-# Norva writes this file whole each time it installs its hooks.
+# Norva writes this file whole each time it installs its hooks; the folder below is filled in then.
 D=@NORVA_APPROVALS@
 HB="$D/heartbeat"
 NONE='{}'
 BYPASS='{"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}}'
 umask 077
 
-# The last "key": "value" on each line of the payload (a value holding \" is cut there).
-field() {
-    printf '%s\n' "$P" | sed -n 's/.*"'"$1"'"[[:blank:]]*:[[:blank:]]*"\([^"]*\)".*/\1/p'
+# Every wanted "key": "value" of the payload in one pass of sed, as key=value lines. On each line of
+# the payload the last occurrence of a key wins, and a value holding \" is cut there.
+fields() {
+    prog=
+    for k in "$@"; do
+        prog="${prog}g
+s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
+"
+    done
+    printf '%s\n' "$P" | sed -n "h
+$prog"
+}
+
+# pick VAR key: the key's value from $F into VAR (the values of several lines joined by newlines).
+pick() {
+    v=
+    set -f
+    o=$IFS
+    IFS='
+'
+    for l in $F; do
+        case "$l" in
+        "$2="*) v="${v:+$v
+}${l#"$2="}" ;;
+        esac
+    done
+    IFS=$o
+    set +f
+    eval "$1=\$v"
 }
 
 # Modification time in whole seconds; 0 when it cannot be read (GNU stat on Linux, BSD stat elsewhere).
@@ -27,13 +53,32 @@ alive() {
     [ $(($(date +%s) - ${m:-0})) -le 30 ]
 }
 
-# The process id of the terminal application among the hook's ancestors; $1 = codex adds the Codex app.
+# The command name and the parent of process $1, into PC and PP: from /proc where there is one
+# (no process started), else from ps.
+proc_info() {
+    if [ -r "/proc/$1/stat" ]; then
+        IFS= read -r PC <"/proc/$1/comm" 2>/dev/null || PC=
+        IFS= read -r s <"/proc/$1/stat" 2>/dev/null || s=
+        set -f
+        # shellcheck disable=SC2086
+        set -- ${s##*) }
+        set +f
+        PP=${2:-}
+    else
+        PC=$(ps -o comm= -p "$1" 2>/dev/null)
+        PP=$(ps -o ppid= -p "$1" 2>/dev/null | tr -d ' ')
+    fi
+}
+
+# The process id of the terminal application among the hook's ancestors ("codex" adds the Codex app).
+# Besides the macOS terminals it knows the common Linux ones.
 terminal_pid() {
+    w=${1:-}
     p=$PPID
     n=0
     while [ -n "$p" ] && [ "$p" -gt 1 ] 2>/dev/null && [ $n -lt 12 ]; do
-        c=$(ps -o comm= -p "$p" 2>/dev/null)
-        case "$c" in
+        proc_info "$p"
+        case "$PC" in
         */Tabby.app/* | */iTerm.app/* | */Terminal.app/* | */Ghostty.app/* | *WezTerm* | *Alacritty* | *kitty* | \
             */Warp.app/* | */Hyper.app/* | \
             *gnome-terminal* | *konsole* | *alacritty* | *wezterm* | foot | footclient | */foot | xterm | */xterm | \
@@ -46,13 +91,13 @@ terminal_pid() {
             return
             ;;
         */Codex.app/*)
-            if [ "$1" = codex ]; then
+            if [ "$w" = codex ]; then
                 echo "$p"
                 return
             fi
             ;;
         esac
-        p=$(ps -o ppid= -p "$p" 2>/dev/null | tr -d ' ')
+        p=$PP
         n=$((n + 1))
     done
 }
@@ -62,9 +107,15 @@ write_identity() {
     tp=$(terminal_pid codex)
     tt=$(ps -o tty= -p "$PPID" 2>/dev/null | tr -d ' ')
     printf '{"transcript_path":"%s","cwd":"%s","tty":"%s","term_program":"%s","iterm_session":"%s","tmux":"%s","tmux_pane":"%s","term_pid":"%s"}\n' \
-        "$(field transcript_path)" "$(field cwd)" "$tt" "${TERM_PROGRAM:-}" "${ITERM_SESSION_ID:-}" "${TMUX:-}" \
-        "${TMUX_PANE:-}" "$tp" >"$D/term-$SID.json.tmp" 2>/dev/null &&
+        "$TP" "$CWD" "$tt" "${TERM_PROGRAM:-}" "${ITERM_SESSION_ID:-}" "${TMUX:-}" "${TMUX_PANE:-}" "$tp" \
+        >"$D/term-$SID.json.tmp" 2>/dev/null &&
         mv -f "$D/term-$SID.json.tmp" "$D/term-$SID.json" 2>/dev/null
+}
+
+# True when term-SID.json is missing or older than 300 s.
+identity_is_old() {
+    [ -f "$D/term-$SID.json" ] || return 0
+    [ $(($(date +%s) - $(mtime "$D/term-$SID.json"))) -gt 300 ]
 }
 
 # The team's never-allow check: $1 = agent, $2 = phase. A matching rule ends the hook with its deny
@@ -75,9 +126,8 @@ deny_check() {
     K="$1-$2-$$"
     printf '%s' "$P" >"$D/.dc-$K" 2>/dev/null || return 0
     mv -f "$D/.dc-$K" "$D/denycheck-$K.json" 2>/dev/null || return 0
-    w=${NORVA_DENY_WAIT:-40}
     r=0
-    while [ "$r" -lt "$w" ] 2>/dev/null; do
+    while [ "$r" -lt "${NORVA_DENY_WAIT:-40}" ] 2>/dev/null; do
         if [ -f "$D/denyresp-$K" ]; then
             a=$(cat "$D/denyresp-$K" 2>/dev/null)
             rm -f "$D/denyresp-$K" "$D/denycheck-$K.json" 2>/dev/null
@@ -94,9 +144,36 @@ deny_check() {
     return 0
 }
 
+# Waits for Norva's answer to prompt $ID: 0.1 s rounds for the first minute, then 0.5 s, touching
+# alive-ID every 50 rounds. Sets A to the answer; returns 1 when the heartbeat went stale first.
+# There is no overall limit: the agent's own hook timeout is the only outer bound.
+wait_for_answer() {
+    : >"$D/alive-$ID" 2>/dev/null
+    i=0
+    while :; do
+        if [ -f "$D/resp-$ID" ]; then
+            A=$(cat "$D/resp-$ID" 2>/dev/null)
+            rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
+            return 0
+        fi
+        if ! alive; then
+            rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
+            return 1
+        fi
+        i=$((i + 1))
+        [ $((i % 50)) -ne 0 ] || : >"$D/alive-$ID" 2>/dev/null
+        if [ $i -lt 600 ]; then
+            sleep 0.1
+        else
+            sleep 0.5
+        fi
+    done
+}
+
 P=$(cat)
-EVENT=$(field hook_event_name)
-SID=$(field session_id)
+F=$(fields hook_event_name session_id permission_mode transcript_path cwd)
+pick EVENT hook_event_name
+pick SID session_id
 case "$SID" in */*) SID= ;; esac
 [ -d "$D" ] || mkdir -p "$D" 2>/dev/null
 
@@ -108,6 +185,8 @@ PreToolUse)
     ;;
 SessionStart)
     [ -n "$SID" ] || exit 0
+    pick TP transcript_path
+    pick CWD cwd
     write_identity
     exit 0
     ;;
@@ -121,7 +200,8 @@ PermissionRequest) ;;
 *) exit 0 ;;
 esac
 
-if [ "$(field permission_mode)" = bypassPermissions ]; then
+pick MODE permission_mode
+if [ "$MODE" = bypassPermissions ]; then
     deny_check codex perm
     printf '%s\n' "$BYPASS"
     exit 0
@@ -142,29 +222,9 @@ ID="codex-$SID-$$"
 printf '%s' "$P" >"$D/pending-$ID.json.tmp" 2>/dev/null
 mv -f "$D/pending-$ID.json.tmp" "$D/pending-$ID.json" 2>/dev/null
 
-: >"$D/alive-$ID" 2>/dev/null
-i=0
-while :; do
-    if [ -f "$D/resp-$ID" ]; then
-        a=$(cat "$D/resp-$ID" 2>/dev/null)
-        rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
-        if [ -n "$a" ]; then
-            printf '%s\n' "$a"
-        else
-            printf '%s\n' "$NONE"
-        fi
-        exit 0
-    fi
-    if ! alive; then
-        rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
-        printf '%s\n' "$NONE"
-        exit 0
-    fi
-    i=$((i + 1))
-    [ $((i % 50)) -eq 0 ] && : >"$D/alive-$ID" 2>/dev/null
-    if [ $i -lt 600 ]; then
-        sleep 0.1
-    else
-        sleep 0.5
-    fi
-done
+if wait_for_answer && [ -n "$A" ]; then
+    printf '%s\n' "$A"
+else
+    printf '%s\n' "$NONE"
+fi
+exit 0

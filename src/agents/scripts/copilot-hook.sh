@@ -1,14 +1,40 @@
 #!/bin/sh
 # Norva's hook for Copilot CLI ($1 is the event name). It hands a permission request to the Norva
 # notch and waits for the answer there; whenever Norva is not running it answers nothing at once, so
-# Copilot asks in the terminal as usual. Norva writes this file whole each time it installs its hooks.
+# Copilot asks in the terminal as usual.
+# Norva writes this file whole each time it installs its hooks; the folder below is filled in then.
 D=@NORVA_APPROVALS@
 HB="$D/heartbeat"
 umask 077
 
-# The last "key": "value" on the first line of the payload that has one (a value holding \" is cut there).
-field() {
-    printf '%s\n' "$P" | sed -n 's/.*"'"$1"'"[[:blank:]]*:[[:blank:]]*"\([^"]*\)".*/\1/p' | sed -n 1p
+# Every wanted "key": "value" of the payload in one pass of sed, as key=value lines. On each line of
+# the payload the last occurrence of a key wins, and a value holding \" is cut there.
+fields() {
+    prog=
+    for k in "$@"; do
+        prog="${prog}g
+s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
+"
+    done
+    printf '%s\n' "$P" | sed -n "h
+$prog"
+}
+
+# pick VAR key: the key's value from $F into VAR (only the first line that has it counts).
+pick() {
+    v=
+    set -f
+    o=$IFS
+    IFS='
+'
+    for l in $F; do
+        case "$l" in
+        "$2="*) [ -n "$v" ] || v=${l#"$2="} ;;
+        esac
+    done
+    IFS=$o
+    set +f
+    eval "$1=\$v"
 }
 
 # Modification time in whole seconds; 0 when it cannot be read (GNU stat on Linux, BSD stat elsewhere).
@@ -25,13 +51,32 @@ alive() {
     [ $(($(date +%s) - ${m:-0})) -le 30 ]
 }
 
-# The process id of the terminal application among the hook's ancestors.
+# The command name and the parent of process $1, into PC and PP: from /proc where there is one
+# (no process started), else from ps.
+proc_info() {
+    if [ -r "/proc/$1/stat" ]; then
+        IFS= read -r PC <"/proc/$1/comm" 2>/dev/null || PC=
+        IFS= read -r s <"/proc/$1/stat" 2>/dev/null || s=
+        set -f
+        # shellcheck disable=SC2086
+        set -- ${s##*) }
+        set +f
+        PP=${2:-}
+    else
+        PC=$(ps -o comm= -p "$1" 2>/dev/null)
+        PP=$(ps -o ppid= -p "$1" 2>/dev/null | tr -d ' ')
+    fi
+}
+
+# The process id of the terminal application among the hook's ancestors (terminals and editors).
+# Besides the macOS terminals it knows the common Linux ones.
 terminal_pid() {
+    w=${1:-}
     p=$PPID
     n=0
     while [ -n "$p" ] && [ "$p" -gt 1 ] 2>/dev/null && [ $n -lt 12 ]; do
-        c=$(ps -o comm= -p "$p" 2>/dev/null)
-        case "$c" in
+        proc_info "$p"
+        case "$PC" in
         */Tabby.app/* | */iTerm.app/* | */Terminal.app/* | */Ghostty.app/* | *WezTerm* | *Alacritty* | *kitty* | \
             */Warp.app/* | */Hyper.app/* | \
             *gnome-terminal* | *konsole* | *alacritty* | *wezterm* | foot | footclient | */foot | xterm | */xterm | \
@@ -44,7 +89,7 @@ terminal_pid() {
             return
             ;;
         esac
-        p=$(ps -o ppid= -p "$p" 2>/dev/null | tr -d ' ')
+        p=$PP
         n=$((n + 1))
     done
 }
@@ -54,9 +99,15 @@ write_identity() {
     tp=$(terminal_pid)
     tt=$(ps -o tty= -p "$PPID" 2>/dev/null | tr -d ' ')
     printf '{"transcript_path":"%s","cwd":"%s","tty":"%s","term_program":"%s","iterm_session":"%s","tmux":"%s","tmux_pane":"%s","term_pid":"%s"}\n' \
-        "$TP" "$(field cwd)" "$tt" "${TERM_PROGRAM:-}" "${ITERM_SESSION_ID:-}" "${TMUX:-}" \
-        "${TMUX_PANE:-}" "$tp" >"$D/term-$SID.json.tmp" 2>/dev/null &&
+        "$TP" "$CWD" "$tt" "${TERM_PROGRAM:-}" "${ITERM_SESSION_ID:-}" "${TMUX:-}" "${TMUX_PANE:-}" "$tp" \
+        >"$D/term-$SID.json.tmp" 2>/dev/null &&
         mv -f "$D/term-$SID.json.tmp" "$D/term-$SID.json" 2>/dev/null
+}
+
+# True when term-SID.json is missing or older than 300 s.
+identity_is_old() {
+    [ -f "$D/term-$SID.json" ] || return 0
+    [ $(($(date +%s) - $(mtime "$D/term-$SID.json"))) -gt 300 ]
 }
 
 # The team's never-allow check: $1 = agent, $2 = phase. A matching rule ends the hook with its deny
@@ -67,9 +118,8 @@ deny_check() {
     K="$1-$2-$$"
     printf '%s' "$P" >"$D/.dc-$K" 2>/dev/null || return 0
     mv -f "$D/.dc-$K" "$D/denycheck-$K.json" 2>/dev/null || return 0
-    w=${NORVA_DENY_WAIT:-40}
     r=0
-    while [ "$r" -lt "$w" ] 2>/dev/null; do
+    while [ "$r" -lt "${NORVA_DENY_WAIT:-40}" ] 2>/dev/null; do
         if [ -f "$D/denyresp-$K" ]; then
             a=$(cat "$D/denyresp-$K" 2>/dev/null)
             rm -f "$D/denyresp-$K" "$D/denycheck-$K.json" 2>/dev/null
@@ -86,8 +136,36 @@ deny_check() {
     return 0
 }
 
+# Waits for Norva's answer to prompt $ID: 0.1 s rounds for the first minute, then 0.5 s, touching
+# alive-ID every 50 rounds. Sets A to the answer; returns 1 when the heartbeat went stale first.
+# There is no overall limit: the agent's own hook timeout is the only outer bound.
+wait_for_answer() {
+    : >"$D/alive-$ID" 2>/dev/null
+    i=0
+    while :; do
+        if [ -f "$D/resp-$ID" ]; then
+            A=$(cat "$D/resp-$ID" 2>/dev/null)
+            rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
+            return 0
+        fi
+        if ! alive; then
+            rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
+            return 1
+        fi
+        i=$((i + 1))
+        [ $((i % 50)) -ne 0 ] || : >"$D/alive-$ID" 2>/dev/null
+        if [ $i -lt 600 ]; then
+            sleep 0.1
+        else
+            sleep 0.5
+        fi
+    done
+}
+
+EVENT=${1:-}
 P=$(cat)
-SID=$(field sessionId)
+F=$(fields sessionId toolName cwd)
+pick SID sessionId
 case "$SID" in */*) SID= ;; esac
 [ -n "$SID" ] || exit 0
 if [ -n "${COPILOT_HOME:-}" ]; then
@@ -95,9 +173,10 @@ if [ -n "${COPILOT_HOME:-}" ]; then
 else
     TP="$HOME/.copilot/session-state/$SID/events.jsonl"
 fi
+pick CWD cwd
 [ -d "$D" ] || mkdir -p "$D" 2>/dev/null
 
-case "${1:-}" in
+case "$EVENT" in
 sessionStart)
     write_identity
     exit 0
@@ -111,24 +190,22 @@ permissionRequest) ;;
 esac
 
 # Before stepping aside below, so that a session in --yolo still gets its jump-back record.
-T="$D/term-$SID.json"
-if [ ! -f "$T" ] || [ $(($(date +%s) - $(mtime "$T"))) -gt 300 ]; then
-    write_identity
-fi
+identity_is_old && write_identity
 
-# A session that lets Copilot act on its own keeps Copilot's own rules; mistaking a prompt that
-# merely spells such a flag leads to Copilot's prompt, never to an allow.
-A=${NORVA_COPILOT_ARGS:-}
-if [ -z "$A" ]; then
+# A session that lets Copilot act on its own keeps Copilot's own rules. A prompt that merely spells
+# such a flag counts too: the mistake leads to Copilot's own prompt, never to an allow.
+ARGS=${NORVA_COPILOT_ARGS:-}
+if [ -z "$ARGS" ]; then
     p=$PPID
     n=0
     while [ -n "$p" ] && [ "$p" -gt 1 ] 2>/dev/null && [ $n -lt 6 ]; do
-        A="$A $(ps -o args= -p "$p" 2>/dev/null)"
-        p=$(ps -o ppid= -p "$p" 2>/dev/null | tr -d ' ')
+        ARGS="$ARGS $(ps -o args= -p "$p" 2>/dev/null)"
+        proc_info "$p"
+        p=$PP
         n=$((n + 1))
     done
 fi
-case " $A " in
+case " $ARGS " in
 *" --yolo "* | *" --allow-all "* | *" --allow-all-tools "* | *" --allow-all-paths "* | *" --allow-all-urls "* | \
     *" --allow-tool "* | *" --allow-tool="*)
     deny_check copilot perm
@@ -142,30 +219,15 @@ if [ -f "$D/notch-off" ]; then
 fi
 
 alive || exit 0
-[ -n "$(field toolName)" ] || exit 0
+pick TOOL toolName
+[ -n "$TOOL" ] || exit 0
 
+# The pending file is the payload with the transcript path spliced in as its first field.
 ID="copilot-$SID-$$"
 printf '{"transcript_path":"%s",%s' "$TP" "${P#*\{}" >"$D/pending-$ID.json.tmp" 2>/dev/null
 mv -f "$D/pending-$ID.json.tmp" "$D/pending-$ID.json" 2>/dev/null
 
-: >"$D/alive-$ID" 2>/dev/null
-i=0
-while :; do
-    if [ -f "$D/resp-$ID" ]; then
-        a=$(cat "$D/resp-$ID" 2>/dev/null)
-        rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
-        [ -z "$a" ] || printf '%s\n' "$a"
-        exit 0
-    fi
-    if ! alive; then
-        rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
-        exit 0
-    fi
-    i=$((i + 1))
-    [ $((i % 50)) -eq 0 ] && : >"$D/alive-$ID" 2>/dev/null
-    if [ $i -lt 600 ]; then
-        sleep 0.1
-    else
-        sleep 0.5
-    fi
-done
+if wait_for_answer && [ -n "$A" ]; then
+    printf '%s\n' "$A"
+fi
+exit 0

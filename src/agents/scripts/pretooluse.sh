@@ -1,15 +1,42 @@
 #!/bin/sh
 # Norva's PreToolUse hook for Claude Code. It hands a permission prompt to the Norva notch and
 # waits for the answer there; whenever Norva is not running it steps aside at once, so Claude
-# Code asks in the terminal as usual. Norva writes this file whole each time it installs its hooks.
+# Code asks in the terminal as usual.
+# Norva writes this file whole each time it installs its hooks; the folder below is filled in then.
 D=@NORVA_APPROVALS@
 HB="$D/heartbeat"
 ASK='{"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}}'
 umask 077
 
-# The last "key": "value" on each line of the payload (a value holding \" is cut there).
-field() {
-    printf '%s\n' "$P" | sed -n 's/.*"'"$1"'"[[:blank:]]*:[[:blank:]]*"\([^"]*\)".*/\1/p'
+# Every wanted "key": "value" of the payload in one pass of sed, as key=value lines. On each line of
+# the payload the last occurrence of a key wins, and a value holding \" is cut there.
+fields() {
+    prog=
+    for k in "$@"; do
+        prog="${prog}g
+s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
+"
+    done
+    printf '%s\n' "$P" | sed -n "h
+$prog"
+}
+
+# pick VAR key: the key's value from $F into VAR (the values of several lines joined by newlines).
+pick() {
+    v=
+    set -f
+    o=$IFS
+    IFS='
+'
+    for l in $F; do
+        case "$l" in
+        "$2="*) v="${v:+$v
+}${l#"$2="}" ;;
+        esac
+    done
+    IFS=$o
+    set +f
+    eval "$1=\$v"
 }
 
 # Modification time in whole seconds; 0 when it cannot be read (GNU stat on Linux, BSD stat elsewhere).
@@ -26,13 +53,32 @@ alive() {
     [ $(($(date +%s) - ${m:-0})) -le 30 ]
 }
 
-# The process id of the terminal application among the hook's ancestors; $1 = editors or noeditors.
+# The command name and the parent of process $1, into PC and PP: from /proc where there is one
+# (no process started), else from ps.
+proc_info() {
+    if [ -r "/proc/$1/stat" ]; then
+        IFS= read -r PC <"/proc/$1/comm" 2>/dev/null || PC=
+        IFS= read -r s <"/proc/$1/stat" 2>/dev/null || s=
+        set -f
+        # shellcheck disable=SC2086
+        set -- ${s##*) }
+        set +f
+        PP=${2:-}
+    else
+        PC=$(ps -o comm= -p "$1" 2>/dev/null)
+        PP=$(ps -o ppid= -p "$1" 2>/dev/null | tr -d ' ')
+    fi
+}
+
+# The process id of the terminal application among the hook's ancestors ("noeditors" leaves out the editors).
+# Besides the macOS terminals it knows the common Linux ones.
 terminal_pid() {
+    w=${1:-}
     p=$PPID
     n=0
     while [ -n "$p" ] && [ "$p" -gt 1 ] 2>/dev/null && [ $n -lt 12 ]; do
-        c=$(ps -o comm= -p "$p" 2>/dev/null)
-        case "$c" in
+        proc_info "$p"
+        case "$PC" in
         */Tabby.app/* | */iTerm.app/* | */Terminal.app/* | */Ghostty.app/* | *WezTerm* | *Alacritty* | *kitty* | \
             */Warp.app/* | */Hyper.app/* | \
             *gnome-terminal* | *konsole* | *alacritty* | *wezterm* | foot | footclient | */foot | xterm | */xterm | \
@@ -41,25 +87,31 @@ terminal_pid() {
             return
             ;;
         */Visual\ Studio\ Code.app/* | */Cursor.app/*)
-            if [ "$1" = editors ]; then
+            if [ "$w" != noeditors ]; then
                 echo "$p"
                 return
             fi
             ;;
         esac
-        p=$(ps -o ppid= -p "$p" 2>/dev/null | tr -d ' ')
+        p=$PP
         n=$((n + 1))
     done
 }
 
 # Writes term-SID.json, the record that lets Norva bring this session's terminal forward.
 write_identity() {
-    tp=$(terminal_pid editors)
+    tp=$(terminal_pid "${1:-}")
     tt=$(ps -o tty= -p "$PPID" 2>/dev/null | tr -d ' ')
     printf '{"transcript_path":"%s","cwd":"%s","tty":"%s","term_program":"%s","iterm_session":"%s","tmux":"%s","tmux_pane":"%s","term_pid":"%s"}\n' \
-        "$(field transcript_path)" "$(field cwd)" "$tt" "${TERM_PROGRAM:-}" "${ITERM_SESSION_ID:-}" "${TMUX:-}" \
-        "${TMUX_PANE:-}" "$tp" >"$D/term-$SID.json.tmp" 2>/dev/null &&
+        "$TP" "$CWD" "$tt" "${TERM_PROGRAM:-}" "${ITERM_SESSION_ID:-}" "${TMUX:-}" "${TMUX_PANE:-}" "$tp" \
+        >"$D/term-$SID.json.tmp" 2>/dev/null &&
         mv -f "$D/term-$SID.json.tmp" "$D/term-$SID.json" 2>/dev/null
+}
+
+# True when term-SID.json is missing or older than 300 s.
+identity_is_old() {
+    [ -f "$D/term-$SID.json" ] || return 0
+    [ $(($(date +%s) - $(mtime "$D/term-$SID.json"))) -gt 300 ]
 }
 
 # The team's never-allow check: $1 = agent, $2 = phase. A matching rule ends the hook with its deny
@@ -70,9 +122,8 @@ deny_check() {
     K="$1-$2-$$"
     printf '%s' "$P" >"$D/.dc-$K" 2>/dev/null || return 0
     mv -f "$D/.dc-$K" "$D/denycheck-$K.json" 2>/dev/null || return 0
-    w=${NORVA_DENY_WAIT:-40}
     r=0
-    while [ "$r" -lt "$w" ] 2>/dev/null; do
+    while [ "$r" -lt "${NORVA_DENY_WAIT:-40}" ] 2>/dev/null; do
         if [ -f "$D/denyresp-$K" ]; then
             a=$(cat "$D/denyresp-$K" 2>/dev/null)
             rm -f "$D/denyresp-$K" "$D/denycheck-$K.json" 2>/dev/null
@@ -89,18 +140,45 @@ deny_check() {
     return 0
 }
 
+# Waits for Norva's answer to prompt $ID: 0.1 s rounds for the first minute, then 0.5 s, touching
+# alive-ID every 50 rounds. Sets A to the answer; returns 1 when the heartbeat went stale first.
+# There is no overall limit: the agent's own hook timeout is the only outer bound.
+wait_for_answer() {
+    : >"$D/alive-$ID" 2>/dev/null
+    i=0
+    while :; do
+        if [ -f "$D/resp-$ID" ]; then
+            A=$(cat "$D/resp-$ID" 2>/dev/null)
+            rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
+            return 0
+        fi
+        if ! alive; then
+            rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
+            return 1
+        fi
+        i=$((i + 1))
+        [ $((i % 50)) -ne 0 ] || : >"$D/alive-$ID" 2>/dev/null
+        if [ $i -lt 600 ]; then
+            sleep 0.1
+        else
+            sleep 0.5
+        fi
+    done
+}
+
 P=$(cat)
-TOOL=$(field tool_name)
-MODE=$(field permission_mode)
+F=$(fields tool_name permission_mode session_id tool_use_id transcript_path cwd)
+pick TOOL tool_name
+pick MODE permission_mode
 [ -d "$D" ] || mkdir -p "$D" 2>/dev/null
 
-SID=$(field session_id)
+# The jump-back record, for every session in every mode.
+pick SID session_id
 case "$SID" in */*) SID= ;; esac
-if [ -n "$SID" ]; then
-    T="$D/term-$SID.json"
-    if [ ! -f "$T" ] || [ $(($(date +%s) - $(mtime "$T"))) -gt 300 ]; then
-        write_identity
-    fi
+if [ -n "$SID" ] && identity_is_old; then
+    pick TP transcript_path
+    pick CWD cwd
+    write_identity editors
 fi
 
 if [ -f "$D/notch-off" ]; then
@@ -108,14 +186,15 @@ if [ -f "$D/notch-off" ]; then
     exit 0
 fi
 
+# Modes other than "default" (bypassPermissions, acceptEdits, plan) are left to Claude Code.
 if [ "$TOOL" != AskUserQuestion ] && [ "$MODE" != default ]; then
     deny_check claude pre
     exit 0
 fi
 
-ID=$(field tool_use_id)
+pick ID tool_use_id
 case "$ID" in */*) ID= ;; esac
-if ! alive || [ -z "$ID" ]; then
+if [ -z "$ID" ] || ! alive; then
     [ "$TOOL" = AskUserQuestion ] || printf '%s\n' "$ASK"
     exit 0
 fi
@@ -123,34 +202,15 @@ fi
 printf '%s' "$P" >"$D/pending-$ID.json.tmp" 2>/dev/null
 mv -f "$D/pending-$ID.json.tmp" "$D/pending-$ID.json" 2>/dev/null
 
+# A question is answered in Claude Code's own picker; Norva needs the terminal to type into it.
 if [ "$TOOL" = AskUserQuestion ]; then
     terminal_pid noeditors >"$D/pending-$ID.pid" 2>/dev/null
     exit 0
 fi
 
-: >"$D/alive-$ID" 2>/dev/null
-i=0
-while :; do
-    if [ -f "$D/resp-$ID" ]; then
-        a=$(cat "$D/resp-$ID" 2>/dev/null)
-        rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
-        if [ -n "$a" ]; then
-            printf '%s\n' "$a"
-        else
-            printf '%s\n' "$ASK"
-        fi
-        exit 0
-    fi
-    if ! alive; then
-        rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
-        printf '%s\n' "$ASK"
-        exit 0
-    fi
-    i=$((i + 1))
-    [ $((i % 50)) -eq 0 ] && : >"$D/alive-$ID" 2>/dev/null
-    if [ $i -lt 600 ]; then
-        sleep 0.1
-    else
-        sleep 0.5
-    fi
-done
+if wait_for_answer && [ -n "$A" ]; then
+    printf '%s\n' "$A"
+else
+    printf '%s\n' "$ASK"
+fi
+exit 0
