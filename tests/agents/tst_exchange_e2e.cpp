@@ -39,8 +39,8 @@ QJsonObject readJson(const QString& path)
 QString firstCommand(const QJsonArray& entries, const QString& key)
 {
     const QJsonObject group = entries.last().toObject();
-    const QJsonArray hooks = group.contains(QStringLiteral("hooks")) ? group.value(QStringLiteral("hooks")).toArray()
-                                                                     : entries;
+    const QJsonArray hooks =
+        group.contains(QStringLiteral("hooks")) ? group.value(QStringLiteral("hooks")).toArray() : entries;
     return hooks.at(0).toObject().value(key).toString();
 }
 
@@ -93,7 +93,8 @@ struct RunningCore {
         ApprovalHook::install();
         CodexHook::install();
         CopilotCLIHook::install();
-        manager = std::make_unique<AgentPromptsManager>(systemClock(), settings, alerts, Paths::approvalsFolder());
+        manager =
+            std::make_unique<AgentPromptsManager>(systemClock(), settings, alerts, Paths::approvalsFolder());
         model = std::make_unique<AgentsPageModel>(*manager);
         manager->start();
     }
@@ -116,21 +117,40 @@ private slots:
         QTest::addColumn<QString>("agent");
         QTest::addColumn<QString>("action");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude allow") << "claude" << "allow"
-                                      << QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"allow","permissionDecisionReason":"Approved from the Norva notch"}})");
-        QTest::newRow("claude deny") << "claude" << "deny"
-                                     << QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied from the Norva notch"}})");
-        QTest::newRow("claude release") << "claude" << "release"
-                                        << QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})");
-        QTest::newRow("codex allow") << "codex" << "allow"
-                                     << QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})");
-        QTest::newRow("codex deny") << "codex" << "deny"
-                                    << QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"deny","message":"Denied from the Norva notch"}}})");
-        QTest::newRow("codex release") << "codex" << "release" << QByteArray("{}");
-        QTest::newRow("copilot allow") << "copilot" << "allow" << QByteArray(R"({"behavior":"allow"})");
-        QTest::newRow("copilot deny") << "copilot" << "deny"
-                                      << QByteArray(R"({"behavior":"deny","message":"Denied from the Norva notch"})");
-        QTest::newRow("copilot release") << "copilot" << "release" << QByteArray();
+        QTest::newRow("claude allow")
+            << "claude"
+            << "allow"
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"allow","permissionDecisionReason":"Approved from the Norva notch"}})");
+        QTest::newRow("claude deny")
+            << "claude"
+            << "deny"
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied from the Norva notch"}})");
+        QTest::newRow("claude release")
+            << "claude"
+            << "release"
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})");
+        QTest::newRow("codex allow")
+            << "codex"
+            << "allow"
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})");
+        QTest::newRow("codex deny")
+            << "codex"
+            << "deny"
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"deny","message":"Denied from the Norva notch"}}})");
+        QTest::newRow("codex release") << "codex"
+                                       << "release" << QByteArray("{}");
+        QTest::newRow("copilot allow") << "copilot"
+                                       << "allow" << QByteArray(R"({"behavior":"allow"})");
+        QTest::newRow("copilot deny")
+            << "copilot"
+            << "deny" << QByteArray(R"({"behavior":"deny","message":"Denied from the Norva notch"})");
+        QTest::newRow("copilot release") << "copilot"
+                                         << "release" << QByteArray();
     }
     void answerFromTheCardReachesTheAgent()
     {
@@ -177,7 +197,8 @@ private slots:
         QElapsedTimer handBack;
         handBack.start();
         QCOMPARE(finish(*hook, 5000),
-                 QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})"));
+                 QByteArray(
+                     R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})"));
         QVERIFY(handBack.elapsed() < 2000); // one round of the wait, not another 30 s
         QVERIFY(QDir(Paths::approvalsFolder()).entryList({"pending-*", "alive-*"}).isEmpty());
     }
@@ -200,7 +221,8 @@ private slots:
         timer.start();
         auto hook = startHook(installedCommand("claude"), payloadFor("claude"));
         QCOMPARE(finish(*hook, 5000),
-                 QByteArray(R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})"));
+                 QByteArray(
+                     R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})"));
         QVERIFY(QDir(Paths::approvalsFolder()).entryList({"pending-*", "alive-*"}).isEmpty());
     }
 };
