@@ -16,8 +16,10 @@ fields() {
 s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
 "
     done
-    printf '%s\n' "$P" | sed -n "h
-$prog"
+    sed -n "h
+$prog" <<EOF
+$P
+EOF
 }
 
 # pick VAR key: the key's value from $F into VAR (only the first line that has it counts).
@@ -196,14 +198,28 @@ identity_is_old && write_identity
 # such a flag counts too: the mistake leads to Copilot's own prompt, never to an allow.
 ARGS=${NORVA_COPILOT_ARGS:-}
 if [ -z "$ARGS" ]; then
+    # Up to 6 ancestors from the parent up, then all their argument lists in one listing.
+    pids=
     p=$PPID
     n=0
     while [ -n "$p" ] && [ "$p" -gt 1 ] 2>/dev/null && [ $n -lt 6 ]; do
-        ARGS="$ARGS $(ps -o args= -p "$p" 2>/dev/null)"
+        pids="$pids${pids:+,}$p"
         proc_info "$p"
         p=$PP
         n=$((n + 1))
     done
+    if [ -n "$pids" ]; then
+        listing=$(ps -o args= -p "$pids" 2>/dev/null)
+        set -f
+        o=$IFS
+        IFS='
+'
+        for l in $listing; do
+            ARGS="$ARGS $l"
+        done
+        IFS=$o
+        set +f
+    fi
 fi
 case " $ARGS " in
 *" --yolo "* | *" --allow-all "* | *" --allow-all-tools "* | *" --allow-all-paths "* | *" --allow-all-urls "* | \

@@ -17,8 +17,10 @@ fields() {
 s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
 "
     done
-    printf '%s\n' "$P" | sed -n "h
-$prog"
+    sed -n "h
+$prog" <<EOF
+$P
+EOF
 }
 
 # pick VAR key: the key's value from $F into VAR (the values of several lines joined by newlines).
