@@ -8,19 +8,16 @@ NONE='{}'
 BYPASS='{"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}}'
 umask 077
 
-# Every wanted "key": "value" of the payload in one pass of sed, as key=value lines. On each line of
-# the payload the last occurrence of a key wins, and a value holding \" is cut there.
-fields() {
-    prog=
+# The sed program that yields every wanted "key": "value" of the payload as key=value lines, in
+# one pass: on each line of the payload the last occurrence of a key wins, and a value holding \"
+# is cut there.
+fields_program() {
+    PROG=h
     for k in "$@"; do
-        prog="${prog}g
-s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
-"
+        PROG="$PROG
+g
+s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p"
     done
-    sed -n "h
-$prog" <<EOF
-$P
-EOF
 }
 
 # pick VAR key: the key's value from $F into VAR (the values of several lines joined by newlines).
@@ -114,10 +111,10 @@ write_identity() {
         mv -f "$D/term-$SID.json.tmp" "$D/term-$SID.json" 2>/dev/null
 }
 
-# True when term-SID.json is missing or older than 300 s.
+# True when term-SID.json is missing or older than 300 s (one find, rather than date and stat).
 identity_is_old() {
     [ -f "$D/term-$SID.json" ] || return 0
-    [ $(($(date +%s) - $(mtime "$D/term-$SID.json"))) -gt 300 ]
+    [ -z "$(find "$D/term-$SID.json" -mmin -5 2>/dev/null)" ]
 }
 
 # The team's never-allow check: $1 = agent, $2 = phase. A matching rule ends the hook with its deny
@@ -173,7 +170,11 @@ wait_for_answer() {
 }
 
 P=$(cat)
-F=$(fields hook_event_name session_id permission_mode transcript_path cwd)
+fields_program hook_event_name session_id permission_mode transcript_path cwd
+F=$(sed -n "$PROG" <<EOF
+$P
+EOF
+)
 pick EVENT hook_event_name
 pick SID session_id
 case "$SID" in */*) SID= ;; esac

@@ -7,19 +7,16 @@ D=@NORVA_APPROVALS@
 HB="$D/heartbeat"
 umask 077
 
-# Every wanted "key": "value" of the payload in one pass of sed, as key=value lines. On each line of
-# the payload the last occurrence of a key wins, and a value holding \" is cut there.
-fields() {
-    prog=
+# The sed program that yields every wanted "key": "value" of the payload as key=value lines, in
+# one pass: on each line of the payload the last occurrence of a key wins, and a value holding \"
+# is cut there.
+fields_program() {
+    PROG=h
     for k in "$@"; do
-        prog="${prog}g
-s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
-"
+        PROG="$PROG
+g
+s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p"
     done
-    sed -n "h
-$prog" <<EOF
-$P
-EOF
 }
 
 # pick VAR key: the key's value from $F into VAR (only the first line that has it counts).
@@ -106,10 +103,10 @@ write_identity() {
         mv -f "$D/term-$SID.json.tmp" "$D/term-$SID.json" 2>/dev/null
 }
 
-# True when term-SID.json is missing or older than 300 s.
+# True when term-SID.json is missing or older than 300 s (one find, rather than date and stat).
 identity_is_old() {
     [ -f "$D/term-$SID.json" ] || return 0
-    [ $(($(date +%s) - $(mtime "$D/term-$SID.json"))) -gt 300 ]
+    [ -z "$(find "$D/term-$SID.json" -mmin -5 2>/dev/null)" ]
 }
 
 # The team's never-allow check: $1 = agent, $2 = phase. A matching rule ends the hook with its deny
@@ -166,7 +163,11 @@ wait_for_answer() {
 
 EVENT=${1:-}
 P=$(cat)
-F=$(fields sessionId toolName cwd)
+fields_program sessionId toolName cwd
+F=$(sed -n "$PROG" <<EOF
+$P
+EOF
+)
 pick SID sessionId
 case "$SID" in */*) SID= ;; esac
 [ -n "$SID" ] || exit 0

@@ -8,19 +8,16 @@ HB="$D/heartbeat"
 ASK='{"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}}'
 umask 077
 
-# Every wanted "key": "value" of the payload in one pass of sed, as key=value lines. On each line of
-# the payload the last occurrence of a key wins, and a value holding \" is cut there.
-fields() {
-    prog=
+# The sed program that yields every wanted "key": "value" of the payload as key=value lines, in
+# one pass: on each line of the payload the last occurrence of a key wins, and a value holding \"
+# is cut there.
+fields_program() {
+    PROG=h
     for k in "$@"; do
-        prog="${prog}g
-s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p
-"
+        PROG="$PROG
+g
+s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p"
     done
-    sed -n "h
-$prog" <<EOF
-$P
-EOF
 }
 
 # pick VAR key: the key's value from $F into VAR (the values of several lines joined by newlines).
@@ -110,10 +107,10 @@ write_identity() {
         mv -f "$D/term-$SID.json.tmp" "$D/term-$SID.json" 2>/dev/null
 }
 
-# True when term-SID.json is missing or older than 300 s.
+# True when term-SID.json is missing or older than 300 s (one find, rather than date and stat).
 identity_is_old() {
     [ -f "$D/term-$SID.json" ] || return 0
-    [ $(($(date +%s) - $(mtime "$D/term-$SID.json"))) -gt 300 ]
+    [ -z "$(find "$D/term-$SID.json" -mmin -5 2>/dev/null)" ]
 }
 
 # The team's never-allow check: $1 = agent, $2 = phase. A matching rule ends the hook with its deny
@@ -169,7 +166,11 @@ wait_for_answer() {
 }
 
 P=$(cat)
-F=$(fields tool_name permission_mode session_id tool_use_id transcript_path cwd)
+fields_program tool_name permission_mode session_id tool_use_id transcript_path cwd
+F=$(sed -n "$PROG" <<EOF
+$P
+EOF
+)
 pick TOOL tool_name
 pick MODE permission_mode
 [ -d "$D" ] || mkdir -p "$D" 2>/dev/null
