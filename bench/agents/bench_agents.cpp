@@ -32,12 +32,6 @@ using namespace norva;
 
 namespace {
 
-class NoAlerts final : public PromptAlerts {
-public:
-    void chime() override {}
-    void notify(const QString&, const QString&) override {}
-};
-
 struct Figures {
     double median = 0;
     double p90 = 0;
@@ -132,7 +126,7 @@ int main(int argc, char* argv[])
     // 2 and 3. With Norva's core running.
     PreferencesFile prefs(Paths::preferencesFile());
     SettingsStore settings(prefs);
-    NoAlerts alerts;
+    NoPromptAlerts alerts;
     AgentPromptsManager manager(systemClock(), settings, alerts, folder);
     AgentsPageModel model(manager);
     manager.start();

@@ -1,3 +1,4 @@
+#include "ExchangeCore.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -23,12 +24,6 @@
 using namespace norva;
 
 namespace {
-
-class SilentAlerts final : public PromptAlerts {
-public:
-    void chime() override {}
-    void notify(const QString&, const QString&) override {}
-};
 
 QJsonObject readJson(const QString& path)
 {
@@ -87,22 +82,14 @@ QByteArray finish(QProcess& process, int timeoutMs = 10000)
 
 // Norva's core as the app runs it: the real clock, the manager with its heartbeat and folder watch,
 // and the Agents page model, with all three agents' hooks installed in a temporary HOME.
-struct RunningCore {
-    RunningCore() : prefs(Paths::preferencesFile()), settings(prefs)
+struct RunningCore : test::ExchangeCore {
+    RunningCore() : test::ExchangeCore(systemClock())
     {
         ApprovalHook::install();
         CodexHook::install();
         CopilotCLIHook::install();
-        manager =
-            std::make_unique<AgentPromptsManager>(systemClock(), settings, alerts, Paths::approvalsFolder());
-        model = std::make_unique<AgentsPageModel>(*manager);
         manager->start();
     }
-    PreferencesFile prefs;
-    SettingsStore settings;
-    SilentAlerts alerts;
-    std::unique_ptr<AgentPromptsManager> manager;
-    std::unique_ptr<AgentsPageModel> model;
 };
 
 } // namespace

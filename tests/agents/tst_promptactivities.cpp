@@ -1,3 +1,4 @@
+#include "ExchangeCore.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
@@ -16,11 +17,20 @@
 using namespace norva;
 
 namespace {
-class NoAlerts final : public PromptAlerts {
-public:
-    void chime() override {}
-    void notify(const QString&, const QString&) override {}
+
+// The exchange on a manual clock at the real now, publishing to a real coordinator.
+struct ClockFirst {
+    test::ManualClock clock{QDateTime::currentDateTimeUtc()};
 };
+struct Published : ClockFirst, test::ExchangeCore {
+    Published() : test::ExchangeCore(clock), coordinator(clock), activities(*manager, coordinator)
+    {
+        manager->start();
+    }
+    LiveActivityCoordinator coordinator;
+    AgentPromptActivities activities;
+};
+
 } // namespace
 
 // A waiting prompt on the closed notch: published as an agentPrompt activity that wants the Agents
@@ -31,14 +41,8 @@ private slots:
     void promptBecomesAnActivityAndLeavesWhenAnswered()
     {
         test::TempHome home;
-        test::ManualClock clock(QDateTime::currentDateTimeUtc());
-        PreferencesFile prefs(Paths::preferencesFile());
-        SettingsStore settings(prefs);
-        NoAlerts alerts;
-        AgentPromptsManager manager(clock, settings, alerts, Paths::approvalsFolder());
-        LiveActivityCoordinator coordinator(clock);
-        AgentPromptActivities activities(manager, coordinator);
-        manager.start();
+        Published published;
+        LiveActivityCoordinator& coordinator = published.coordinator;
         ApprovalsFolder folder(Paths::approvalsFolder());
         folder.write("pending-codex-s-5.json",
                      R"({"tool_name":"shell","tool_input":{"command":"make deploy"}})");
@@ -62,14 +66,8 @@ private slots:
     void promptThatLeavesOnItsOwnTakesItsActivity()
     {
         test::TempHome home;
-        test::ManualClock clock(QDateTime::currentDateTimeUtc());
-        PreferencesFile prefs(Paths::preferencesFile());
-        SettingsStore settings(prefs);
-        NoAlerts alerts;
-        AgentPromptsManager manager(clock, settings, alerts, Paths::approvalsFolder());
-        LiveActivityCoordinator coordinator(clock);
-        AgentPromptActivities activities(manager, coordinator);
-        manager.start();
+        Published published;
+        LiveActivityCoordinator& coordinator = published.coordinator;
         ApprovalsFolder folder(Paths::approvalsFolder());
         folder.write("pending-toolu_8.json", R"({"tool_name":"Bash","tool_input":{"command":"ls"}})");
         QTRY_VERIFY_WITH_TIMEOUT(coordinator.find("agent-prompt-toolu_8") != nullptr, 5000);
