@@ -12,6 +12,7 @@ run_packages=(
     qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtqml-workerscript
     qml6-module-qtquick-shapes libglx-mesa0 libgl1-mesa-dri fonts-dejavu-core
     tzdata
+    procps
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11

@@ -33,10 +33,15 @@ FileResult AgentConfigFile::write(const QJsonObject& object) const
             QFile::copy(m_path, aside);
         }
     }
-    if (!QDir().mkpath(QFileInfo(m_path).absolutePath()))
+    return writeWhole(m_path, object);
+}
+
+FileResult AgentConfigFile::writeWhole(const QString& path, const QJsonObject& object)
+{
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return FileResult::failed(QStringLiteral("its folder could not be made"));
     // QJsonObject keeps its keys sorted, so Indented gives pretty-printed, sorted-key output.
-    QSaveFile file(m_path);
+    QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return FileResult::failed(file.errorString());
     file.write(QJsonDocument(object).toJson(QJsonDocument::Indented));

@@ -24,6 +24,8 @@ public:
     QJsonObject read() const;
     // Backs the file up once, then writes the object whole (temporary file moved into place).
     FileResult write(const QJsonObject& object) const;
+    // Writes a JSON document whole, pretty-printed with sorted keys, atomically; folders are made.
+    static FileResult writeWhole(const QString& path, const QJsonObject& object);
 
     // True when an object in the entry's "hooks" array has a "command" that contains the marker.
     static bool entryHasMarker(const QJsonValue& entry, const QString& marker,

@@ -1,16 +1,14 @@
 #include "agents/CopilotCLIHook.h"
 
+#include "agents/AgentConfigFile.h"
 #include "agents/AgentConstants.h"
 #include "agents/AgentPresence.h"
 #include "agents/HookScripts.h"
 #include "app/Paths.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 namespace norva {
 
@@ -58,16 +56,7 @@ FileResult CopilotCLIHook::install()
             HookScripts::write(agents::copilotScript, ApprovalsFolder(Paths::approvalsFolder()));
         !written)
         return written;
-    const QString path = documentPath();
-    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
-        return FileResult::failed(QStringLiteral("its folder could not be made"));
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return FileResult::failed(file.errorString());
-    file.write(QJsonDocument(document()).toJson(QJsonDocument::Indented));
-    if (!file.commit())
-        return FileResult::failed(file.errorString());
-    return FileResult::done();
+    return AgentConfigFile::writeWhole(documentPath(), document());
 }
 
 FileResult CopilotCLIHook::uninstall()

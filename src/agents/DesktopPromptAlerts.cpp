@@ -27,15 +27,14 @@ void DesktopPromptAlerts::chime()
 
 void DesktopPromptAlerts::notify(const QString& title, const QString& body)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    if (!m_bus.isConnected())
         return;
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     call << QStringLiteral("Norva") << uint(0) << QString() << title << body << QStringList() << QVariantMap()
          << notificationTimeoutDefault;
-    bus.asyncCall(call);
+    m_bus.asyncCall(call);
 }
 
 } // namespace norva

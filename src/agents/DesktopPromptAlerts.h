@@ -2,6 +2,7 @@
 
 #include "agents/PromptAlerts.h"
 
+#include <QDBusConnection>
 #include <QString>
 
 namespace norva {
@@ -11,10 +12,16 @@ namespace norva {
 // canberra-gtk-play. Where either is missing Norva stays silent rather than noisy.
 class DesktopPromptAlerts final : public PromptAlerts {
 public:
+    explicit DesktopPromptAlerts(QDBusConnection bus = QDBusConnection::sessionBus()) : m_bus(std::move(bus))
+    {}
+
     void chime() override;
     void notify(const QString& title, const QString& body) override;
 
     static const QString chimeSound;
+
+private:
+    QDBusConnection m_bus;
 };
 
 } // namespace norva

@@ -6,16 +6,24 @@ namespace norva {
 namespace {
 
 const QByteArray folderPlaceholder = QByteArrayLiteral("@NORVA_APPROVALS@");
+const QByteArray commonPlaceholder = QByteArrayLiteral("@NORVA_COMMON@\n");
+
+QByteArray shipped(const QString& name)
+{
+    QFile file(QStringLiteral(":/agents/scripts/") + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 constexpr int scriptMode = 0755;
 
 } // namespace
 
 QByteArray HookScripts::text(const QString& name, const QString& approvalsFolder)
 {
-    QFile shipped(QStringLiteral(":/agents/scripts/") + name);
-    if (name.contains(QLatin1Char('/')) || !shipped.open(QIODevice::ReadOnly))
+    if (name.contains(QLatin1Char('/')) || name == QLatin1String("common.sh"))
         return {};
-    QByteArray script = shipped.readAll();
+    QByteArray script = shipped(name);
+    // The functions every hook shares are written into each script, so it stands on its own.
+    script.replace(commonPlaceholder, shipped(QStringLiteral("common.sh")));
     script.replace(folderPlaceholder, shellQuoted(approvalsFolder).toUtf8());
     return script;
 }

@@ -8,9 +8,10 @@
 namespace norva {
 
 // The four hook scripts that ship inside Norva ("pretooluse.sh", "posttooluse.sh", "codex-hook.sh",
-// "copilot-hook.sh"). Each is a fixed text; at install time the approvals folder Norva uses is
-// written into its first assignment, single-quoted, so the script finds the very folder the running
-// Norva watches whatever XDG_DATA_HOME says.
+// "copilot-hook.sh"). Each is a fixed text; at install time the functions the hooks share
+// ("common.sh") are written into it, and the approvals folder Norva uses into its first assignment,
+// single-quoted, so the script finds the very folder the running Norva watches whatever
+// XDG_DATA_HOME says.
 class HookScripts {
 public:
     // The script's text for this approvals folder; empty for an unknown name.

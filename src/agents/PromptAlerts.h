@@ -13,4 +13,11 @@ public:
     virtual void notify(const QString& title, const QString& body) = 0;
 };
 
+// No chime and no notification: for a run without a desktop (benchmarks, headless tools).
+class NoPromptAlerts final : public PromptAlerts {
+public:
+    void chime() override {}
+    void notify(const QString&, const QString&) override {}
+};
+
 } // namespace norva

@@ -3,6 +3,7 @@ qt_add_resources(norva_core "agent_hook_scripts"
     PREFIX "/agents"
     BASE ${CMAKE_CURRENT_SOURCE_DIR}/agents
     FILES
+        agents/scripts/common.sh
         agents/scripts/pretooluse.sh
         agents/scripts/posttooluse.sh
         agents/scripts/codex-hook.sh

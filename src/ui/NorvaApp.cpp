@@ -1,6 +1,8 @@
 #include "ui/NorvaApp.h"
 
+#include "agents/AgentsDemo.h"
 #include "app/Log.h"
+#include "app/Paths.h"
 #include "app/Platform.h"
 #include "app/SettingsKeys.h"
 #include "notch/DisplayPicker.h"
@@ -73,6 +75,9 @@ NorvaApp::NorvaApp(Options options, QObject* parent)
 NorvaApp::~NorvaApp()
 {
     m_overlays.clear();
+    // A clean quit takes the heartbeat away, so waiting hooks hand back at once rather than in 30 s.
+    if (m_agentPrompts)
+        m_agentPrompts->shutdown();
 }
 
 bool NorvaApp::start()
@@ -88,6 +93,18 @@ bool NorvaApp::start()
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
+    m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
+    m_agentPrompts =
+        std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, Paths::approvalsFolder());
+    m_agentsPage = std::make_unique<AgentsPageModel>(*m_agentPrompts);
+    m_hookPresence = std::make_unique<HookPresence>();
+    m_hookPresence->live();
+    m_promptSwitch = std::make_unique<AgentPromptSwitch>(*m_settings);
+    if (m_options.demo)
+        AgentsDemo::placeSamplePrompts(Paths::approvalsFolder(), m_clock.now());
+    else
+        m_promptSwitch->follow(); // the demo never edits the agents' configuration
+    m_agentPrompts->start();
 
     exposeToQml();
     rebuildOverlays();
@@ -118,6 +135,8 @@ void NorvaApp::exposeToQml()
     QQmlContext* context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("app"), this);
     context->setContextProperty(QStringLiteral("settings"), m_settings.get());
+    context->setContextProperty(QStringLiteral("agentsPage"), m_agentsPage.get());
+    context->setContextProperty(QStringLiteral("agentHooks"), m_hookPresence.get());
 }
 
 void NorvaApp::rebuildOverlays()

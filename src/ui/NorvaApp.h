@@ -1,5 +1,10 @@
 #pragma once
 
+#include "agents/AgentPromptSwitch.h"
+#include "agents/AgentPromptsManager.h"
+#include "agents/AgentsPageModel.h"
+#include "agents/DesktopPromptAlerts.h"
+#include "agents/HookPresence.h"
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
@@ -52,6 +57,12 @@ private:
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;
+    // Coding agents: the prompt switch follows "answerPromptsOnNotch"; the manager runs the exchange.
+    std::unique_ptr<AgentPromptSwitch> m_promptSwitch;
+    std::unique_ptr<DesktopPromptAlerts> m_promptAlerts;
+    std::unique_ptr<AgentPromptsManager> m_agentPrompts;
+    std::unique_ptr<AgentsPageModel> m_agentsPage;
+    std::unique_ptr<HookPresence> m_hookPresence;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

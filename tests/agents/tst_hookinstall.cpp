@@ -222,6 +222,22 @@ private slots:
         QCOMPARE(HookScripts::shellQuoted("it's"), QStringLiteral("'it'\\''s'"));
     }
 
+    void installedScriptsStandAlone()
+    {
+        test::TempHome home;
+        QVERIFY(ApprovalHook::install().ok);
+        QVERIFY(CodexHook::install().ok);
+        QVERIFY(CopilotCLIHook::install().ok);
+        for (const char* name : {"pretooluse.sh", "posttooluse.sh", "codex-hook.sh", "copilot-hook.sh"}) {
+            const QString path = Paths::approvalsFolder() + "/" + name;
+            const QByteArray text = test::TempHome::read(path);
+            QVERIFY2(!text.contains("@NORVA_"), name);
+            QVERIFY2(text.contains("D='" + Paths::approvalsFolder().toUtf8() + "'\n"), name);
+            QCOMPARE(QProcess::execute("/bin/sh", {"-n", path}), 0);
+        }
+        QVERIFY(HookScripts::text("common.sh", Paths::approvalsFolder()).isEmpty());
+    }
+
     void eventLogAppendsTimeAndPayload()
     {
         test::TempHome home;

@@ -332,6 +332,17 @@ private slots:
         QVERIFY(hooks.exists("pending-S1.json"));
     }
 
+    void copilotTakesTheFirstLineThatNamesTheSession()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.answer("pending-copilot-S1-1.json", "{}");
+        hooks.answer("pending-copilot-S2-1.json", "{}");
+        hooks.run("copilot-hook.sh", "{\"sessionId\":\"S1\",\n\"sessionId\":\"S2\"}", {"sessionEnd"});
+        QVERIFY(!hooks.exists("pending-copilot-S1-1.json"));
+        QVERIFY(hooks.exists("pending-copilot-S2-1.json"));
+    }
+
     void copilotAutonomyKeepsCopilotsOwnRules_data()
     {
         QTest::addColumn<QString>("arguments");

@@ -1,3 +1,4 @@
+#include "ExchangeCore.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
@@ -26,14 +27,6 @@ using namespace norva;
 
 namespace {
 
-class CountingAlerts final : public PromptAlerts {
-public:
-    void chime() override { ++chimes; }
-    void notify(const QString& title, const QString& body) override { notes << title + " | " + body; }
-    int chimes = 0;
-    QStringList notes;
-};
-
 void setAge(const ApprovalsFolder& folder, const QString& name, const QDateTime& now, double seconds)
 {
     const time_t when = static_cast<time_t>(now.toSecsSinceEpoch() - static_cast<qint64>(seconds));
@@ -44,21 +37,12 @@ void setAge(const ApprovalsFolder& folder, const QString& name, const QDateTime&
 const QByteArray bashPayload =
     R"({"session_id":"s1","cwd":"/work/app","tool_name":"Bash","tool_input":{"command":"git push origin main"},"tool_use_id":"toolu_1"})";
 
-// The pieces of a running Norva core that the exchange needs, inside a temporary HOME.
-struct Core {
-    Core() : prefs(Paths::preferencesFile()), settings(prefs)
-    {
-        manager = std::make_unique<AgentPromptsManager>(clock, settings, alerts, Paths::approvalsFolder());
-        model = std::make_unique<AgentsPageModel>(*manager);
-    }
-    ApprovalsFolder folder() const { return ApprovalsFolder(Paths::approvalsFolder()); }
-
+// Norva's core on a manual clock that starts at the real now (the hooks' files carry real times).
+struct ManualClockFirst {
     test::ManualClock clock{QDateTime::currentDateTimeUtc()};
-    PreferencesFile prefs;
-    SettingsStore settings;
-    CountingAlerts alerts;
-    std::unique_ptr<AgentPromptsManager> manager;
-    std::unique_ptr<AgentsPageModel> model;
+};
+struct Core : ManualClockFirst, test::ExchangeCore {
+    Core() : test::ExchangeCore(clock) {}
 };
 
 } // namespace

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "agents/AgentPromptsManager.h"
+#include "agents/AgentsPageModel.h"
+#include "agents/PromptAlerts.h"
+#include "app/Paths.h"
+#include "app/SettingsStore.h"
+#include "platform/linux/PreferencesFile.h"
+
+#include <QStringList>
+
+#include <memory>
+
+namespace norva::test {
+
+// Alerts that count what they were asked to do.
+class CountingAlerts final : public PromptAlerts {
+public:
+    void chime() override { ++chimes; }
+    void notify(const QString& title, const QString& body) override { notes << title + " | " + body; }
+    int chimes = 0;
+    QStringList notes;
+};
+
+// The pieces of a running Norva core that the exchange needs, inside the current (temporary) HOME:
+// preferences, settings, the prompts manager on the given clock, and the Agents page model.
+struct ExchangeCore {
+    explicit ExchangeCore(Clock& clock) : prefs(Paths::preferencesFile()), settings(prefs)
+    {
+        manager = std::make_unique<AgentPromptsManager>(clock, settings, alerts, Paths::approvalsFolder());
+        model = std::make_unique<AgentsPageModel>(*manager);
+    }
+    ApprovalsFolder folder() const { return ApprovalsFolder(Paths::approvalsFolder()); }
+
+    PreferencesFile prefs;
+    SettingsStore settings;
+    CountingAlerts alerts;
+    std::unique_ptr<AgentPromptsManager> manager;
+    std::unique_ptr<AgentsPageModel> model;
+};
+
+} // namespace norva::test
