@@ -81,7 +81,11 @@ ClipboardManager::ClipboardManager(ClipboardSource& source, SettingsStore& setti
     });
 }
 
-ClipboardManager::~ClipboardManager() = default;
+ClipboardManager::~ClipboardManager()
+{
+    if (m_list.isPending())
+        m_list.saveNow();
+}
 
 bool ClipboardManager::historyOn() const
 {

@@ -65,7 +65,11 @@ ShelfManager::ShelfManager(SettingsStore& settings, Clock& clock, const QString&
     });
 }
 
-ShelfManager::~ShelfManager() = default;
+ShelfManager::~ShelfManager()
+{
+    if (m_list.isPending())
+        m_list.saveNow();
+}
 
 void ShelfManager::setScreenshotSource(ScreenshotSource* source)
 {

@@ -81,9 +81,9 @@ private:
 
     SettingsStore& m_settings;
     Clock& m_clock;
+    QList<Item> m_items; // before the list file, which saves it one last time when it goes
     StoredList m_list;
     OwnedFolder m_owned;
-    QList<Item> m_items;
     std::function<bool(const QString&)> m_textSink;
     ScreenshotSource* m_screenshots = nullptr;
     ScheduledWork m_retentionWork;
