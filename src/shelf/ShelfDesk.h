@@ -23,6 +23,7 @@ class ShelfDesk : public QObject {
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
     Q_PROPERTY(QString emptyText READ emptyText CONSTANT)
+    Q_PROPERTY(bool openOnDrop READ openOnDrop)
 
 public:
     enum class Action { convert, openWith, airDrop, compress, reveal, remove, open, copy, moveToFolder, copyToFolder,
@@ -47,6 +48,7 @@ public:
     QString toast() const { return m_toast; }
     bool busy() const { return m_running > 0; }
     QString emptyText() const;
+    bool openOnDrop() const { return m_shelf.openOnDrop(); }
 
     Q_INVOKABLE void compress(const QStringList& ids) { perform(Action::compress, uuids(ids)); }
     Q_INVOKABLE void convert(const QStringList& ids, const QString& format) { perform(Action::convert, uuids(ids), format); }

@@ -96,6 +96,11 @@ void ShelfManager::start()
     emit shelfActivity(int(m_items.size()));
 }
 
+bool ShelfManager::openOnDrop() const
+{
+    return m_settings.shelfOpenOnDrop();
+}
+
 const ShelfManager::Item* ShelfManager::find(const QUuid& id) const
 {
     for (const auto& item : m_items) {

@@ -61,6 +61,8 @@ public:
     const QList<Item>& items() const { return m_items; }
     const Item* find(const QUuid& id) const;
     const OwnedFolder& ownedFolder() const { return m_owned; }
+    // Whether a drop on the closed notch opens the panel on the shelf ("shelf.openOnDrop.v1").
+    bool openOnDrop() const;
     void flush() { m_list.saveNow(); }
 
 signals:

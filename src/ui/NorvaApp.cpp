@@ -2,7 +2,10 @@
 
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "app/Paths.h"
 #include "app/SettingsKeys.h"
+#include "clipboard/ClipboardPlatform.h"
+#include "shelf/ShelfPlatform.h"
 #include "notch/DisplayPicker.h"
 
 #include <QCoreApplication>
@@ -88,6 +91,7 @@ bool NorvaApp::start()
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
+    startClipboardAndShelf();
 
     exposeToQml();
     rebuildOverlays();
@@ -118,6 +122,27 @@ void NorvaApp::exposeToQml()
     QQmlContext* context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("app"), this);
     context->setContextProperty(QStringLiteral("settings"), m_settings.get());
+    context->setContextProperty(QStringLiteral("clipboardPage"), m_clipboardPage.get());
+    context->setContextProperty(QStringLiteral("shelfDesk"), m_shelfDesk.get());
+}
+
+// The clipboard history and the shelf. In the demo nothing of the person's own is read: neither
+// the stored lists nor the clipboard nor the screenshots folder.
+void NorvaApp::startClipboardAndShelf()
+{
+    const QString data = Paths::dataFolder();
+    m_clipboardSource = Platform::makeClipboardSource();
+    m_clipboard = std::make_unique<ClipboardManager>(*m_clipboardSource, *m_settings, m_clock, data);
+    m_clipboardPage = std::make_unique<ClipboardPageModel>(*m_clipboard);
+    m_shelf = std::make_unique<ShelfManager>(*m_settings, m_clock, data);
+    m_shelf->setDroppedTextSink([this](const QString& text) { return m_clipboard->recordDropped(text); });
+    m_shelfDesk = std::make_unique<ShelfDesk>(*m_shelf, *m_clipboardSource);
+    if (m_options.demo)
+        return;
+    m_screenshots = Platform::makeScreenshotSource(m_clock);
+    m_shelf->setScreenshotSource(m_screenshots.get());
+    m_clipboard->start();
+    m_shelf->start();
 }
 
 void NorvaApp::rebuildOverlays()
