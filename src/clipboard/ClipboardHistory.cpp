@@ -231,12 +231,17 @@ QList<ClipboardItem> ClipboardHistory::search(const QString& query) const
     if (words.isEmpty())
         return ordered();
     QList<ClipboardItem> found;
-    for (const auto& item : ordered()) {
-        const QByteArray& key = cachedKey(item);
-        const bool all = std::all_of(words.begin(), words.end(),
-                                     [&key](const QByteArray& word) { return key.contains(word); });
-        if (all)
-            found.append(item);
+    // Two passes over the list as it is held (pins first), so no ordered copy is made per search.
+    for (const bool pinnedPass : {true, false}) {
+        for (const auto& item : m_items) {
+            if (item.pinned != pinnedPass)
+                continue;
+            const QByteArray& key = cachedKey(item);
+            const bool all = std::all_of(words.begin(), words.end(),
+                                         [&key](const QByteArray& word) { return key.contains(word); });
+            if (all)
+                found.append(item);
+        }
     }
     return found;
 }
