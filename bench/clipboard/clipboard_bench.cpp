@@ -27,10 +27,10 @@ namespace {
 constexpr int kClips = 10000;
 constexpr int kRuns = 30;
 
-const QStringList kWords{
-    "meeting", "invoice", "deploy",  "café",     "Straße", "release", "quarterly", "report", "lunch",
-    "norva",   "rebase",  "kernel",  "function", "return", "colour",  "shelf",     "notch",  "ticket",
-    "alpha",   "beta",    "gamma",   "delta",    "sigma",  "Zürich",  "Kraków",    "naïve",  "résumé"};
+const QStringList kWords{"meeting", "invoice", "deploy", "café",   "Straße", "release",  "quarterly",
+                         "report",  "lunch",   "norva",  "rebase", "kernel", "function", "return",
+                         "colour",  "shelf",   "notch",  "ticket", "alpha",  "beta",     "gamma",
+                         "delta",   "sigma",   "Zürich", "Kraków", "naïve",  "résumé"};
 
 QList<ClipboardItem> clips(int count)
 {
@@ -96,11 +96,11 @@ void searchFigures()
     QElapsedTimer timer;
     timer.start();
     const auto first = history.search(QStringLiteral("cafe"));
-    std::printf("  %-42s %10.2f  (%lld found)\n", "first search (builds the word keys)", timer.nsecsElapsed() / 1e6,
-                static_cast<long long>(first.size()));
-    for (const QString& query : {QStringLiteral("invoice"), QStringLiteral("zurich krakow"),
-                                 QStringLiteral("release notch 4242"), QStringLiteral("nothing-matches"),
-                                 QStringLiteral("")}) {
+    std::printf("  %-42s %10.2f  (%lld found)\n", "first search (builds the word keys)",
+                timer.nsecsElapsed() / 1e6, static_cast<long long>(first.size()));
+    for (const QString& query :
+         {QStringLiteral("invoice"), QStringLiteral("zurich krakow"), QStringLiteral("release notch 4242"),
+          QStringLiteral("nothing-matches"), QStringLiteral("")}) {
         QList<double> runs;
         qsizetype found = 0;
         for (int run = 0; run < kRuns; ++run) {
@@ -109,7 +109,8 @@ void searchFigures()
             runs << timer.nsecsElapsed() / 1e6;
         }
         const QString label = QStringLiteral("\"") + query + QStringLiteral("\"");
-        std::printf("  %-42s %10.2f  (%lld found)\n", qPrintable(label), median(runs), static_cast<long long>(found));
+        std::printf("  %-42s %10.2f  (%lld found)\n", qPrintable(label), median(runs),
+                    static_cast<long long>(found));
     }
 }
 
@@ -124,7 +125,8 @@ void loadFigures()
     const QList<ClipboardItem> list = clips(kClips);
     QList<double> saves;
     for (int run = 0; run < 5; ++run) {
-        StoredList stored(data + QStringLiteral("/clipboard.json"), QStringLiteral("Norva bench"), systemClock());
+        StoredList stored(data + QStringLiteral("/clipboard.json"), QStringLiteral("Norva bench"),
+                          systemClock());
         stored.setSnapshot([&list] {
             QJsonArray array;
             for (const auto& clip : list)
@@ -146,7 +148,8 @@ void loadFigures()
         manager.start();
         loads << timer.nsecsElapsed() / 1e6;
         if (manager.items().size() != kClips)
-            std::printf("  (loaded %lld clips, not %d)\n", static_cast<long long>(manager.items().size()), kClips);
+            std::printf("  (loaded %lld clips, not %d)\n", static_cast<long long>(manager.items().size()),
+                        kClips);
     }
     std::printf("%-44s %10s\n", "clipboard: a 10,000-clip history", "median ms");
     std::printf("  %-42s %10.1f  (%.1f MB file)\n", "save (JSON, atomic write)", median(saves), bytes / 1e6);

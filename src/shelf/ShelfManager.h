@@ -80,6 +80,7 @@ private:
     void changed();
     void keepDroppedImage(const QByteArray& bytes);
     void keepDroppedLink(const QUrl& url);
+    void shelveKept(const std::optional<QString>& path, const QString& failure);
 
     SettingsStore& m_settings;
     Clock& m_clock;

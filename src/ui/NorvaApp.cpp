@@ -1,12 +1,12 @@
 #include "ui/NorvaApp.h"
 
 #include "app/Log.h"
-#include "app/Platform.h"
 #include "app/Paths.h"
+#include "app/Platform.h"
 #include "app/SettingsKeys.h"
 #include "clipboard/ClipboardPlatform.h"
-#include "shelf/ShelfPlatform.h"
 #include "notch/DisplayPicker.h"
+#include "shelf/ShelfPlatform.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -221,11 +221,14 @@ void NorvaApp::quit()
 void NorvaApp::noteFirstFrame()
 {
     QQuickWindow* window = m_overlays.front()->window();
-    connect(window, &QQuickWindow::frameSwapped, this, [] {
-        std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart().elapsed()));
-        std::fflush(stdout);
-        QCoreApplication::exit(0);
-    }, Qt::SingleShotConnection);
+    connect(
+        window, &QQuickWindow::frameSwapped, this,
+        [] {
+            std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart().elapsed()));
+            std::fflush(stdout);
+            QCoreApplication::exit(0);
+        },
+        Qt::SingleShotConnection);
 }
 
 } // namespace norva

@@ -1,3 +1,4 @@
+#include "FakeClipboard.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
@@ -44,17 +45,6 @@ QByteArray xclipOut(const QString& target)
     return process.readAllStandardOutput();
 }
 
-QByteArray png(QColor colour)
-{
-    QImage image(6, 6, QImage::Format_ARGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
 } // namespace
 
 // The history against the real X11 clipboard (Xvfb in CI), with copies made by other programs.
@@ -84,7 +74,8 @@ class X11ClipboardTest : public QObject {
     // (a helper that quits empties the clipboard first), then lets a poll run.
     void settle(quint64 before, const QString& offered)
     {
-        QTRY_VERIFY_WITH_TIMEOUT(m_source->changeCount() != before && m_source->formats().contains(offered), 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_source->changeCount() != before && m_source->formats().contains(offered),
+                                 5000);
         m_clock->advance(ClipboardManager::kPollInterval);
     }
 
@@ -94,7 +85,8 @@ private slots:
         if (qEnvironmentVariableIsEmpty("DISPLAY"))
             QSKIP("no X display (CI runs this under xvfb-run)");
         QCOMPARE(QGuiApplication::platformName(), QStringLiteral("xcb"));
-        QVERIFY2(QProcess::execute(QStringLiteral("xclip"), {QStringLiteral("-version")}) == 0, "xclip is needed");
+        QVERIFY2(QProcess::execute(QStringLiteral("xclip"), {QStringLiteral("-version")}) == 0,
+                 "xclip is needed");
     }
 
     void init()
@@ -104,7 +96,8 @@ private slots:
         m_preferences = std::make_unique<PreferencesFile>(m_home->file(QStringLiteral("preferences.toml")));
         m_settings = std::make_unique<SettingsStore>(*m_preferences);
         m_source = std::make_unique<QtClipboardSource>();
-        m_manager = std::make_unique<ClipboardManager>(*m_source, *m_settings, *m_clock, m_home->file(QStringLiteral("data")));
+        m_manager = std::make_unique<ClipboardManager>(*m_source, *m_settings, *m_clock,
+                                                       m_home->file(QStringLiteral("data")));
         m_manager->start();
     }
 
@@ -158,7 +151,8 @@ private slots:
         QTest::qWait(kept ? 0 : 200);
         QTRY_COMPARE(m_manager->items().size(), kept ? 1 : 0);
         m_manager->flush();
-        QCOMPARE(TempHome::read(m_home->file(QStringLiteral("data/clipboard.json"))).contains("s3cret"), kept);
+        QCOMPARE(TempHome::read(m_home->file(QStringLiteral("data/clipboard.json"))).contains("s3cret"),
+                 kept);
     }
 
     void hintOfferedAloneByXclipIsRefused()
@@ -210,12 +204,13 @@ private slots:
         const QByteArray shown = offer({QStringLiteral("--app"), QStringLiteral("Gedit")});
         QVERIFY2(shown.startsWith("window "), shown.constData());
         const QString window = QString::fromLatin1(shown.mid(7).trimmed());
-        QCOMPARE(QProcess::execute(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("-f"),
-                                                             QStringLiteral("_NET_ACTIVE_WINDOW"), QStringLiteral("32x"),
-                                                             QStringLiteral("-set"), QStringLiteral("_NET_ACTIVE_WINDOW"),
-                                                             window}),
+        QCOMPARE(QProcess::execute(QStringLiteral("xprop"),
+                                   {QStringLiteral("-root"), QStringLiteral("-f"),
+                                    QStringLiteral("_NET_ACTIVE_WINDOW"), QStringLiteral("32x"),
+                                    QStringLiteral("-set"), QStringLiteral("_NET_ACTIVE_WINDOW"), window}),
                  0);
-        QTRY_COMPARE_WITH_TIMEOUT(m_source->frontmostApplication(), std::optional<QString>(QStringLiteral("Gedit")), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(m_source->frontmostApplication(),
+                                  std::optional<QString>(QStringLiteral("Gedit")), 5000);
         const quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("UTF8_STRING"), "from the editor"));
         settle(before, QStringLiteral("text/plain"));

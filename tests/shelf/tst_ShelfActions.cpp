@@ -65,8 +65,7 @@ QByteArray picture(const char* format, bool alpha = false)
 }
 
 // What an action gave back, as text: its failure's reason, or "" when it worked.
-template <typename T>
-QString why(const ShelfActions::Result<T>& result)
+template <typename T> QString why(const ShelfActions::Result<T>& result)
 {
     const auto* failure = std::get_if<ShelfActions::Failure>(&result);
     return failure ? failure->why : QString();
@@ -108,17 +107,21 @@ private slots:
         int status = -1;
         const QString test = unzip({QStringLiteral("-t"), archive}, &status);
         QVERIFY2(status == 0, qPrintable(test));
-        QStringList names = unzip({QStringLiteral("-Z1"), archive}).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QStringList names =
+            unzip({QStringLiteral("-Z1"), archive}).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         names.sort();
-        QCOMPARE(names, (QStringList{"Project/", "Project/empty-folder/", "Project/empty.txt", "Project/noise.bin",
-                                     "Project/readme.md", "Project/src/", "Project/src/deep/", "Project/src/deep/main.cpp",
-                                     "Project/Ünïcödé naïve.txt", "notes.txt"}));
+        QCOMPARE(names,
+                 (QStringList{"Project/", "Project/empty-folder/", "Project/empty.txt", "Project/noise.bin",
+                              "Project/readme.md", "Project/src/", "Project/src/deep/",
+                              "Project/src/deep/main.cpp", "Project/Ünïcödé naïve.txt", "notes.txt"}));
         const QString into = home.file(QStringLiteral("unzipped"));
         unzip({QStringLiteral("-q"), archive, QStringLiteral("-d"), into}, &status);
         QCOMPARE(status, 0);
         QCOMPARE(TempHome::read(into + QStringLiteral("/Project/noise.bin")), noise);
-        QCOMPARE(TempHome::read(into + QStringLiteral("/Project/readme.md")), QByteArray("# Norva\n").repeated(500));
-        QCOMPARE(TempHome::read(into + QStringLiteral("/Project/Ünïcödé naïve.txt")), QByteArray("utf-8 names"));
+        QCOMPARE(TempHome::read(into + QStringLiteral("/Project/readme.md")),
+                 QByteArray("# Norva\n").repeated(500));
+        QCOMPARE(TempHome::read(into + QStringLiteral("/Project/Ünïcödé naïve.txt")),
+                 QByteArray("utf-8 names"));
         QCOMPARE(TempHome::read(into + QStringLiteral("/notes.txt")), QByteArray("just one"));
         QVERIFY(QFileInfo(into + QStringLiteral("/Project/empty-folder")).isDir());
         // Text that compresses well is deflated: the archive is smaller than what it holds.
@@ -198,7 +201,8 @@ private slots:
         };
         QTest::newRow("png to tiff") << picture("PNG") << "TIFF" << optional("tiff", QStringLiteral("TIFF"));
         QTest::newRow("png to heic") << picture("PNG") << "HEIC" << optional("heic", QStringLiteral("HEIC"));
-        QTest::newRow("not a picture") << QByteArray("%PDF-1.4") << "PNG" << "it did not read as a picture";
+        QTest::newRow("not a picture") << QByteArray("%PDF-1.4") << "PNG"
+                                       << "it did not read as a picture";
     }
     void convert()
     {
@@ -259,7 +263,8 @@ class ShelfDeskTest : public QObject {
         ShelfDesk desk{shelf, clipboard};
 
         Rig() { shelf.start(); }
-        ShelfDesk::Outcome perform(ShelfDesk::Action action, const QList<QUuid>& ids, const QString& argument = {})
+        ShelfDesk::Outcome perform(ShelfDesk::Action action, const QList<QUuid>& ids,
+                                   const QString& argument = {})
         {
             std::optional<ShelfDesk::Outcome> outcome;
             desk.perform(action, ids, argument, [&](ShelfDesk::Outcome o) { outcome = o; });
@@ -308,7 +313,8 @@ private slots:
         const auto outcome = rig.perform(ShelfDesk::Action::compress, {rig.idOf(file)});
         QVERIFY(outcome.failed);
         QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("That didn't zip.")));
-        QCOMPARE(log.lines(), QStringList{QStringLiteral("Norva shelf: a.txt was not zipped (a.txt is gone)")});
+        QCOMPARE(log.lines(),
+                 QStringList{QStringLiteral("Norva shelf: a.txt was not zipped (a.txt is gone)")});
     }
 
     void convertingAddsTheNewPicture()
@@ -316,7 +322,8 @@ private slots:
         Rig rig;
         const QString photo = rig.home.write(QStringLiteral("Pictures/photo.png"), picture("PNG"));
         rig.shelf.shelve(photo);
-        const auto outcome = rig.perform(ShelfDesk::Action::convert, {rig.idOf(photo)}, QStringLiteral("JPEG"));
+        const auto outcome =
+            rig.perform(ShelfDesk::Action::convert, {rig.idOf(photo)}, QStringLiteral("JPEG"));
         QVERIFY(!outcome.failed);
         QCOMPARE(rig.shelf.items().size(), 2);
         QCOMPARE(rig.shelf.items().first().path, rig.home.file(QStringLiteral("data/Shelf/photo.jpg")));
@@ -329,8 +336,8 @@ private slots:
         const QString file = rig.home.write(QStringLiteral("Downloads/invoice.pdf"), "pdf");
         rig.home.write(QStringLiteral("Documents/invoice.pdf"), "an older one");
         rig.shelf.shelve(file);
-        const auto outcome =
-            rig.perform(ShelfDesk::Action::moveToFolder, {rig.idOf(file)}, rig.home.file(QStringLiteral("Documents")));
+        const auto outcome = rig.perform(ShelfDesk::Action::moveToFolder, {rig.idOf(file)},
+                                         rig.home.file(QStringLiteral("Documents")));
         QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("Moved to Documents.")));
         QCOMPARE(rig.shelf.items().first().path, rig.home.file(QStringLiteral("Documents/invoice 2.pdf")));
         QVERIFY(!QFile::exists(file));
@@ -370,7 +377,8 @@ private slots:
         LogCapture log;
         const auto outcome = rig.perform(ShelfDesk::Action::open, {QUuid::createUuid()});
         QVERIFY(outcome.failed);
-        QCOMPARE(log.lines(), QStringList{QStringLiteral("Norva shelf: nothing was done (the file left the shelf)")});
+        QCOMPARE(log.lines(),
+                 QStringList{QStringLiteral("Norva shelf: nothing was done (the file left the shelf)")});
     }
 };
 NORVA_TEST(ShelfDeskTest)

@@ -109,14 +109,17 @@ private slots:
     void ownFilesThatNoRowListedArePutBack()
     {
         Rig rig;
-        const QString orphan = rig.home.write(QStringLiteral("data/Shelf/Image 2026-11-17 at 09.00.00.png"), picture("PNG"));
+        const QString orphan =
+            rig.home.write(QStringLiteral("data/Shelf/Image 2026-11-17 at 09.00.00.png"), picture("PNG"));
         rig.home.write(QStringLiteral("data/Shelf/.partial-AbCdEf"), "half");
         LogCapture log;
         rig.start();
         QCOMPARE(rig.paths(), QStringList{orphan});
-        QVERIFY(log.contains(QStringLiteral("Norva shelf: put back Image 2026-11-17 at 09.00.00.png from Shelf, a file of "
-                                            "the shelf's own that no row listed")));
-        QVERIFY(log.contains(QStringLiteral("Norva shelf: removed 1 file that a quit left half written in Shelf")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva shelf: put back Image 2026-11-17 at 09.00.00.png from Shelf, a file of "
+                           "the shelf's own that no row listed")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva shelf: removed 1 file that a quit left half written in Shelf")));
     }
 
     void retention_data()
@@ -146,9 +149,10 @@ private slots:
         QCOMPARE(rig.shelf->items().size(), kept ? 2 : 0);
         QCOMPARE(log.contains(QStringLiteral(" (Settings: Keep files on the Shelf)")), !kept);
         if (!kept)
-            QCOMPARE(log.lines().last(), QStringLiteral("Norva shelf: let go of 2 items older than a ") +
-                                             (keep == QLatin1String("day") ? QStringLiteral("day") : QStringLiteral("week")) +
-                                             QStringLiteral(" (Settings: Keep files on the Shelf)"));
+            QCOMPARE(log.lines().last(),
+                     QStringLiteral("Norva shelf: let go of 2 items older than a ") +
+                         (keep == QLatin1String("day") ? QStringLiteral("day") : QStringLiteral("week")) +
+                         QStringLiteral(" (Settings: Keep files on the Shelf)"));
         // A person's own file is never deleted; the shelf's own file goes with its row.
         QVERIFY(QFile::exists(mine));
         QCOMPARE(QFile::exists(own), kept);
@@ -175,8 +179,10 @@ private slots:
         rig.start();
         QSignalSpy activity(rig.shelf.get(), &ShelfManager::shelfActivity);
         LogCapture log;
-        rig.shelf->drop({{QUrl::fromLocalFile(a), QUrl::fromLocalFile(rig.home.file(QStringLiteral("Downloads/moved.pdf")))},
-                         std::nullopt, std::nullopt},
+        rig.shelf->drop({{QUrl::fromLocalFile(a),
+                          QUrl::fromLocalFile(rig.home.file(QStringLiteral("Downloads/moved.pdf")))},
+                         std::nullopt,
+                         std::nullopt},
                         ShelfManager::DropPlace::panel);
         QCOMPARE(rig.paths(), QStringList{a});
         QCOMPARE(log.lines(), QStringList{QStringLiteral("Norva shelf: a file was not shelved (") +
@@ -193,10 +199,12 @@ private slots:
         Rig rig;
         rig.start();
         rig.clock.advance(Seconds(3723)); // 11:02:03 UTC
-        rig.dropAndWait({{QUrl(QStringLiteral("https://example.org/cat.jpg"))}, picture("JPEG"), QStringLiteral("cat")});
-        const QString name = QStringLiteral("Image ") +
-                             rig.clock.now().toLocalTime().toString(QStringLiteral("yyyy-MM-dd 'at' HH.mm.ss")) +
-                             QStringLiteral(".png");
+        rig.dropAndWait(
+            {{QUrl(QStringLiteral("https://example.org/cat.jpg"))}, picture("JPEG"), QStringLiteral("cat")});
+        const QString name =
+            QStringLiteral("Image ") +
+            rig.clock.now().toLocalTime().toString(QStringLiteral("yyyy-MM-dd 'at' HH.mm.ss")) +
+            QStringLiteral(".png");
         QCOMPARE(rig.paths(), QStringList{rig.owned() + QLatin1Char('/') + name});
         QImage kept;
         QVERIFY(kept.load(rig.paths().first(), "PNG"));
@@ -212,8 +220,9 @@ private slots:
         QTest::addColumn<QByteArray>("image");
         QTest::addColumn<QString>("logged");
         QTest::newRow("never loaded") << QByteArray() << "Norva shelf: a dropped image never loaded";
-        QTest::newRow("not a picture") << QByteArray("<html>")
-                                       << "Norva shelf: a dropped image was not kept (it would not convert to PNG)";
+        QTest::newRow("not a picture")
+            << QByteArray("<html>")
+            << "Norva shelf: a dropped image was not kept (it would not convert to PNG)";
     }
     void dropsThatDoNotMakeAFile()
     {
@@ -237,7 +246,9 @@ private slots:
         rig.home.write(QStringLiteral("data/Shelf"), "a file where the folder was");
         LogCapture log;
         rig.dropAndWait({{}, picture("PNG"), std::nullopt});
-        QCOMPARE(log.count(QStringLiteral("Norva shelf: a dropped image was not kept (could not write its file: ")), 1);
+        QCOMPARE(log.count(
+                     QStringLiteral("Norva shelf: a dropped image was not kept (could not write its file: ")),
+                 1);
         QCOMPARE(rig.shelf->items().size(), 0);
     }
 
@@ -251,7 +262,8 @@ private slots:
                          picture("PNG"),
                          std::nullopt});
         QCOMPARE(log.lines().first(),
-                 QStringLiteral("Norva shelf: the drag named 2 file link(s); the drop's own items were read instead"));
+                 QStringLiteral(
+                     "Norva shelf: the drag named 2 file link(s); the drop's own items were read instead"));
         QCOMPARE(rig.shelf->items().size(), 1);
         QVERIFY(rig.paths().first().startsWith(rig.owned() + QStringLiteral("/Image ")));
     }
@@ -260,10 +272,12 @@ private slots:
     {
         Rig rig;
         rig.start();
-        rig.dropAndWait({{QUrl(QStringLiteral("https://norva.app/docs/shelf?a=1&b=2"))}, std::nullopt, std::nullopt});
+        rig.dropAndWait(
+            {{QUrl(QStringLiteral("https://norva.app/docs/shelf?a=1&b=2"))}, std::nullopt, std::nullopt});
         QCOMPARE(rig.paths(), QStringList{rig.owned() + QStringLiteral("/norva.app shelf.webloc")});
         const QByteArray webloc = TempHome::read(rig.paths().first());
-        QVERIFY(webloc.contains("<key>URL</key>\n\t<string>https://norva.app/docs/shelf?a=1&amp;b=2</string>"));
+        QVERIFY(
+            webloc.contains("<key>URL</key>\n\t<string>https://norva.app/docs/shelf?a=1&amp;b=2</string>"));
 
         rig.shelf->drop({{}, std::nullopt, QStringLiteral("a note")}, ShelfManager::DropPlace::notch);
         QCOMPARE(rig.droppedTexts, QStringList{QStringLiteral("a note")});
@@ -288,8 +302,10 @@ private slots:
         rig.shelf->shelve(rig.home.write(QStringLiteral("Documents/one-more.txt"), "f"));
         rig.shelf->shelve(rig.home.write(QStringLiteral("Documents/two-more.txt"), "f"));
         QCOMPARE(rig.shelf->items().size(), ShelfManager::kCapacity);
-        QCOMPARE(log.lines(), (QStringList{QStringLiteral("Norva shelf: let go of 1 item, the oldest (the shelf holds 100)"),
-                                           QStringLiteral("Norva shelf: let go of 1 item, the oldest (the shelf holds 100)")}));
+        QCOMPARE(
+            log.lines(),
+            (QStringList{QStringLiteral("Norva shelf: let go of 1 item, the oldest (the shelf holds 100)"),
+                         QStringLiteral("Norva shelf: let go of 1 item, the oldest (the shelf holds 100)")}));
         QVERIFY(!rig.paths().contains(ownOldest));
         QVERIFY(!rig.paths().contains(mine));
         QVERIFY(!QFile::exists(ownOldest));
@@ -303,13 +319,15 @@ private slots:
         rig.start(&screenshots);
         QVERIFY(screenshots.m_started);
         QSignalSpy landed(rig.shelf.get(), &ShelfManager::screenshotLanded);
-        const QString shot = rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 1.png"), picture("PNG"));
+        const QString shot =
+            rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 1.png"), picture("PNG"));
         screenshots.take(shot);
         QCOMPARE(rig.shelf->items().size(), 1);
         QVERIFY(rig.shelf->items().first().isScreenshot);
         QCOMPARE(landed.size(), 1);
         rig.settings.setAutoShelfScreenshots(false);
-        screenshots.take(rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 2.png"), picture("PNG")));
+        screenshots.take(
+            rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 2.png"), picture("PNG")));
         QCOMPARE(rig.shelf->items().size(), 1);
     }
 
@@ -326,7 +344,8 @@ private slots:
         watcher.start();
         home.write(QStringLiteral("Bilder/Screenshots/notes.txt"), "not a picture");
         home.write(QStringLiteral("Bilder/Screenshots/being-written.png"), "");
-        const QString fresh = home.write(QStringLiteral("Bilder/Screenshots/Screenshot from 2026-11-23.png"), picture("PNG"));
+        const QString fresh =
+            home.write(QStringLiteral("Bilder/Screenshots/Screenshot from 2026-11-23.png"), picture("PNG"));
         QTRY_VERIFY(clock.pendingCount() > 0);
         clock.advance(ScreenshotFolderWatcher::kSettle);
         QCOMPARE(saved.size(), 1);
@@ -336,7 +355,8 @@ private slots:
         QVERIFY(clock.pendingCount() > 0);
         clock.advance(ScreenshotFolderWatcher::kSettle);
         QCOMPARE(saved.size(), 2);
-        QCOMPARE(saved.last().first().toString(), home.file(QStringLiteral("Bilder/Screenshots/being-written.png")));
+        QCOMPARE(saved.last().first().toString(),
+                 home.file(QStringLiteral("Bilder/Screenshots/being-written.png")));
     }
 
     void screenshotsFolderThatDoesNotExistYet()
