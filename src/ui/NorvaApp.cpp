@@ -221,14 +221,11 @@ void NorvaApp::quit()
 void NorvaApp::noteFirstFrame()
 {
     QQuickWindow* window = m_overlays.front()->window();
-    connect(
-        window, &QQuickWindow::frameSwapped, this,
-        [] {
-            std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart().elapsed()));
-            std::fflush(stdout);
-            QCoreApplication::exit(0);
-        },
-        Qt::SingleShotConnection);
+    connect(window, &QQuickWindow::frameSwapped, this, [] {
+        std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart().elapsed()));
+        std::fflush(stdout);
+        QCoreApplication::exit(0);
+    }, Qt::SingleShotConnection);
 }
 
 } // namespace norva

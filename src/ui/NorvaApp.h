@@ -30,7 +30,7 @@ class NorvaApp : public QObject {
 
 public:
     struct Options {
-        bool demo = false;                // sample activities, nothing of the person's own data
+        bool demo = false;              // sample activities, nothing of the person's own data
         bool exitAfterFirstFrame = false; // for the start-up benchmark
         QString openPage;                 // start with the notch open on this page
     };
