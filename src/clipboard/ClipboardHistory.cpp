@@ -36,18 +36,20 @@ bool looksLikeLink(const QString& text)
 bool looksLikeColor(const QString& text)
 {
     static const QRegularExpression hex(
-        QStringLiteral("^#([0-9a-f]{3}|[0-9a-f]{4}|[0-9a-f]{6}|[0-9a-f]{8})$"), QRegularExpression::CaseInsensitiveOption);
+        QStringLiteral("^#([0-9a-f]{3}|[0-9a-f]{4}|[0-9a-f]{6}|[0-9a-f]{8})$"),
+        QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression functional(
-        QStringLiteral("^(rgb|rgba|hsl|hsla|hwb|oklch|oklab)\\(\\s*[-0-9.%]+(deg)?(\\s*[,/ ]\\s*[-0-9.%]+){2,3}\\s*\\)$"),
+        QStringLiteral("^(rgb|rgba|hsl|hsla|hwb|oklch|oklab)\\(\\s*[-0-9.%]+(deg)?(\\s*[,/ "
+                       "]\\s*[-0-9.%]+){2,3}\\s*\\)$"),
         QRegularExpression::CaseInsensitiveOption);
     return hex.match(text).hasMatch() || functional.match(text).hasMatch();
 }
 
 bool isCodeLine(const QString& line)
 {
-    static const QRegularExpression opening(
-        QStringLiteral("^\\s*(#include|#define|#!|import |from \\S+ import|def |class |function |fn |func |package |"
-                       "using |return\\b|const |let |var |public |private |if \\(|for \\(|while \\(|}|//|/\\*)"));
+    static const QRegularExpression opening(QStringLiteral(
+        "^\\s*(#include|#define|#!|import |from \\S+ import|def |class |function |fn |func |package |"
+        "using |return\\b|const |let |var |public |private |if \\(|for \\(|while \\(|}|//|/\\*)"));
     const QString trimmed = line.trimmed();
     if (trimmed.isEmpty())
         return false;
@@ -231,12 +233,17 @@ QList<ClipboardItem> ClipboardHistory::search(const QString& query) const
     if (words.isEmpty())
         return ordered();
     QList<ClipboardItem> found;
-    for (const auto& item : ordered()) {
-        const QByteArray& key = cachedKey(item);
-        const bool all = std::all_of(words.begin(), words.end(),
-                                     [&key](const QByteArray& word) { return key.contains(word); });
-        if (all)
-            found.append(item);
+    // Two passes over the list as it is held (pins first), so no ordered copy is made per search.
+    for (const bool pinnedPass : {true, false}) {
+        for (const auto& item : m_items) {
+            if (item.pinned != pinnedPass)
+                continue;
+            const QByteArray& key = cachedKey(item);
+            const bool all = std::all_of(words.begin(), words.end(),
+                                         [&key](const QByteArray& word) { return key.contains(word); });
+            if (all)
+                found.append(item);
+        }
     }
     return found;
 }

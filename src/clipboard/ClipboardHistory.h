@@ -71,7 +71,10 @@ public:
     static qint64 stableHash(const QByteArray& bytes);
     // The bytes hashed for a text clip and for a file clip.
     static QByteArray hashedBytes(const QString& text) { return text.toUtf8(); }
-    static QByteArray hashedBytes(const QStringList& filePaths) { return filePaths.join(QLatin1Char('\n')).toUtf8(); }
+    static QByteArray hashedBytes(const QStringList& filePaths)
+    {
+        return filePaths.join(QLatin1Char('\n')).toUtf8();
+    }
 
 private:
     int indexOf(const QUuid& id) const;

@@ -101,7 +101,8 @@ std::optional<ClipboardItem> ClipboardItem::fromJson(const QJsonObject& object)
     const QJsonValue caption = object.value(QStringLiteral("caption"));
     if (caption.isObject()) {
         if (const auto shownDate = dateFrom(caption.toObject().value(QStringLiteral("date"))))
-            item.caption = ClipboardCaption{*shownDate, optionalText(caption.toObject(), QStringLiteral("app"))};
+            item.caption =
+                ClipboardCaption{*shownDate, optionalText(caption.toObject(), QStringLiteral("app"))};
     }
     // A clip must carry what its kind copies back.
     const bool whole = item.kind == ClipboardKind::image  ? item.imageFile.has_value()

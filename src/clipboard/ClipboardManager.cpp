@@ -81,7 +81,11 @@ ClipboardManager::ClipboardManager(ClipboardSource& source, SettingsStore& setti
     });
 }
 
-ClipboardManager::~ClipboardManager() = default;
+ClipboardManager::~ClipboardManager()
+{
+    if (m_list.isPending())
+        m_list.saveNow();
+}
 
 bool ClipboardManager::historyOn() const
 {
@@ -128,7 +132,8 @@ void ClipboardManager::load()
             gone = std::none_of(clip.filePaths->begin(), clip.filePaths->end(),
                                 [](const QString& path) { return QFileInfo::exists(path); });
         if (gone) {
-            logLine(kArea + QStringLiteral(": left out ") + describe(clip) + QStringLiteral(" whose file is gone"));
+            logLine(kArea + QStringLiteral(": left out ") + describe(clip) +
+                    QStringLiteral(" whose file is gone"));
             edited = true;
             continue;
         }
@@ -144,8 +149,10 @@ void ClipboardManager::load()
             QFile picture(imagePath(clip));
             const QByteArray bytes = picture.open(QIODevice::ReadOnly) ? picture.readAll() : QByteArray();
             if (bytes.isEmpty()) {
-                const QString why = picture.isOpen() ? QStringLiteral("its picture is empty") : picture.errorString();
-                logLine(kArea + QStringLiteral(": kept ") + describe(clip) + QStringLiteral(" without a hash (") + why +
+                const QString why =
+                    picture.isOpen() ? QStringLiteral("its picture is empty") : picture.errorString();
+                logLine(kArea + QStringLiteral(": kept ") + describe(clip) +
+                        QStringLiteral(" without a hash (") + why +
                         QStringLiteral("); copying the same picture again adds a second clip"));
                 continue;
             }
@@ -186,7 +193,8 @@ void ClipboardManager::load()
             logLine(kArea + QStringLiteral(": left alone ") + name + QStringLiteral(" in ") + kImagesFolder +
                     QStringLiteral(" (no clip lists it)"));
         else
-            logLine(kArea + QStringLiteral(": left alone ") + name + QStringLiteral(" (it is not a picture of a clip") +
+            logLine(kArea + QStringLiteral(": left alone ") + name +
+                    QStringLiteral(" (it is not a picture of a clip") +
                     QStringLiteral("): Norva keeps only .png pictures there"));
     }
 
@@ -239,7 +247,8 @@ void ClipboardManager::poll()
         recordString(text);
 }
 
-bool ClipboardManager::isPrivate(const QStringList& formats, const std::function<QByteArray(const QString&)>& data)
+bool ClipboardManager::isPrivate(const QStringList& formats,
+                                 const std::function<QByteArray(const QString&)>& data)
 {
     for (const QString& type : excludedTypes()) {
         if (formats.contains(type))
@@ -323,14 +332,16 @@ void ClipboardManager::recordImage(const QByteArray& bytes, const QString& forma
         },
         [this, clip](PreparedImage prepared) mutable {
             if (!prepared.failure.isEmpty()) {
-                logLine(kArea + QStringLiteral(": an image copy was not kept (") + prepared.failure + QLatin1Char(')'));
+                logLine(kArea + QStringLiteral(": an image copy was not kept (") + prepared.failure +
+                        QLatin1Char(')'));
             } else {
                 clip.contentHash = prepared.hash;
                 clip.imageFile = prepared.fileName.value_or(QString());
                 const bool wrote = prepared.fileName.has_value();
                 const auto recorded = m_history.record(clip);
                 if (recorded.kind == ClipboardHistory::Recorded::Kind::broughtBack && wrote)
-                    m_images.remove(imagePath(clip)); // filed meanwhile by an earlier copy of the same picture
+                    m_images.remove(
+                        imagePath(clip)); // filed meanwhile by an earlier copy of the same picture
                 if (recorded.kind == ClipboardHistory::Recorded::Kind::added && !wrote)
                     m_history.remove(clip.id); // its twin left while the picture was made: nothing to show
                 else
@@ -360,8 +371,9 @@ void ClipboardManager::letGo(const QList<Item>& gone)
         return;
     for (const auto& clip : gone)
         deletePicture(clip);
-    logLine(kArea + QStringLiteral(": let go of ") + clips(gone.size()) + QStringLiteral(" past the limit of ") +
-            QString::number(m_settings.clipboardLimit()) + QStringLiteral(" (Settings: Keep up to)"));
+    logLine(kArea + QStringLiteral(": let go of ") + clips(gone.size()) +
+            QStringLiteral(" past the limit of ") + QString::number(m_settings.clipboardLimit()) +
+            QStringLiteral(" (Settings: Keep up to)"));
 }
 
 void ClipboardManager::deletePicture(const Item& clip)
@@ -380,7 +392,8 @@ void ClipboardManager::deletePicture(const Item& clip)
 bool ClipboardManager::recordDropped(const QString& text)
 {
     if (!historyOn()) {
-        logLine(kArea + QStringLiteral(": a dropped text was not kept (the clipboard history is off in Settings)"));
+        logLine(kArea +
+                QStringLiteral(": a dropped text was not kept (the clipboard history is off in Settings)"));
         return false;
     }
     const QString trimmed = text.trimmed();
@@ -400,8 +413,9 @@ void ClipboardManager::forget(const QUuid& id, const QString& reason)
     const auto removed = m_history.remove(id);
     if (!removed)
         return;
-    logLine(kArea + QStringLiteral(": ") + describe(*removed) + QStringLiteral(" could not be copied again (") +
-            reason + QStringLiteral("); removed it from the history"));
+    logLine(kArea + QStringLiteral(": ") + describe(*removed) +
+            QStringLiteral(" could not be copied again (") + reason +
+            QStringLiteral("); removed it from the history"));
     deletePicture(*removed);
     m_list.later();
     emit itemsChanged();

@@ -39,8 +39,8 @@ public:
         QString message;
     };
 
-    ClipboardManager(ClipboardSource& source, SettingsStore& settings, Clock& clock, const QString& dataFolder,
-                     QObject* parent = nullptr);
+    ClipboardManager(ClipboardSource& source, SettingsStore& settings, Clock& clock,
+                     const QString& dataFolder, QObject* parent = nullptr);
     ~ClipboardManager() override;
 
     // Loads the stored list, then watches the clipboard.

@@ -70,7 +70,8 @@ QString ClipboardPageModel::emptyText() const
     if (m_manager.items().isEmpty())
         return ClipboardTexts::empty;
     if (!m_query.trimmed().isEmpty() && m_manager.search(m_query).isEmpty())
-        return ClipboardTexts::nothingMatchesOpening + m_query.trimmed() + ClipboardTexts::nothingMatchesClosing;
+        return ClipboardTexts::nothingMatchesOpening + m_query.trimmed() +
+               ClipboardTexts::nothingMatchesClosing;
     return {};
 }
 

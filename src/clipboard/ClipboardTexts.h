@@ -21,7 +21,8 @@ inline const QString pictureGone =
     QStringLiteral("That picture is gone from " NORVA_THIS_COMPUTER ", so it left the history.");
 inline const QString filesGone =
     QStringLiteral("Those files are gone from " NORVA_THIS_COMPUTER ", so the clip left the history.");
-inline const QString nothingLeft = QStringLiteral("That clip had nothing left to copy, so it left the history.");
+inline const QString nothingLeft =
+    QStringLiteral("That clip had nothing left to copy, so it left the history.");
 inline const QString refused = QStringLiteral("The clipboard didn't take it. Try again.");
 
 #undef NORVA_THIS_COMPUTER

@@ -57,8 +57,9 @@ QString ShelfActions::freePath(const QString& folder, const QString& fileName)
     const QDir dir(folder);
     const QFileInfo name(fileName);
     const QString base = name.completeBaseName().isEmpty() ? fileName : name.completeBaseName();
-    const QString suffix = name.suffix().isEmpty() || name.completeBaseName().isEmpty() ? QString()
-                                                                                       : QLatin1Char('.') + name.suffix();
+    const QString suffix = name.suffix().isEmpty() || name.completeBaseName().isEmpty()
+                               ? QString()
+                               : QLatin1Char('.') + name.suffix();
     QString candidate = fileName;
     for (int n = 2; dir.exists(candidate); ++n)
         candidate = base + QLatin1Char(' ') + QString::number(n) + suffix;
@@ -79,7 +80,8 @@ ShelfActions::ProcessRun ShelfActions::runProcess(const QString& program, const 
     if (!process.waitForStarted())
         return {false, 0, process.errorString()};
     process.waitForFinished(kProcessWaitMs);
-    return {true, process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.errorString()};
+    return {true, process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.errorString()};
 }
 
 ShelfActions::Result<QString> ShelfActions::compress(const QStringList& sources, const QString& archive,
@@ -95,9 +97,9 @@ ShelfActions::Result<QString> ShelfActions::compress(const QStringList& sources,
         if (sources.size() != 1)
             return Failure{QStringLiteral("ditto zips one item at a time")};
         const ProcessRun result =
-            run(QStringLiteral("/usr/bin/ditto"), {QStringLiteral("-c"), QStringLiteral("-k"),
-                                                   QStringLiteral("--sequesterRsrc"), QStringLiteral("--keepParent"),
-                                                   sources.first(), archive});
+            run(QStringLiteral("/usr/bin/ditto"),
+                {QStringLiteral("-c"), QStringLiteral("-k"), QStringLiteral("--sequesterRsrc"),
+                 QStringLiteral("--keepParent"), sources.first(), archive});
         if (!result.started)
             return Failure{QStringLiteral("ditto would not start: ") + result.error};
         if (result.status != 0)
@@ -123,7 +125,8 @@ std::optional<ShelfActions::ImageFormat> ShelfActions::formatFrom(const QString&
     return std::nullopt;
 }
 
-ShelfActions::Result<QString> ShelfActions::convert(const QString& picture, ImageFormat format, const QString& target)
+ShelfActions::Result<QString> ShelfActions::convert(const QString& picture, ImageFormat format,
+                                                    const QString& target)
 {
     QImageReader reader(picture);
     reader.setAutoTransform(true);
@@ -181,7 +184,8 @@ ShelfActions::Result<QStringList> ShelfActions::moveToFolder(const QStringList& 
             continue;
         }
         const bool copied = copyTree(path, target);
-        const bool removed = copied && (QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path));
+        const bool removed =
+            copied && (QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path));
         if (!copied || !removed)
             return Failure{QFileInfo(path).fileName() + QStringLiteral(" would not move")};
         moved << target;

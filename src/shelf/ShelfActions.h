@@ -17,8 +17,7 @@ public:
     struct Failure {
         QString why;
     };
-    template <typename T>
-    using Result = std::variant<T, Failure>;
+    template <typename T> using Result = std::variant<T, Failure>;
 
     // Runs a program to its end: (program, arguments) -> (started, exit status, error text).
     struct ProcessRun {

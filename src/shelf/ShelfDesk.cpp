@@ -128,7 +128,8 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
     const QStringList paths = pathsOf(ids);
     const bool needsItems = action != Action::saveAll && action != Action::clearAll;
     if (needsItems && paths.isEmpty()) {
-        finish(failed(QStringLiteral("nothing was done (the file left the shelf)"), QStringLiteral("That file left the shelf.")),
+        finish(failed(QStringLiteral("nothing was done (the file left the shelf)"),
+                      QStringLiteral("That file left the shelf.")),
                done);
         return;
     }
@@ -143,8 +144,8 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
                 const auto zipped = ShelfActions::compress(paths, partial);
                 if (const auto* failure = std::get_if<ShelfActions::Failure>(&zipped)) {
                     QFile::remove(partial);
-                    logLine(kArea + QStringLiteral(": ") + names(paths) + QStringLiteral(" was not zipped (") +
-                            failure->why + QLatin1Char(')'));
+                    logLine(kArea + QStringLiteral(": ") + names(paths) +
+                            QStringLiteral(" was not zipped (") + failure->why + QLatin1Char(')'));
                     return {QStringLiteral("That didn't zip."), true};
                 }
                 if (!QFile::rename(partial, archive)) {
@@ -153,7 +154,8 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
                             QStringLiteral(" was not zipped (the archive could not take its name)"));
                     return {QStringLiteral("That didn't zip."), true};
                 }
-                return {QStringLiteral("Zipped into ") + QFileInfo(archive).fileName() + QLatin1Char('.'), false};
+                return {QStringLiteral("Zipped into ") + QFileInfo(archive).fileName() + QLatin1Char('.'),
+                        false};
             },
             [this, archive, done](Outcome outcome) {
                 if (!outcome.failed)
@@ -177,7 +179,8 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
         };
         QList<Job> jobs;
         for (const QString& path : paths)
-            jobs.append({path, partialPath(), ShelfActions::freePath(owned, ShelfActions::convertedName(path, *format))});
+            jobs.append({path, partialPath(),
+                         ShelfActions::freePath(owned, ShelfActions::convertedName(path, *format))});
         auto made = std::make_shared<QStringList>();
         run(
             [jobs, format, made]() -> Outcome {
@@ -195,7 +198,9 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
                     }
                     made->append(job.target);
                 }
-                return {QStringLiteral("Converted to ") + ShelfActions::formatName(*format) + QLatin1Char('.'), false};
+                return {QStringLiteral("Converted to ") + ShelfActions::formatName(*format) +
+                            QLatin1Char('.'),
+                        false};
             },
             [this, made, done](Outcome outcome) {
                 for (const QString& path : std::as_const(*made))
@@ -221,14 +226,17 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
                 const auto result = move ? ShelfActions::moveToFolder(sources, folder)
                                          : ShelfActions::copyToFolder(sources, folder);
                 if (const auto* failure = std::get_if<ShelfActions::Failure>(&result)) {
-                    logLine(kArea + QStringLiteral(": ") + names(sources) +
-                            (move ? QStringLiteral(" was not moved (") : QStringLiteral(" was not copied (")) +
-                            failure->why + QLatin1Char(')'));
-                    return {move ? QStringLiteral("That didn't move.") : QStringLiteral("That didn't copy."), true};
+                    logLine(
+                        kArea + QStringLiteral(": ") + names(sources) +
+                        (move ? QStringLiteral(" was not moved (") : QStringLiteral(" was not copied (")) +
+                        failure->why + QLatin1Char(')'));
+                    return {move ? QStringLiteral("That didn't move.") : QStringLiteral("That didn't copy."),
+                            true};
                 }
                 *landed = std::get<QStringList>(result);
                 const QString where = QFileInfo(folder).fileName();
-                return {(move ? QStringLiteral("Moved to ") : QStringLiteral("Copied to ")) + where + QLatin1Char('.'),
+                return {(move ? QStringLiteral("Moved to ") : QStringLiteral("Copied to ")) + where +
+                            QLatin1Char('.'),
                         false};
             },
             [this, move, movedIds, landed, done](Outcome outcome) {
@@ -243,13 +251,15 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
     }
     case Action::reveal:
     case Action::open: {
-        const auto result = action == Action::open ? ShelfActions::open(paths.first()) : ShelfActions::reveal(paths.first());
+        const auto result =
+            action == Action::open ? ShelfActions::open(paths.first()) : ShelfActions::reveal(paths.first());
         if (const auto* failure = std::get_if<ShelfActions::Failure>(&result)) {
-            finish(failed(QFileInfo(paths.first()).fileName() + QStringLiteral(" was not ") +
-                              (action == Action::open ? QStringLiteral("opened (") : QStringLiteral("shown (")) +
-                              failure->why + QLatin1Char(')'),
-                          QStringLiteral("Nothing opened it.")),
-                   done);
+            finish(
+                failed(QFileInfo(paths.first()).fileName() + QStringLiteral(" was not ") +
+                           (action == Action::open ? QStringLiteral("opened (") : QStringLiteral("shown (")) +
+                           failure->why + QLatin1Char(')'),
+                       QStringLiteral("Nothing opened it.")),
+                done);
             return;
         }
         finish({}, done);

@@ -23,10 +23,23 @@ class ShelfDesk : public QObject {
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
     Q_PROPERTY(QString emptyText READ emptyText CONSTANT)
+    Q_PROPERTY(bool openOnDrop READ openOnDrop)
 
 public:
-    enum class Action { convert, openWith, airDrop, compress, reveal, remove, open, copy, moveToFolder, copyToFolder,
-                        saveAll, clearAll };
+    enum class Action {
+        convert,
+        openWith,
+        airDrop,
+        compress,
+        reveal,
+        remove,
+        open,
+        copy,
+        moveToFolder,
+        copyToFolder,
+        saveAll,
+        clearAll
+    };
     // What an action came to: the toast the page shows (if any) and whether it failed.
     struct Outcome {
         std::optional<QString> toast;
@@ -47,9 +60,13 @@ public:
     QString toast() const { return m_toast; }
     bool busy() const { return m_running > 0; }
     QString emptyText() const;
+    bool openOnDrop() const { return m_shelf.openOnDrop(); }
 
     Q_INVOKABLE void compress(const QStringList& ids) { perform(Action::compress, uuids(ids)); }
-    Q_INVOKABLE void convert(const QStringList& ids, const QString& format) { perform(Action::convert, uuids(ids), format); }
+    Q_INVOKABLE void convert(const QStringList& ids, const QString& format)
+    {
+        perform(Action::convert, uuids(ids), format);
+    }
     Q_INVOKABLE void reveal(const QString& id) { perform(Action::reveal, uuids({id})); }
     Q_INVOKABLE void open(const QString& id) { perform(Action::open, uuids({id})); }
     Q_INVOKABLE void remove(const QString& id) { perform(Action::remove, uuids({id})); }
@@ -65,8 +82,8 @@ public:
     Q_INVOKABLE void saveAll(const QUrl& folder) { perform(Action::saveAll, {}, folder.toLocalFile()); }
     Q_INVOKABLE void clearAll() { perform(Action::clearAll, {}); }
     // A drop on the notch (onNotch) or the open panel, as the drop area reads it.
-    Q_INVOKABLE void dropped(const QList<QUrl>& urls, const QByteArray& image, bool hasImage, const QString& text,
-                             bool hasText, bool onNotch);
+    Q_INVOKABLE void dropped(const QList<QUrl>& urls, const QByteArray& image, bool hasImage,
+                             const QString& text, bool hasText, bool onNotch);
     Q_INVOKABLE void dismissToast();
 
     void setOffMain(OffMain offMain) { m_offMain = std::move(offMain); }

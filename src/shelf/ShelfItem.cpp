@@ -19,9 +19,11 @@ std::optional<ShelfItem> ShelfItem::fromJson(const QJsonObject& object)
     ShelfItem item;
     item.id = QUuid::fromString(object.value(QStringLiteral("id")).toString());
     item.path = object.value(QStringLiteral("path")).toString();
-    item.addedAt = QDateTime::fromString(object.value(QStringLiteral("addedAt")).toString(), Qt::ISODateWithMs);
+    item.addedAt =
+        QDateTime::fromString(object.value(QStringLiteral("addedAt")).toString(), Qt::ISODateWithMs);
     item.isScreenshot = object.value(QStringLiteral("isScreenshot")).toBool(false);
-    if (item.id.isNull() || item.path.isEmpty() || !QDir::isAbsolutePath(item.path) || !item.addedAt.isValid())
+    if (item.id.isNull() || item.path.isEmpty() || !QDir::isAbsolutePath(item.path) ||
+        !item.addedAt.isValid())
         return std::nullopt;
     item.addedAt = item.addedAt.toUTC();
     return item;

@@ -54,8 +54,10 @@ QString linkFileBase(const QUrl& url)
 const QString ShelfManager::kOwnedFolderName = QStringLiteral("Shelf");
 
 ShelfManager::ShelfManager(SettingsStore& settings, Clock& clock, const QString& dataFolder, QObject* parent)
-    : QObject(parent), m_settings(settings), m_clock(clock), m_list(QDir(dataFolder).filePath(kListFile), kArea, clock),
-      m_owned(QDir(dataFolder).filePath(kOwnedFolderName), kArea, QStringLiteral("file"), QStringLiteral("the shelf"))
+    : QObject(parent), m_settings(settings), m_clock(clock),
+      m_list(QDir(dataFolder).filePath(kListFile), kArea, clock),
+      m_owned(QDir(dataFolder).filePath(kOwnedFolderName), kArea, QStringLiteral("file"),
+              QStringLiteral("the shelf"))
 {
     m_list.setSnapshot([this] {
         QJsonArray array;
@@ -65,7 +67,11 @@ ShelfManager::ShelfManager(SettingsStore& settings, Clock& clock, const QString&
     });
 }
 
-ShelfManager::~ShelfManager() = default;
+ShelfManager::~ShelfManager()
+{
+    if (m_list.isPending())
+        m_list.saveNow();
+}
 
 void ShelfManager::setScreenshotSource(ScreenshotSource* source)
 {
@@ -92,6 +98,11 @@ void ShelfManager::start()
     emit shelfActivity(int(m_items.size()));
 }
 
+bool ShelfManager::openOnDrop() const
+{
+    return m_settings.shelfOpenOnDrop();
+}
+
 const ShelfManager::Item* ShelfManager::find(const QUuid& id) const
 {
     for (const auto& item : m_items) {
@@ -108,7 +119,8 @@ void ShelfManager::load()
     QSet<QString> listed;
     for (const auto& item : stored) {
         if (!QFileInfo::exists(item.path)) {
-            logLine(kArea + QStringLiteral(": left out ") + item.path + QStringLiteral(" (it is no longer on disk)"));
+            logLine(kArea + QStringLiteral(": left out ") + item.path +
+                    QStringLiteral(" (it is no longer on disk)"));
             edited = true;
             continue;
         }
@@ -121,12 +133,14 @@ void ShelfManager::load()
     for (const QString& path : m_owned.files()) {
         if (listed.contains(path))
             continue;
-        logLine(kArea + QStringLiteral(": put back ") + QFileInfo(path).fileName() + QStringLiteral(" from ") +
-                m_owned.folderName() + QStringLiteral(", a file of the shelf's own that no row listed"));
+        logLine(kArea + QStringLiteral(": put back ") + QFileInfo(path).fileName() +
+                QStringLiteral(" from ") + m_owned.folderName() +
+                QStringLiteral(", a file of the shelf's own that no row listed"));
         m_items.append(Item{QUuid::createUuid(), path, QFileInfo(path).lastModified().toUTC(), false});
         edited = true;
     }
-    std::stable_sort(m_items.begin(), m_items.end(), [](const Item& a, const Item& b) { return a.addedAt > b.addedAt; });
+    std::stable_sort(m_items.begin(), m_items.end(),
+                     [](const Item& a, const Item& b) { return a.addedAt > b.addedAt; });
     if (edited)
         m_list.later();
     emit itemsChanged();
@@ -156,7 +170,8 @@ void ShelfManager::add(Item item)
         for (int i = kCapacity; i < m_items.size(); ++i)
             oldest << i;
         logLine(kArea + QStringLiteral(": let go of ") + itemsText(int(oldest.size())) +
-                QStringLiteral(", the oldest (the shelf holds ") + QString::number(kCapacity) + QStringLiteral(")"));
+                QStringLiteral(", the oldest (the shelf holds ") + QString::number(kCapacity) +
+                QStringLiteral(")"));
         letGo(oldest);
     }
     changed();
@@ -227,7 +242,8 @@ void ShelfManager::applyRetention()
     }
     if (old.isEmpty())
         return;
-    logLine(kArea + QStringLiteral(": let go of ") + itemsText(int(old.size())) + QStringLiteral(" older than ") +
+    logLine(kArea + QStringLiteral(": let go of ") + itemsText(int(old.size())) +
+            QStringLiteral(" older than ") +
             (keep == ShelfKeep::day ? QStringLiteral("a day") : QStringLiteral("a week")) +
             QStringLiteral(" (Settings: Keep files on the Shelf)"));
     letGo(old);
@@ -278,9 +294,10 @@ void ShelfManager::drop(const Drop& drop, DropPlace place)
 
 void ShelfManager::keepDroppedImage(const QByteArray& bytes)
 {
-    const QString name = m_owned.freeName(
-        QStringLiteral("Image ") + m_clock.now().toLocalTime().toString(QStringLiteral("yyyy-MM-dd 'at' HH.mm.ss")),
-        QStringLiteral(".png"));
+    const QString name =
+        m_owned.freeName(QStringLiteral("Image ") +
+                             m_clock.now().toLocalTime().toString(QStringLiteral("yyyy-MM-dd 'at' HH.mm.ss")),
+                         QStringLiteral(".png"));
     const OwnedFolder folder = m_owned;
     runOffMain<KeptDrop>(
         this,
@@ -290,20 +307,26 @@ void ShelfManager::keepDroppedImage(const QByteArray& bytes)
             QBuffer buffer(&png);
             buffer.open(QIODevice::WriteOnly);
             if (!image.loadFromData(bytes) || !image.save(&buffer, "PNG"))
-                return {std::nullopt, QStringLiteral("a dropped image was not kept (it would not convert to PNG)")};
+                return {std::nullopt,
+                        QStringLiteral("a dropped image was not kept (it would not convert to PNG)")};
             const auto written = folder.write(name, png);
             if (!written.path)
-                return {std::nullopt, QStringLiteral("a dropped image was not kept (could not write its file: ") +
-                                          written.error + QLatin1Char(')')};
+                return {std::nullopt,
+                        QStringLiteral("a dropped image was not kept (could not write its file: ") +
+                            written.error + QLatin1Char(')')};
             return {written.path, {}};
         },
-        [this](KeptDrop kept) {
-            if (kept.path)
-                shelve(*kept.path);
-            else
-                logLine(kArea + QStringLiteral(": ") + kept.failure);
-            emit dropHandled();
-        });
+        [this](KeptDrop kept) { shelveKept(kept.path, kept.failure); });
+}
+
+// Back on the main thread after a dropped picture or link was written (or not).
+void ShelfManager::shelveKept(const std::optional<QString>& path, const QString& failure)
+{
+    if (path)
+        shelve(*path);
+    else
+        logLine(kArea + QStringLiteral(": ") + failure);
+    emit dropHandled();
 }
 
 void ShelfManager::keepDroppedLink(const QUrl& url)
@@ -320,17 +343,12 @@ void ShelfManager::keepDroppedLink(const QUrl& url)
         [content, name, folder]() -> KeptDrop {
             const auto written = folder.write(name, content);
             if (!written.path)
-                return {std::nullopt, QStringLiteral("a dropped link was not kept (could not write its file: ") +
-                                          written.error + QLatin1Char(')')};
+                return {std::nullopt,
+                        QStringLiteral("a dropped link was not kept (could not write its file: ") +
+                            written.error + QLatin1Char(')')};
             return {written.path, {}};
         },
-        [this](KeptDrop kept) {
-            if (kept.path)
-                shelve(*kept.path);
-            else
-                logLine(kArea + QStringLiteral(": ") + kept.failure);
-            emit dropHandled();
-        });
+        [this](KeptDrop kept) { shelveKept(kept.path, kept.failure); });
 }
 
 } // namespace norva

@@ -61,6 +61,8 @@ public:
     const QList<Item>& items() const { return m_items; }
     const Item* find(const QUuid& id) const;
     const OwnedFolder& ownedFolder() const { return m_owned; }
+    // Whether a drop on the closed notch opens the panel on the shelf ("shelf.openOnDrop.v1").
+    bool openOnDrop() const;
     void flush() { m_list.saveNow(); }
 
 signals:
@@ -78,12 +80,13 @@ private:
     void changed();
     void keepDroppedImage(const QByteArray& bytes);
     void keepDroppedLink(const QUrl& url);
+    void shelveKept(const std::optional<QString>& path, const QString& failure);
 
     SettingsStore& m_settings;
     Clock& m_clock;
+    QList<Item> m_items; // before the list file, which saves it one last time when it goes
     StoredList m_list;
     OwnedFolder m_owned;
-    QList<Item> m_items;
     std::function<bool(const QString&)> m_textSink;
     ScreenshotSource* m_screenshots = nullptr;
     ScheduledWork m_retentionWork;

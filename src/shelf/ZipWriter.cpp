@@ -71,10 +71,9 @@ quint32 unixMode(const QFileInfo& info)
     return mode;
 }
 
-QByteArray localHeader(const Entry& e, const QByteArray& name)
+// The fields both headers share, from "version needed" to the name's length.
+void putShared(QByteArray& h, const Entry& e, const QByteArray& name)
 {
-    QByteArray h;
-    put32(h, kLocalHeader);
     put16(h, kVersion);
     put16(h, kUtf8Names);
     put16(h, e.method);
@@ -84,7 +83,14 @@ QByteArray localHeader(const Entry& e, const QByteArray& name)
     put32(h, e.packed);
     put32(h, e.size);
     put16(h, quint16(name.size()));
-    put16(h, 0);
+}
+
+QByteArray localHeader(const Entry& e, const QByteArray& name)
+{
+    QByteArray h;
+    put32(h, kLocalHeader);
+    putShared(h, e, name);
+    put16(h, 0); // extra
     return h + name;
 }
 
@@ -93,15 +99,7 @@ QByteArray centralHeader(const Entry& e, const QByteArray& name)
     QByteArray h;
     put32(h, kCentralHeader);
     put16(h, kMadeByUnix);
-    put16(h, kVersion);
-    put16(h, kUtf8Names);
-    put16(h, e.method);
-    put16(h, e.time);
-    put16(h, e.date);
-    put32(h, e.crc);
-    put32(h, e.packed);
-    put32(h, e.size);
-    put16(h, quint16(name.size()));
+    putShared(h, e, name);
     put16(h, 0); // extra
     put16(h, 0); // comment
     put16(h, 0); // disk
@@ -131,8 +129,8 @@ void collect(const QFileInfo& info, const QString& name, QList<Entry>& entries)
         entry.name = name + QLatin1Char('/');
         entries.append(entry);
         const QDir folder(info.absoluteFilePath());
-        const auto children =
-            folder.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        const auto children = folder.entryInfoList(
+            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
         for (const QFileInfo& child : children)
             collect(child, name + QLatin1Char('/') + child.fileName(), entries);
         return;

@@ -14,8 +14,7 @@ OwnedFolder::OwnedFolder(QString url, QString area, QString noun, QString holder
                          std::function<void(const QString&)> log)
     : m_url(QDir::cleanPath(std::move(url))), m_area(std::move(area)), m_noun(std::move(noun)),
       m_holder(std::move(holder)), m_log(log ? std::move(log) : std::function<void(const QString&)>(logLine))
-{
-}
+{}
 
 QString OwnedFolder::folderName() const
 {
@@ -24,13 +23,15 @@ QString OwnedFolder::folderName() const
 
 QString OwnedFolder::plural(int count) const
 {
-    return QString::number(count) + QLatin1Char(' ') + m_noun + (count == 1 ? QString() : QStringLiteral("s"));
+    return QString::number(count) + QLatin1Char(' ') + m_noun +
+           (count == 1 ? QString() : QStringLiteral("s"));
 }
 
 void OwnedFolder::prepare()
 {
     if (!QDir().mkpath(m_url)) {
-        m_log(m_area + QStringLiteral(": could not make the folder ") + m_url + QStringLiteral(" for ") + m_holder);
+        m_log(m_area + QStringLiteral(": could not make the folder ") + m_url + QStringLiteral(" for ") +
+              m_holder);
         return;
     }
     clearHalfWritten();
@@ -40,9 +41,11 @@ void OwnedFolder::prepare()
 OwnedFolder::Written OwnedFolder::write(const QString& name, const QByteArray& bytes) const
 {
     if (!QDir().mkpath(m_url))
-        return {std::nullopt, QStringLiteral("the folder ") + folderName() + QStringLiteral(" could not be made")};
+        return {std::nullopt,
+                QStringLiteral("the folder ") + folderName() + QStringLiteral(" could not be made")};
     // A hidden temporary name: a quit mid-write leaves only a hidden leftover that prepare() clears.
-    QTemporaryFile partial(m_url + QLatin1Char('/') + QLatin1String(kPartialPrefix) + QStringLiteral("XXXXXX"));
+    QTemporaryFile partial(m_url + QLatin1Char('/') + QLatin1String(kPartialPrefix) +
+                           QStringLiteral("XXXXXX"));
     partial.setAutoRemove(true);
     if (!partial.open())
         return {std::nullopt, partial.errorString()};
@@ -85,7 +88,8 @@ bool OwnedFolder::remove(const QString& path)
     const QFileInfo info(path);
     if (!info.exists() && !info.isSymLink())
         return true;
-    const bool gone = info.isDir() && !info.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
+    const bool gone =
+        info.isDir() && !info.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
     if (gone)
         return true;
     QStringList later = deleteLater();
@@ -93,7 +97,8 @@ bool OwnedFolder::remove(const QString& path)
         later << info.fileName();
     setDeleteLater(later);
     m_log(m_area + QStringLiteral(": could not delete the ") + m_noun + QLatin1Char(' ') + info.fileName() +
-          QStringLiteral(" from ") + folderName() + QStringLiteral("; it stays and comes up for deletion again at the next launch"));
+          QStringLiteral(" from ") + folderName() +
+          QStringLiteral("; it stays and comes up for deletion again at the next launch"));
     return false;
 }
 
@@ -102,7 +107,8 @@ void OwnedFolder::clearHalfWritten()
 {
     const QDir folder(m_url);
     const QStringList names =
-        folder.entryList({QLatin1String(kPartialPrefix) + QLatin1Char('*')}, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
+        folder.entryList({QLatin1String(kPartialPrefix) + QLatin1Char('*')},
+                         QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
     int removed = 0;
     int stuck = 0;
     QString why;
@@ -120,8 +126,8 @@ void OwnedFolder::clearHalfWritten()
               QStringLiteral(" that a quit left half written in ") + folderName());
     if (stuck > 0)
         m_log(m_area + QStringLiteral(": could not remove ") + plural(stuck) +
-              QStringLiteral(" that a quit left half written in ") + folderName() + QStringLiteral(" (") + why +
-              QStringLiteral("); they are hidden and are tried again at the next launch"));
+              QStringLiteral(" that a quit left half written in ") + folderName() + QStringLiteral(" (") +
+              why + QStringLiteral("); they are hidden and are tried again at the next launch"));
 }
 
 void OwnedFolder::retryDeletions()
@@ -133,8 +139,8 @@ void OwnedFolder::retryDeletions()
     for (const QString& name : names) {
         const QString path = QDir(m_url).filePath(name);
         const QFileInfo info(path);
-        const bool gone = !info.exists() ||
-                          (info.isDir() ? QDir(path).removeRecursively() : QFile::remove(path));
+        const bool gone =
+            !info.exists() || (info.isDir() ? QDir(path).removeRecursively() : QFile::remove(path));
         if (gone) {
             m_log(m_area + QStringLiteral(": deleted the ") + m_noun + QLatin1Char(' ') + name +
                   QStringLiteral(" that would not go last time"));

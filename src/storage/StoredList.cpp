@@ -23,8 +23,7 @@ QString asideName(const QString& path, const QDateTime& now)
 
 StoredList::StoredList(QString path, QString area, Clock& clock, Seconds saveDelay)
     : m_path(std::move(path)), m_area(std::move(area)), m_clock(clock), m_saveDelay(saveDelay)
-{
-}
+{}
 
 StoredList::~StoredList()
 {
@@ -89,7 +88,8 @@ bool StoredList::saveNow()
     saved = saved && file.commit();
     if (!saved) {
         logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") +
-                file.errorString() + QStringLiteral("); the list stays as it is and is saved at its next change"));
+                file.errorString() +
+                QStringLiteral("); the list stays as it is and is saved at its next change"));
         m_lastSaveFailed = true;
         return false;
     }
@@ -106,11 +106,11 @@ bool StoredList::setAsideUnreadable()
     const QString aside = asideName(m_path, m_clock.now());
     QFile file(m_path);
     if (QFileInfo::exists(aside) || !file.rename(aside)) {
-        const QString why = QFileInfo::exists(aside) ? QStringLiteral("something is already called ") +
-                                                           QFileInfo(aside).fileName()
-                                                     : file.errorString();
-        logLine(m_area + QStringLiteral(": could not keep the unreadable ") + fileName() + QStringLiteral(" (") +
-                why + QStringLiteral("); left it as it is and did not save the list"));
+        const QString why = QFileInfo::exists(aside)
+                                ? QStringLiteral("something is already called ") + QFileInfo(aside).fileName()
+                                : file.errorString();
+        logLine(m_area + QStringLiteral(": could not keep the unreadable ") + fileName() +
+                QStringLiteral(" (") + why + QStringLiteral("); left it as it is and did not save the list"));
         return false;
     }
     logLine(m_area + QStringLiteral(": kept the unreadable ") + fileName() + QStringLiteral(" as ") +
@@ -127,11 +127,13 @@ void StoredList::clearHalfWritten() const
     const QRegularExpression leftover(QStringLiteral("^") + QRegularExpression::escape(info.fileName()) +
                                       QStringLiteral("\\.[A-Za-z0-9]{6}$"));
     const QDir folder = info.absoluteDir();
-    for (const QString& name : folder.entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden)) {
+    for (const QString& name :
+         folder.entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden)) {
         if (!leftover.match(name).hasMatch())
             continue;
         if (QFile::remove(folder.filePath(name)))
-            logLine(m_area + QStringLiteral(": removed ") + name + QStringLiteral(", a save that a quit left half written"));
+            logLine(m_area + QStringLiteral(": removed ") + name +
+                    QStringLiteral(", a save that a quit left half written"));
     }
 }
 

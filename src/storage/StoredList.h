@@ -36,7 +36,8 @@ public:
 
     // Decodes each element; one that does not decode is skipped (and counted in the log).
     template <typename T>
-    QList<T> decode(const QJsonArray& elements, const std::function<std::optional<T>(const QJsonObject&)>& one) const
+    QList<T> decode(const QJsonArray& elements,
+                    const std::function<std::optional<T>(const QJsonObject&)>& one) const
     {
         QList<T> decoded;
         int skipped = 0;

@@ -5,7 +5,9 @@
 #include "app/Paths.h"
 #include "app/Platform.h"
 #include "app/SettingsKeys.h"
+#include "clipboard/ClipboardPlatform.h"
 #include "notch/DisplayPicker.h"
+#include "shelf/ShelfPlatform.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -93,18 +95,8 @@ bool NorvaApp::start()
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
-    m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
-    m_agentPrompts =
-        std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, Paths::approvalsFolder());
-    m_agentsPage = std::make_unique<AgentsPageModel>(*m_agentPrompts);
-    m_hookPresence = std::make_unique<HookPresence>();
-    m_hookPresence->live();
-    m_promptSwitch = std::make_unique<AgentPromptSwitch>(*m_settings);
-    if (m_options.demo)
-        AgentsDemo::placeSamplePrompts(Paths::approvalsFolder(), m_clock.now());
-    else
-        m_promptSwitch->follow(); // the demo never edits the agents' configuration
-    m_agentPrompts->start();
+    startAgents();
+    startClipboardAndShelf();
 
     exposeToQml();
     rebuildOverlays();
@@ -137,6 +129,44 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("settings"), m_settings.get());
     context->setContextProperty(QStringLiteral("agentsPage"), m_agentsPage.get());
     context->setContextProperty(QStringLiteral("agentHooks"), m_hookPresence.get());
+    context->setContextProperty(QStringLiteral("clipboardPage"), m_clipboardPage.get());
+    context->setContextProperty(QStringLiteral("shelfDesk"), m_shelfDesk.get());
+}
+
+// The coding agents' prompts: the switch follows "answerPromptsOnNotch", the manager runs the exchange.
+void NorvaApp::startAgents()
+{
+    m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
+    m_agentPrompts =
+        std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, Paths::approvalsFolder());
+    m_agentsPage = std::make_unique<AgentsPageModel>(*m_agentPrompts);
+    m_hookPresence = std::make_unique<HookPresence>();
+    m_hookPresence->live();
+    m_promptSwitch = std::make_unique<AgentPromptSwitch>(*m_settings);
+    if (m_options.demo)
+        AgentsDemo::placeSamplePrompts(Paths::approvalsFolder(), m_clock.now());
+    else
+        m_promptSwitch->follow(); // the demo never edits the agents' configuration
+    m_agentPrompts->start();
+}
+
+// The clipboard history and the shelf. In the demo nothing of the person's own is read: neither
+// the stored lists nor the clipboard nor the screenshots folder.
+void NorvaApp::startClipboardAndShelf()
+{
+    const QString data = Paths::dataFolder();
+    m_clipboardSource = Platform::makeClipboardSource();
+    m_clipboard = std::make_unique<ClipboardManager>(*m_clipboardSource, *m_settings, m_clock, data);
+    m_clipboardPage = std::make_unique<ClipboardPageModel>(*m_clipboard);
+    m_shelf = std::make_unique<ShelfManager>(*m_settings, m_clock, data);
+    m_shelf->setDroppedTextSink([this](const QString& text) { return m_clipboard->recordDropped(text); });
+    m_shelfDesk = std::make_unique<ShelfDesk>(*m_shelf, *m_clipboardSource);
+    if (m_options.demo)
+        return;
+    m_screenshots = Platform::makeScreenshotSource(m_clock);
+    m_shelf->setScreenshotSource(m_screenshots.get());
+    m_clipboard->start();
+    m_shelf->start();
 }
 
 void NorvaApp::rebuildOverlays()

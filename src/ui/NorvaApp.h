@@ -8,6 +8,12 @@
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
+#include "clipboard/ClipboardManager.h"
+#include "clipboard/ClipboardPageModel.h"
+#include "clipboard/ClipboardSource.h"
+#include "shelf/ScreenshotSource.h"
+#include "shelf/ShelfDesk.h"
+#include "shelf/ShelfManager.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
 
@@ -52,6 +58,8 @@ private:
     void exposeToQml();
     void rebuildOverlays();
     void noteFirstFrame();
+    void startAgents();
+    void startClipboardAndShelf();
 
     Options m_options;
     Clock& m_clock;
@@ -63,6 +71,13 @@ private:
     std::unique_ptr<AgentPromptsManager> m_agentPrompts;
     std::unique_ptr<AgentsPageModel> m_agentsPage;
     std::unique_ptr<HookPresence> m_hookPresence;
+    // Feature managers live longer than the QML engine that shows them.
+    std::unique_ptr<ClipboardSource> m_clipboardSource;
+    std::unique_ptr<ClipboardManager> m_clipboard;
+    std::unique_ptr<ClipboardPageModel> m_clipboardPage;
+    std::unique_ptr<ScreenshotSource> m_screenshots;
+    std::unique_ptr<ShelfManager> m_shelf;
+    std::unique_ptr<ShelfDesk> m_shelfDesk;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

@@ -2,6 +2,8 @@
 
 #include "clipboard/ClipboardSource.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QMap>
 #include <QMimeData>
 
@@ -41,3 +43,15 @@ private:
     std::optional<QString> m_app;
     quint64 m_count = 0;
 };
+
+// A square picture of one colour, as PNG bytes.
+inline QByteArray png(QColor colour, int side = 8)
+{
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}

@@ -116,24 +116,33 @@ private slots:
     {
         ClipboardHistory history;
         history.replaceAll({textClip(QStringLiteral("old pin"), 0, true), textClip(QStringLiteral("old"), 1),
-                            textClip(QStringLiteral("new pin"), 2, true), textClip(QStringLiteral("new"), 3)});
-        QCOMPARE(texts(history.ordered()),
-                 (QStringList{"new pin", "old pin", "new", "old"}));
+                            textClip(QStringLiteral("new pin"), 2, true),
+                            textClip(QStringLiteral("new"), 3)});
+        QCOMPARE(texts(history.ordered()), (QStringList{"new pin", "old pin", "new", "old"}));
     }
 
     void search_data()
     {
         QTest::addColumn<QString>("query");
         QTest::addColumn<QStringList>("found");
-        QTest::newRow("empty gives all") << "" << QStringList{"pinned note", "Crème brûlée recipe", "https://example.org/path", "grocery list: milk, eggs"};
-        QTest::newRow("blank gives all") << "  \t" << QStringList{"pinned note", "Crème brûlée recipe", "https://example.org/path", "grocery list: milk, eggs"};
+        QTest::newRow("empty gives all")
+            << ""
+            << QStringList{"pinned note", "Crème brûlée recipe", "https://example.org/path",
+                           "grocery list: milk, eggs"};
+        QTest::newRow("blank gives all")
+            << "  \t"
+            << QStringList{"pinned note", "Crème brûlée recipe", "https://example.org/path",
+                           "grocery list: milk, eggs"};
         QTest::newRow("case folded") << "CREME" << QStringList{"Crème brûlée recipe"};
         QTest::newRow("accents folded") << "brulee" << QStringList{"Crème brûlée recipe"};
         QTest::newRow("every word must match") << "milk eggs" << QStringList{"grocery list: milk, eggs"};
         QTest::newRow("words in any order") << "eggs   grocery" << QStringList{"grocery list: milk, eggs"};
         QTest::newRow("one word missing") << "milk butter" << QStringList{};
         QTest::newRow("inside a link") << "example.org" << QStringList{"https://example.org/path"};
-        QTest::newRow("pins come first") << "e" << QStringList{"pinned note", "Crème brûlée recipe", "https://example.org/path", "grocery list: milk, eggs"};
+        QTest::newRow("pins come first")
+            << "e"
+            << QStringList{"pinned note", "Crème brûlée recipe", "https://example.org/path",
+                           "grocery list: milk, eggs"};
         QTest::newRow("the app counts") << "firefox" << QStringList{"https://example.org/path"};
     }
     void search()
@@ -168,23 +177,40 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("kind");
-        QTest::newRow("plain words") << "Meet at noon tomorrow" << "text";
-        QTest::newRow("https link") << "https://norva.app/docs?page=2" << "link";
-        QTest::newRow("www host") << "www.example.com/about" << "link";
-        QTest::newRow("mail link") << "mailto:ana@example.org" << "link";
-        QTest::newRow("words with a link") << "see https://example.org please" << "text";
-        QTest::newRow("short hex colour") << "#fff" << "color";
-        QTest::newRow("long hex colour") << "#7AA2FFcc" << "color";
-        QTest::newRow("not hex") << "#ggg" << "text";
-        QTest::newRow("rgb colour") << "rgb(12, 34, 56)" << "color";
-        QTest::newRow("hsl colour") << "hsl(210deg 50% 40%)" << "color";
-        QTest::newRow("hashtag") << "#release" << "text";
-        QTest::newRow("c statement") << "int count = items.size();" << "code";
-        QTest::newRow("function") << "function add(a, b) {\n  return a + b;\n}" << "code";
-        QTest::newRow("python") << "def area(r):\n    return 3.14 * r * r" << "code";
-        QTest::newRow("include") << "#include <QString>" << "code";
-        QTest::newRow("two prose lines") << "Dear Ana,\nthanks for the notes." << "text";
-        QTest::newRow("prose with a semicolon") << "It rained; we stayed in." << "text";
+        QTest::newRow("plain words") << "Meet at noon tomorrow"
+                                     << "text";
+        QTest::newRow("https link") << "https://norva.app/docs?page=2"
+                                    << "link";
+        QTest::newRow("www host") << "www.example.com/about"
+                                  << "link";
+        QTest::newRow("mail link") << "mailto:ana@example.org"
+                                   << "link";
+        QTest::newRow("words with a link") << "see https://example.org please"
+                                           << "text";
+        QTest::newRow("short hex colour") << "#fff"
+                                          << "color";
+        QTest::newRow("long hex colour") << "#7AA2FFcc"
+                                         << "color";
+        QTest::newRow("not hex") << "#ggg"
+                                 << "text";
+        QTest::newRow("rgb colour") << "rgb(12, 34, 56)"
+                                    << "color";
+        QTest::newRow("hsl colour") << "hsl(210deg 50% 40%)"
+                                    << "color";
+        QTest::newRow("hashtag") << "#release"
+                                 << "text";
+        QTest::newRow("c statement") << "int count = items.size();"
+                                     << "code";
+        QTest::newRow("function") << "function add(a, b) {\n  return a + b;\n}"
+                                  << "code";
+        QTest::newRow("python") << "def area(r):\n    return 3.14 * r * r"
+                                << "code";
+        QTest::newRow("include") << "#include <QString>"
+                                 << "code";
+        QTest::newRow("two prose lines") << "Dear Ana,\nthanks for the notes."
+                                         << "text";
+        QTest::newRow("prose with a semicolon") << "It rained; we stayed in."
+                                                << "text";
     }
     void classification()
     {
@@ -200,7 +226,8 @@ private slots:
         QTest::addColumn<qint64>("hash");
         QTest::newRow("empty") << QByteArray() << qint64(0xcbf29ce484222325ULL & 0x1FFFFFFFFFFFFFULL);
         QTest::newRow("a") << QByteArray("a") << qint64(0xaf63dc4c8601ec8cULL & 0x1FFFFFFFFFFFFFULL);
-        QTest::newRow("foobar") << QByteArray("foobar") << qint64(0x85944171f73967e8ULL & 0x1FFFFFFFFFFFFFULL);
+        QTest::newRow("foobar") << QByteArray("foobar")
+                                << qint64(0x85944171f73967e8ULL & 0x1FFFFFFFFFFFFFULL);
     }
     void hashIsStableAcrossRuns()
     {
@@ -232,7 +259,8 @@ private slots:
         clip.pinned = true;
         QCOMPARE(ClipboardItem::fromJson(clip.toJson()), std::optional<ClipboardItem>(clip));
         const QStringList keys = clip.toJson().keys();
-        QCOMPARE(keys, (QStringList{"app", "caption", "contentHash", "date", "id", "kind", "pinned", "text"}));
+        QCOMPARE(keys,
+                 (QStringList{"app", "caption", "contentHash", "date", "id", "kind", "pinned", "text"}));
         QJsonObject noText = clip.toJson();
         noText.remove(QStringLiteral("text"));
         QVERIFY(!ClipboardItem::fromJson(noText));

@@ -1,3 +1,4 @@
+#include "FakeClipboard.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
@@ -44,17 +45,6 @@ QByteArray xclipOut(const QString& target)
     return process.readAllStandardOutput();
 }
 
-QByteArray png(QColor colour)
-{
-    QImage image(6, 6, QImage::Format_ARGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
 } // namespace
 
 // The history against the real X11 clipboard (Xvfb in CI), with copies made by other programs.
@@ -80,10 +70,12 @@ class X11ClipboardTest : public QObject {
         return helper->readAll();
     }
 
-    // Waits for the desktop to tell of the change, then lets a poll run.
-    void settle(quint64 before)
+    // Waits until the desktop has told of the change and the clipboard offers what was put there
+    // (a helper that quits empties the clipboard first), then lets a poll run.
+    void settle(quint64 before, const QString& offered)
     {
-        QTRY_VERIFY_WITH_TIMEOUT(m_source->changeCount() != before, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_source->changeCount() != before && m_source->formats().contains(offered),
+                                 5000);
         m_clock->advance(ClipboardManager::kPollInterval);
     }
 
@@ -93,7 +85,8 @@ private slots:
         if (qEnvironmentVariableIsEmpty("DISPLAY"))
             QSKIP("no X display (CI runs this under xvfb-run)");
         QCOMPARE(QGuiApplication::platformName(), QStringLiteral("xcb"));
-        QVERIFY2(QProcess::execute(QStringLiteral("xclip"), {QStringLiteral("-version")}) == 0, "xclip is needed");
+        QVERIFY2(QProcess::execute(QStringLiteral("xclip"), {QStringLiteral("-version")}) == 0,
+                 "xclip is needed");
     }
 
     void init()
@@ -103,7 +96,8 @@ private slots:
         m_preferences = std::make_unique<PreferencesFile>(m_home->file(QStringLiteral("preferences.toml")));
         m_settings = std::make_unique<SettingsStore>(*m_preferences);
         m_source = std::make_unique<QtClipboardSource>();
-        m_manager = std::make_unique<ClipboardManager>(*m_source, *m_settings, *m_clock, m_home->file(QStringLiteral("data")));
+        m_manager = std::make_unique<ClipboardManager>(*m_source, *m_settings, *m_clock,
+                                                       m_home->file(QStringLiteral("data")));
         m_manager->start();
     }
 
@@ -127,7 +121,7 @@ private slots:
     {
         const quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("UTF8_STRING"), "  Grüße aus Xvfb \n"));
-        settle(before);
+        settle(before, QStringLiteral("text/plain"));
         QTRY_COMPARE(m_manager->items().size(), 1);
         QCOMPARE(m_manager->items().first().text, std::optional<QString>(QStringLiteral("Grüße aus Xvfb")));
     }
@@ -152,20 +146,20 @@ private slots:
         QFETCH(bool, kept);
         const quint64 before = m_source->changeCount();
         QCOMPARE(offer(targets).trimmed(), QByteArray("offered"));
-        settle(before);
+        settle(before, targets.last().section(QLatin1Char('='), 0, 0));
         // A kept copy shows up at once; for a refused one, give it the same time to be wrongly filed.
         QTest::qWait(kept ? 0 : 200);
         QTRY_COMPARE(m_manager->items().size(), kept ? 1 : 0);
         m_manager->flush();
-        QCOMPARE(TempHome::read(m_home->file(QStringLiteral("data/clipboard.json"))).contains("s3cret"), kept);
+        QCOMPARE(TempHome::read(m_home->file(QStringLiteral("data/clipboard.json"))).contains("s3cret"),
+                 kept);
     }
 
     void hintOfferedAloneByXclipIsRefused()
     {
         const quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("x-kde-passwordManagerHint"), "secret"));
-        settle(before);
-        QVERIFY(m_source->formats().contains(QStringLiteral("x-kde-passwordManagerHint")));
+        settle(before, QStringLiteral("x-kde-passwordManagerHint"));
         QCOMPARE(m_manager->items().size(), 0);
     }
 
@@ -175,7 +169,7 @@ private slots:
         quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("image/png"), red));
         QSignalSpy handled(m_manager.get(), &ClipboardManager::imageCopyHandled);
-        settle(before);
+        settle(before, QStringLiteral("image/png"));
         QVERIFY(handled.count() > 0 || handled.wait(5000));
         QCOMPARE(m_manager->items().size(), 1);
         QCOMPARE(TempHome::read(m_manager->imagePath(m_manager->items().first())), red);
@@ -183,7 +177,7 @@ private slots:
         const QString file = m_home->write(QStringLiteral("docs/plan.txt"), "plan");
         before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("text/uri-list"), QUrl::fromLocalFile(file).toEncoded() + "\n"));
-        settle(before);
+        settle(before, QStringLiteral("text/uri-list"));
         QTRY_COMPARE(m_manager->items().size(), 2);
         QCOMPARE(m_manager->items().first().filePaths, std::optional<QStringList>(QStringList{file}));
     }
@@ -192,10 +186,10 @@ private slots:
     {
         quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("UTF8_STRING"), "first"));
-        settle(before);
+        settle(before, QStringLiteral("text/plain"));
         before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("UTF8_STRING"), "second"));
-        settle(before);
+        settle(before, QStringLiteral("text/plain"));
         QTRY_COMPARE(m_manager->items().size(), 2);
         const auto first = m_manager->items().last();
         QVERIFY(m_manager->copy(first.id).copied);
@@ -210,15 +204,16 @@ private slots:
         const QByteArray shown = offer({QStringLiteral("--app"), QStringLiteral("Gedit")});
         QVERIFY2(shown.startsWith("window "), shown.constData());
         const QString window = QString::fromLatin1(shown.mid(7).trimmed());
-        QCOMPARE(QProcess::execute(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("-f"),
-                                                             QStringLiteral("_NET_ACTIVE_WINDOW"), QStringLiteral("32x"),
-                                                             QStringLiteral("-set"), QStringLiteral("_NET_ACTIVE_WINDOW"),
-                                                             window}),
+        QCOMPARE(QProcess::execute(QStringLiteral("xprop"),
+                                   {QStringLiteral("-root"), QStringLiteral("-f"),
+                                    QStringLiteral("_NET_ACTIVE_WINDOW"), QStringLiteral("32x"),
+                                    QStringLiteral("-set"), QStringLiteral("_NET_ACTIVE_WINDOW"), window}),
                  0);
-        QTRY_COMPARE_WITH_TIMEOUT(m_source->frontmostApplication(), std::optional<QString>(QStringLiteral("Gedit")), 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(m_source->frontmostApplication(),
+                                  std::optional<QString>(QStringLiteral("Gedit")), 5000);
         const quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("UTF8_STRING"), "from the editor"));
-        settle(before);
+        settle(before, QStringLiteral("text/plain"));
         QTRY_COMPARE(m_manager->items().size(), 1);
         QCOMPARE(m_manager->items().first().app, std::optional<QString>(QStringLiteral("Gedit")));
     }

@@ -25,7 +25,9 @@ QJsonArray list(const QString& which, const QString& round, int count)
         const QString name = round + QLatin1Char('-') + QString::number(i);
         const QUuid id = QUuid::createUuidV5(kNamespace, name);
         if (which == QLatin1String("shelf")) {
-            array.append(ShelfItem{id, QStringLiteral("/tmp/") + name + QStringLiteral(".png"), date, i % 7 == 0}.toJson());
+            array.append(
+                ShelfItem{id, QStringLiteral("/tmp/") + name + QStringLiteral(".png"), date, i % 7 == 0}
+                    .toJson());
         } else {
             ClipboardItem clip;
             clip.id = id;

@@ -1,10 +1,10 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "ManualClock.h"
 #include "clipboard/ClipboardItem.h"
 #include "shelf/ShelfItem.h"
 #include "storage/StoredList.h"
-#include "ManualClock.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -61,14 +61,16 @@ private slots:
             const QString first = which == QLatin1String("shelf")
                                       ? ShelfItem::fromJson(array.first().toObject())->path
                                       : *ClipboardItem::fromJson(array.first().toObject())->text;
-            const QString round0 = first.contains(QLatin1String("old-")) ? QStringLiteral("old-") : QStringLiteral("new-");
+            const QString round0 =
+                first.contains(QLatin1String("old-")) ? QStringLiteral("old-") : QStringLiteral("new-");
             seen.insert(round0);
             for (int i = 0; i < array.size(); ++i) {
-                const QString name = which == QLatin1String("shelf")
-                                         ? ShelfItem::fromJson(array.at(i).toObject()).value_or(ShelfItem{}).path
-                                         : ClipboardItem::fromJson(array.at(i).toObject())
-                                               .value_or(ClipboardItem{})
-                                               .text.value_or(QString());
+                const QString name =
+                    which == QLatin1String("shelf")
+                        ? ShelfItem::fromJson(array.at(i).toObject()).value_or(ShelfItem{}).path
+                        : ClipboardItem::fromJson(array.at(i).toObject())
+                              .value_or(ClipboardItem{})
+                              .text.value_or(QString());
                 QVERIFY2(name.contains(round0 + QString::number(i)), qPrintable(name));
             }
         }
@@ -78,7 +80,8 @@ private slots:
         StoredList list(path, QStringLiteral("Norva test"), clock);
         QCOMPARE(list.load().size(), kItems);
         QVERIFY(!list.holdsUnreadable());
-        QCOMPARE(QDir(home.path()).entryList({fileName + QStringLiteral(".*")}, QDir::Files | QDir::Hidden), QStringList());
+        QCOMPARE(QDir(home.path()).entryList({fileName + QStringLiteral(".*")}, QDir::Files | QDir::Hidden),
+                 QStringList());
     }
 };
 NORVA_TEST(KillDuringSaveTest)

@@ -22,7 +22,10 @@ std::optional<std::function<void()>> pin(const QString& folder, const QString& f
 {
     if (geteuid() != 0) {
         QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-        return [folder] { QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner); };
+        return [folder] {
+            QFile::setPermissions(folder,
+                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        };
     }
     if (QProcess::execute(QStringLiteral("chattr"), {QStringLiteral("+i"), file}) != 0)
         return std::nullopt;
@@ -64,10 +67,12 @@ private slots:
         OwnedFolder folder(home.file(QStringLiteral("Images")), QStringLiteral("Norva clipboard"),
                            QStringLiteral("picture"), QStringLiteral("the clipboard history"));
         folder.prepare();
-        QCOMPARE(QDir(folder.url()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("kept.png")});
+        QCOMPARE(QDir(folder.url()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("kept.png")});
         QCOMPARE(TempHome::read(whole), QByteArray("whole"));
         QCOMPARE(log.lines(),
-                 QStringList{QStringLiteral("Norva clipboard: removed 2 pictures that a quit left half written in Images")});
+                 QStringList{QStringLiteral(
+                     "Norva clipboard: removed 2 pictures that a quit left half written in Images")});
     }
 
     void halfWrittenFileThatWillNotGoIsReported()
@@ -79,7 +84,10 @@ private slots:
         OwnedFolder folder(home.file(QStringLiteral("Images")), QStringLiteral("Norva clipboard"),
                            QStringLiteral("picture"), QStringLiteral("the clipboard history"));
         folder.prepare();
-        QCOMPARE(log.count(QStringLiteral("Norva clipboard: could not remove 1 picture that a quit left half written in Images (")), 1);
+        QCOMPARE(
+            log.count(QStringLiteral(
+                "Norva clipboard: could not remove 1 picture that a quit left half written in Images (")),
+            1);
         QVERIFY(log.contains(QStringLiteral("); they are hidden and are tried again at the next launch")));
         QCOMPARE(folder.files(), QStringList()); // hidden: never shown as a picture of the folder
     }
@@ -89,25 +97,27 @@ private slots:
         TempHome home;
         LogCapture log;
         const QString path = home.write(QStringLiteral("Shelf/Image.png"), "png");
-        OwnedFolder folder(home.file(QStringLiteral("Shelf")), QStringLiteral("Norva shelf"), QStringLiteral("file"),
-                           QStringLiteral("the shelf"));
+        OwnedFolder folder(home.file(QStringLiteral("Shelf")), QStringLiteral("Norva shelf"),
+                           QStringLiteral("file"), QStringLiteral("the shelf"));
         const auto undo = pin(folder.url(), path);
         if (!undo)
             QSKIP("this system lets no file be kept from deletion (no chattr as root)");
         QVERIFY(!folder.remove(path));
         (*undo)();
         QVERIFY(QFile::exists(path));
-        QCOMPARE(log.count(QStringLiteral("Norva shelf: could not delete the file Image.png from Shelf; it stays and "
-                                          "comes up for deletion again at the next launch")),
+        QCOMPARE(log.count(QStringLiteral(
+                     "Norva shelf: could not delete the file Image.png from Shelf; it stays and "
+                     "comes up for deletion again at the next launch")),
                  1);
 
         // The next launch deletes it.
         log.clear();
-        OwnedFolder nextLaunch(home.file(QStringLiteral("Shelf")), QStringLiteral("Norva shelf"), QStringLiteral("file"),
-                               QStringLiteral("the shelf"));
+        OwnedFolder nextLaunch(home.file(QStringLiteral("Shelf")), QStringLiteral("Norva shelf"),
+                               QStringLiteral("file"), QStringLiteral("the shelf"));
         nextLaunch.prepare();
         QVERIFY(!QFile::exists(path));
-        QCOMPARE(log.lines(), QStringList{QStringLiteral("Norva shelf: deleted the file Image.png that would not go last time")});
+        QCOMPARE(log.lines(), QStringList{QStringLiteral(
+                                  "Norva shelf: deleted the file Image.png that would not go last time")});
         QVERIFY(!QFile::exists(home.file(QStringLiteral("Shelf/.delete-later"))));
         // And the launch after that has nothing left to do.
         log.clear();

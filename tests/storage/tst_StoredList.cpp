@@ -60,10 +60,12 @@ private slots:
         QTest::addColumn<QList<int>>("kept");
         QTest::addColumn<QString>("logged");
         QTest::newRow("all good") << QByteArray(R"([{"n":1},{"n":2}])") << QList<int>{1, 2} << QString();
-        QTest::newRow("one without its key") << QByteArray(R"([{"n":1},{"m":2},{"n":3}])") << QList<int>{1, 3}
-                                             << QStringLiteral("Norva test: skipped 1 entry of list.json that did not read");
+        QTest::newRow("one without its key")
+            << QByteArray(R"([{"n":1},{"m":2},{"n":3}])") << QList<int>{1, 3}
+            << QStringLiteral("Norva test: skipped 1 entry of list.json that did not read");
         QTest::newRow("not objects") << QByteArray(R"([1,"two",{"n":3},null])") << QList<int>{3}
-                                     << QStringLiteral("Norva test: skipped 3 entries of list.json that did not read");
+                                     << QStringLiteral(
+                                            "Norva test: skipped 3 entries of list.json that did not read");
         QTest::newRow("empty list") << QByteArray("[]") << QList<int>{} << QString();
     }
     void elementsThatDoNotDecodeAreSkipped()
@@ -87,7 +89,8 @@ private slots:
         QTest::addColumn<QString>("why");
         QTest::newRow("cut short") << QByteArray(R"([{"n":1},{"n")") << QStringLiteral("it is not JSON: ");
         QTest::newRow("an object") << QByteArray(R"({"n":1})") << QStringLiteral("it is not a JSON list");
-        QTest::newRow("binary") << QByteArray("\x00\x01\x02garbage", 10) << QStringLiteral("it is not JSON: ");
+        QTest::newRow("binary") << QByteArray("\x00\x01\x02garbage", 10)
+                                << QStringLiteral("it is not JSON: ");
     }
     void unreadableFileIsSetAsideOnlyWhenTheListChanges()
     {
@@ -115,7 +118,8 @@ private slots:
         }
         const QString aside = path + QStringLiteral(".unreadable-20261118-100100");
         QCOMPARE(TempHome::read(aside), content);
-        QVERIFY(log.contains(QStringLiteral("Norva test: kept the unreadable list.json as list.json.unreadable-20261118-100100")));
+        QVERIFY(log.contains(QStringLiteral(
+            "Norva test: kept the unreadable list.json as list.json.unreadable-20261118-100100")));
         QCOMPARE(onDisk(path), numbers({7}));
     }
 
@@ -137,9 +141,10 @@ private slots:
         clock.advance(StoredList::kSaveDelay);
         QCOMPARE(TempHome::read(path), broken);
         QVERIFY(list.lastSaveFailed());
-        QCOMPARE(log.count(QStringLiteral("Norva test: could not keep the unreadable list.json (something is already "
-                                          "called list.json.unreadable-20261118-100000); left it as it is and did not "
-                                          "save the list")),
+        QCOMPARE(log.count(QStringLiteral(
+                     "Norva test: could not keep the unreadable list.json (something is already "
+                     "called list.json.unreadable-20261118-100000); left it as it is and did not "
+                     "save the list")),
                  1);
         // At the next change, a second later, a free name is found and the list is saved.
         QVERIFY(QDir(aside).removeRecursively());
@@ -229,7 +234,8 @@ private slots:
         QVERIFY(!QFile::exists(home.file(QStringLiteral("list.json.Ab12Cd"))));
         QVERIFY(QFile::exists(home.file(QStringLiteral("list.json.unreadable-20261118-100000"))));
         QVERIFY(QFile::exists(home.file(QStringLiteral("list.json.bak"))));
-        QVERIFY(log.contains(QStringLiteral("Norva test: removed list.json.Ab12Cd, a save that a quit left half written")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva test: removed list.json.Ab12Cd, a save that a quit left half written")));
     }
 };
 NORVA_TEST(StoredListTest)

@@ -51,11 +51,12 @@ std::optional<QString> ActiveWindow::applicationName()
     if (window == XCB_WINDOW_NONE)
         return std::nullopt;
     // WM_CLASS holds "instance\0Class\0"; the class is the program's name as people know it.
-    const QList<QByteArray> wmClass = property(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0');
+    const QList<QByteArray> wmClass =
+        property(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0');
     if (wmClass.size() >= 2 && !wmClass.at(1).isEmpty())
         return QString::fromLocal8Bit(wmClass.at(1));
-    const QByteArray title = property(connection, window, atom(connection, "_NET_WM_NAME"),
-                                      atom(connection, "UTF8_STRING"));
+    const QByteArray title =
+        property(connection, window, atom(connection, "_NET_WM_NAME"), atom(connection, "UTF8_STRING"));
     if (!title.isEmpty())
         return QString::fromUtf8(title);
     return std::nullopt;

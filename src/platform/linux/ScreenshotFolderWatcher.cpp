@@ -84,17 +84,26 @@ void ScreenshotFolderWatcher::scan(bool announce)
         return;
     const QDir folder(m_folder);
     const auto entries = folder.entryInfoList(kPictureNames, QDir::Files, QDir::Time | QDir::Reversed);
+    bool stillEmpty = false;
     for (const QFileInfo& entry : entries) {
         const QString path = entry.absoluteFilePath();
-        // An empty file is still being written: it is looked at again at the next change.
-        if (m_known.contains(path) || entry.size() == 0)
+        if (m_known.contains(path))
             continue;
+        // An empty picture is still being written (writing into a file does not change the folder):
+        // it is looked at again shortly.
+        if (entry.size() == 0) {
+            stillEmpty = announce;
+            continue;
+        }
         m_known.insert(path);
         if (announce)
             emit screenshotSaved(path);
     }
     if (!m_watcher.directories().contains(m_folder))
         watch();
+    m_emptyRetries = stillEmpty ? m_emptyRetries + 1 : 0;
+    if (stillEmpty && m_emptyRetries <= kEmptyRetries)
+        m_settle = m_clock.after(kSettle, [this] { scan(true); });
 }
 
 } // namespace norva

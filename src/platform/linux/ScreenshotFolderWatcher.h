@@ -16,6 +16,8 @@ class ScreenshotFolderWatcher final : public ScreenshotSource {
 public:
     // The wait after the folder changes before it is read, so a picture being saved is finished.
     static constexpr Seconds kSettle{0.4};
+    // How many times an empty new picture is looked at again before waiting for the next change.
+    static constexpr int kEmptyRetries = 25;
 
     ScreenshotFolderWatcher(Clock& clock, QString folder = defaultFolder(), QObject* parent = nullptr);
 
@@ -35,6 +37,7 @@ private:
     QSet<QString> m_known;
     ScheduledWork m_settle;
     bool m_running = false;
+    int m_emptyRetries = 0;
 };
 
 } // namespace norva

@@ -47,6 +47,16 @@ Window {
             visible: window.notch.stateName === "peek" && !(faceLoader.item && faceLoader.item.hasContent)
         }
 
+        // Below the open panel, so the shelf page's own drop area takes drops while it is shown.
+        ShelfDropArea {
+            anchors.fill: parent
+            onNotch: window.notch.stateName !== "open"
+            onDroppedHere: {
+                if (onNotch && shelfDesk.openOnDrop)
+                    window.notch.openPage("shelf")
+            }
+        }
+
         OpenPanel {
             anchors.fill: parent
             notch: window.notch
