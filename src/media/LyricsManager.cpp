@@ -130,8 +130,8 @@ void LyricsManager::search(const QString& key, QList<SearchAttempt> attempts)
     }
     const SearchAttempt attempt = attempts.takeFirst();
     request(QStringLiteral("/api/search"),
-            {{QStringLiteral("track_name"), attempt.title}, {QStringLiteral("artist_name"), attempt.artist}}, key,
-            [this, key, attempts](int status, const QByteArray& body) {
+            {{QStringLiteral("track_name"), attempt.title}, {QStringLiteral("artist_name"), attempt.artist}},
+            key, [this, key, attempts](int status, const QByteArray& body) {
                 if (status == kHttpOk) {
                     const auto pick = pickBest(QJsonDocument::fromJson(body).array(), m_track.duration);
                     if (pick) {
@@ -282,8 +282,9 @@ std::optional<QString> LyricsManager::sanitizedTitle(const QString& title)
 {
     static const QRegularExpression brackets(QStringLiteral("\\s*[(\\[][^)\\]]*[)\\]]"));
     static const QRegularExpression suffix(
-        QStringLiteral("\\s*-\\s*((feat\\.?|ft\\.?|with)\\s.*|.*\\b(remaster(ed)?|live|version|edit|mix|acoustic|"
-                       "demo|mono|stereo)\\b.*)$"),
+        QStringLiteral(
+            "\\s*-\\s*((feat\\.?|ft\\.?|with)\\s.*|.*\\b(remaster(ed)?|live|version|edit|mix|acoustic|"
+            "demo|mono|stereo)\\b.*)$"),
         QRegularExpression::CaseInsensitiveOption);
     QString cleaned = title;
     cleaned.remove(brackets);

@@ -41,7 +41,7 @@ public:
         bool operator==(const SearchAttempt&) const = default;
     };
 
-    static const QUrl defaultBaseAddress; // https://lrclib.net
+    static const QUrl defaultBaseAddress;            // https://lrclib.net
     static constexpr double retryDelay = 45.0;       // seconds a failed track waits before it is asked again
     static constexpr int requestTimeoutMs = 10000;   // one request's time-out
     static constexpr double durationTolerance = 8.0; // seconds a search result's length may differ
@@ -56,7 +56,8 @@ public:
     void watchReachability();
     void setOffline(bool offline);
 
-    void load(const QString& title, const QString& artist, const QString& album, std::optional<double> duration);
+    void load(const QString& title, const QString& artist, const QString& album,
+              std::optional<double> duration);
     void clear();
     Q_INVOKABLE void retry();
 
