@@ -49,6 +49,7 @@ QString dataUrl(const QByteArray& bytes)
 {
     QBuffer buffer;
     buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
     const QByteArray format = QImageReader::imageFormat(&buffer);
     const QByteArray mime = format.isEmpty() ? QByteArrayLiteral("image") : "image/" + format;
     return QStringLiteral("data:%1;base64,%2")
