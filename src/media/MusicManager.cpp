@@ -413,6 +413,7 @@ QString MusicManager::appNameFor(const QString& bundleIdentifier)
         {QStringLiteral("com.google.Chrome"), QStringLiteral("Chrome")},
         {QStringLiteral("org.mozilla.firefox"), QStringLiteral("Firefox")},
         {QStringLiteral("vlc"), QStringLiteral("VLC")},
+        {QStringLiteral("mpv"), QStringLiteral("mpv")},
     };
     if (bundleIdentifier.isEmpty())
         return {};
