@@ -15,6 +15,7 @@ run_packages=(
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
+    mpv mpv-mpris
 )
 
 wanted=("${build_packages[@]}" "${run_packages[@]}")

@@ -1,6 +1,7 @@
 #include "media/LyricsManager.h"
 
 #include "app/Log.h"
+#include "app/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -30,7 +31,23 @@ QString lyricsText(const QJsonObject& answer)
 
 const QUrl LyricsManager::defaultBaseAddress = QUrl(QStringLiteral("https://lrclib.net"));
 
+const QString LyricsManager::addressKey = QStringLiteral("music.lyricsAddress.v1");
+
 LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m_clock(clock) {}
+
+QUrl LyricsManager::baseAddressFrom(const SettingsStore& settings)
+{
+    const QUrl stored(settings.storedText(addressKey).value_or(QString()).trimmed());
+    const bool usable = stored.isValid() && !stored.host().isEmpty() &&
+                        (stored.scheme() == QLatin1String("https") || stored.scheme() == QLatin1String("http"));
+    return usable ? stored : defaultBaseAddress;
+}
+
+void LyricsManager::follow(SettingsStore& settings)
+{
+    setBaseAddress(baseAddressFrom(settings));
+    connect(&settings, &SettingsStore::changed, this, [this, &settings] { setBaseAddress(baseAddressFrom(settings)); });
+}
 
 void LyricsManager::watchReachability()
 {

@@ -73,6 +73,8 @@ NorvaApp::NorvaApp(Options options, QObject* parent)
 NorvaApp::~NorvaApp()
 {
     m_overlays.clear();
+    if (m_music)
+        m_music->stop();
 }
 
 bool NorvaApp::start()
@@ -88,6 +90,13 @@ bool NorvaApp::start()
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
+    m_lyrics = std::make_unique<LyricsManager>(m_clock);
+    m_lyrics->follow(*m_settings);
+    m_lyrics->watchReachability();
+    m_music = std::make_unique<MusicManager>(m_clock, m_settings.get(), MusicManager::systemBackends(m_clock),
+                                             m_lyrics.get());
+    if (!m_options.demo)
+        m_music->start(); // the demo shows nothing of the person's own
 
     exposeToQml();
     rebuildOverlays();
@@ -118,6 +127,7 @@ void NorvaApp::exposeToQml()
     QQmlContext* context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("app"), this);
     context->setContextProperty(QStringLiteral("settings"), m_settings.get());
+    context->setContextProperty(QStringLiteral("music"), m_music.get());
 }
 
 void NorvaApp::rebuildOverlays()

@@ -3,6 +3,8 @@
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
+#include "media/LyricsManager.h"
+#include "media/MusicManager.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
 
@@ -52,6 +54,8 @@ private:
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<LyricsManager> m_lyrics;
+    std::unique_ptr<MusicManager> m_music;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;
