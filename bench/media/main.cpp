@@ -41,7 +41,8 @@ qint64 childNamed(const QByteArray& name)
         if (!file.open(QIODevice::ReadOnly))
             continue;
         const QByteArray stat = file.readAll();
-        const QByteArray comm = stat.mid(stat.indexOf('(') + 1, stat.lastIndexOf(')') - stat.indexOf('(') - 1);
+        const QByteArray comm =
+            stat.mid(stat.indexOf('(') + 1, stat.lastIndexOf(')') - stat.indexOf('(') - 1);
         const qint64 ppid = stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1).toLongLong();
         if (comm == name && ppid == getpid())
             return pid;
@@ -85,22 +86,24 @@ int main(int argc, char* argv[])
         const double selfStart = cpuSeconds(getpid());
         const double playerStart = cpuSeconds(player.playerPid());
         const int snapshotsStart = snapshots;
-        QTimer::singleShot(seconds * 1000, &app, [&, producer, producerStart, selfStart, playerStart, snapshotsStart] {
-            const double producerCpu = cpuSeconds(producer) - producerStart;
-            const double selfCpu = cpuSeconds(getpid()) - selfStart;
-            const double playerCpu = cpuSeconds(player.playerPid()) - playerStart;
-            std::printf("track playing for %d s, title \"%s\"\n", seconds, qPrintable(music.title()));
-            std::printf("%-34s %10s %10s\n", "process", "CPU s", "% of core");
-            auto row = [seconds](const char* name, double cpu) {
-                std::printf("%-34s %10.2f %10.3f\n", name, cpu, 100.0 * cpu / seconds);
-            };
-            row("norva-media (producer)", producerCpu);
-            row("adapter backend + MusicManager", selfCpu);
-            row("mpv (the player, for scale)", playerCpu);
-            std::printf("snapshots received: %d, position ticks: %d\n", snapshots - snapshotsStart, ticks);
-            music.stop();
-            app.quit();
-        });
+        QTimer::singleShot(
+            seconds * 1000, &app, [&, producer, producerStart, selfStart, playerStart, snapshotsStart] {
+                const double producerCpu = cpuSeconds(producer) - producerStart;
+                const double selfCpu = cpuSeconds(getpid()) - selfStart;
+                const double playerCpu = cpuSeconds(player.playerPid()) - playerStart;
+                std::printf("track playing for %d s, title \"%s\"\n", seconds, qPrintable(music.title()));
+                std::printf("%-34s %10s %10s\n", "process", "CPU s", "% of core");
+                auto row = [seconds](const char* name, double cpu) {
+                    std::printf("%-34s %10.2f %10.3f\n", name, cpu, 100.0 * cpu / seconds);
+                };
+                row("norva-media (producer)", producerCpu);
+                row("adapter backend + MusicManager", selfCpu);
+                row("mpv (the player, for scale)", playerCpu);
+                std::printf("snapshots received: %d, position ticks: %d\n", snapshots - snapshotsStart,
+                            ticks);
+                music.stop();
+                app.quit();
+            });
     });
     return app.exec();
 }

@@ -38,15 +38,17 @@ LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m
 QUrl LyricsManager::baseAddressFrom(const SettingsStore& settings)
 {
     const QUrl stored(settings.storedText(addressKey).value_or(QString()).trimmed());
-    const bool usable = stored.isValid() && !stored.host().isEmpty() &&
-                        (stored.scheme() == QLatin1String("https") || stored.scheme() == QLatin1String("http"));
+    const bool usable =
+        stored.isValid() && !stored.host().isEmpty() &&
+        (stored.scheme() == QLatin1String("https") || stored.scheme() == QLatin1String("http"));
     return usable ? stored : defaultBaseAddress;
 }
 
 void LyricsManager::follow(SettingsStore& settings)
 {
     setBaseAddress(baseAddressFrom(settings));
-    connect(&settings, &SettingsStore::changed, this, [this, &settings] { setBaseAddress(baseAddressFrom(settings)); });
+    connect(&settings, &SettingsStore::changed, this,
+            [this, &settings] { setBaseAddress(baseAddressFrom(settings)); });
 }
 
 void LyricsManager::watchReachability()

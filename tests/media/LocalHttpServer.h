@@ -81,9 +81,11 @@ private:
     }
     static void answer(QTcpSocket* socket, const Response& response)
     {
-        socket->write("HTTP/1.1 " + QByteArray::number(response.status) + " Answer\r\nContent-Type: "
+        socket->write("HTTP/1.1 " + QByteArray::number(response.status) +
+                      " Answer\r\nContent-Type: "
                       "application/json\r\nContent-Length: " +
-                      QByteArray::number(response.body.size()) + "\r\nConnection: close\r\n\r\n" + response.body);
+                      QByteArray::number(response.body.size()) + "\r\nConnection: close\r\n\r\n" +
+                      response.body);
         socket->disconnectFromHost();
     }
 

@@ -49,8 +49,8 @@ public:
         cover.fill(Qt::red);
         cover.save(m_dir.filePath(QStringLiteral("cover.png")));
 
-        m_bus.start(QStringLiteral("dbus-daemon"),
-                    {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
+        m_bus.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                                    QStringLiteral("--print-address=1")});
         if (!m_bus.waitForStarted(5000))
             return false;
         while (!m_bus.canReadLine() && m_bus.waitForReadyRead(5000)) {
@@ -63,9 +63,10 @@ public:
         m_player.setProcessChannelMode(QProcess::MergedChannels);
         m_player.setStandardOutputFile(QProcess::nullDevice());
         m_player.start(QStringLiteral("mpv"),
-                       {QStringLiteral("--no-config"), QStringLiteral("--no-video"), QStringLiteral("--ao=null"),
-                        QStringLiteral("--script=") + QLatin1String(mprisPlugin), QStringLiteral("--loop-file=inf"),
-                        QStringLiteral("--hr-seek=yes"), m_dir.filePath(QStringLiteral("tone.wav"))});
+                       {QStringLiteral("--no-config"), QStringLiteral("--no-video"),
+                        QStringLiteral("--ao=null"), QStringLiteral("--script=") + QLatin1String(mprisPlugin),
+                        QStringLiteral("--loop-file=inf"), QStringLiteral("--hr-seek=yes"),
+                        m_dir.filePath(QStringLiteral("tone.wav"))});
         return m_player.waitForStarted(5000);
     }
 
@@ -106,7 +107,8 @@ private:
         QDataStream fmt(&format, QIODevice::WriteOnly);
         fmt.setByteOrder(QDataStream::LittleEndian);
         fmt << quint16(1) << quint16(1) << quint32(rate) << quint32(rate * 2) << quint16(2) << quint16(16);
-        const QByteArray info = "INFO" + chunk("INAM", QByteArray(title) + '\0') + chunk("IART", QByteArray(artist) + '\0');
+        const QByteArray info =
+            "INFO" + chunk("INAM", QByteArray(title) + '\0') + chunk("IART", QByteArray(artist) + '\0');
         const QByteArray body = "WAVE" + chunk("fmt ", format) + chunk("LIST", info) + chunk("data", samples);
         QFile file(path);
         file.open(QIODevice::WriteOnly);

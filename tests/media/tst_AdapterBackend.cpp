@@ -1,11 +1,10 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
-#include "StandIn.h"
+#include "MediaTestSupport.h"
 #include "TestMain.h"
 
 #include "media/MediaRemoteAdapterBackend.h"
 
-#include <QBuffer>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -13,17 +12,6 @@ using namespace norva;
 using norva::test::ManualClock;
 
 namespace {
-
-QByteArray redPngBase64()
-{
-    QImage image(4, 4, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes.toBase64();
-}
 
 // A stand-in adapter: "stream" prints a line and lives until the test drops an "end" file
 // holding the exit status ("signal" makes it kill itself); one-shot verbs are written down.
@@ -41,6 +29,19 @@ const QByteArray kAdapterScript =
 
 class AdapterBackendTest : public QObject {
     Q_OBJECT
+
+    // A backend fed lines by hand, without a process.
+    struct HandFed {
+        ManualClock clock;
+        MediaRemoteAdapterBackend backend{clock, AdapterCommand{}};
+        QList<MediaUpdate> seen;
+        HandFed()
+        {
+            backend.start(MediaSink{[this](const MediaUpdate& u) { seen << u; }, {}, {}});
+            backend.stop();
+        }
+        const MediaSnapshot& last() const { return seen.last().snapshot; }
+    };
 
     struct Rig {
         QTemporaryDir dir;
@@ -142,15 +143,11 @@ private slots:
     void ingestBuildsSnapshots()
     {
         QFETCH(QStringList, lines);
-        ManualClock clock;
-        MediaRemoteAdapterBackend backend(clock, AdapterCommand{});
-        QList<MediaSnapshot> seen;
-        backend.start(MediaSink{[&](const MediaUpdate& u) { seen << u.snapshot; }, {}, {}});
-        backend.stop(); // no process needed: the lines are fed by hand
+        HandFed fed;
         for (const QString& line : lines)
-            backend.ingest(line.toUtf8() + '\n');
-        QVERIFY(!seen.isEmpty());
-        const MediaSnapshot& s = seen.last();
+            fed.backend.ingest(line.toUtf8() + '\n');
+        QVERIFY(!fed.seen.isEmpty());
+        const MediaSnapshot& s = fed.last();
         QTEST(s.title, "title");
         QTEST(s.artist, "artist");
         QTEST(s.isPlaying, "playing");
@@ -162,59 +159,48 @@ private slots:
 
     void linesSplitAcrossReadsAreJoined()
     {
-        ManualClock clock;
-        MediaRemoteAdapterBackend backend(clock, AdapterCommand{});
-        QList<MediaSnapshot> seen;
-        backend.start(MediaSink{[&](const MediaUpdate& u) { seen << u.snapshot; }, {}, {}});
-        backend.stop();
-        backend.ingest("{\"type\":\"data\",\"payload\":{\"ti");
-        QCOMPARE(seen.size(), 0);
-        backend.ingest(
+        HandFed fed;
+        fed.backend.ingest("{\"type\":\"data\",\"payload\":{\"ti");
+        QCOMPARE(fed.seen.size(), 0);
+        fed.backend.ingest(
             "tle\":\"Half\"}}\n{\"type\":\"data\",\"diff\":true,\"payload\":{\"playing\":true}}\n");
-        QCOMPARE(seen.size(), 2);
-        QCOMPARE(seen.last().title, QStringLiteral("Half"));
-        QVERIFY(seen.last().isPlaying);
+        QCOMPARE(fed.seen.size(), 2);
+        QCOMPARE(fed.last().title, QStringLiteral("Half"));
+        QVERIFY(fed.last().isPlaying);
     }
 
     void timestampComesFromTheLineOrNow()
     {
-        ManualClock clock;
-        MediaRemoteAdapterBackend backend(clock, AdapterCommand{});
-        QList<MediaSnapshot> seen;
-        backend.start(MediaSink{[&](const MediaUpdate& u) { seen << u.snapshot; }, {}, {}});
-        backend.stop();
-        backend.ingest(
+        HandFed fed;
+        fed.backend.ingest(
             "{\"type\":\"data\",\"payload\":{\"title\":\"S\",\"timestampEpochMicros\":1700000000250000}}"
             "\n");
-        QCOMPARE(seen.last().timestamp, QDateTime::fromMSecsSinceEpoch(1700000000250, Qt::UTC));
-        backend.ingest("{\"type\":\"data\",\"payload\":{\"title\":\"S\"}}"
-                       "\n");
-        QCOMPARE(seen.last().timestamp, clock.now());
+        QCOMPARE(fed.last().timestamp, QDateTime::fromMSecsSinceEpoch(1700000000250, Qt::UTC));
+        fed.backend.ingest("{\"type\":\"data\",\"payload\":{\"title\":\"S\"}}"
+                           "\n");
+        QCOMPARE(fed.last().timestamp, fed.clock.now());
     }
 
     void artworkIsDecodedOnlyWhenItChanges()
     {
-        ManualClock clock;
-        MediaRemoteAdapterBackend backend(clock, AdapterCommand{});
-        QList<MediaUpdate> seen;
-        backend.start(MediaSink{[&](const MediaUpdate& u) { seen << u; }, {}, {}});
-        backend.stop();
-        const QByteArray art = redPngBase64();
-        backend.ingest("{\"type\":\"data\",\"payload\":{\"title\":\"S\",\"artworkData\":\"" + art + "\"}}\n");
-        QVERIFY(seen.last().artworkChanged);
-        QVERIFY(!seen.last().artwork.isNull());
-        QCOMPARE(seen.last().artwork.pixelColor(1, 1), QColor(Qt::red));
-        const QString key = seen.last().snapshot.artworkKey;
+        HandFed fed;
+        const QByteArray art = test::pngBytes(Qt::red, 4).toBase64();
+        fed.backend.ingest("{\"type\":\"data\",\"payload\":{\"title\":\"S\",\"artworkData\":\"" + art +
+                           "\"}}\n");
+        QVERIFY(fed.seen.last().artworkChanged);
+        QVERIFY(!fed.seen.last().artwork.isNull());
+        QCOMPARE(fed.seen.last().artwork.pixelColor(1, 1), QColor(Qt::red));
+        const QString key = fed.last().artworkKey;
         QVERIFY(!key.isEmpty());
-        backend.ingest("{\"type\":\"data\",\"diff\":true,\"payload\":{\"playing\":false}}"
-                       "\n");
-        QVERIFY(!seen.last().artworkChanged);
-        QCOMPARE(seen.last().snapshot.artworkKey, key);
-        backend.ingest("{\"type\":\"data\",\"diff\":true,\"payload\":{\"artworkData\":null}}"
-                       "\n");
-        QVERIFY(seen.last().artworkChanged);
-        QVERIFY(seen.last().artwork.isNull());
-        QVERIFY(seen.last().snapshot.artworkKey.isEmpty());
+        fed.backend.ingest("{\"type\":\"data\",\"diff\":true,\"payload\":{\"playing\":false}}"
+                           "\n");
+        QVERIFY(!fed.seen.last().artworkChanged);
+        QCOMPARE(fed.last().artworkKey, key);
+        fed.backend.ingest("{\"type\":\"data\",\"diff\":true,\"payload\":{\"artworkData\":null}}"
+                           "\n");
+        QVERIFY(fed.seen.last().artworkChanged);
+        QVERIFY(fed.seen.last().artwork.isNull());
+        QVERIFY(fed.last().artworkKey.isEmpty());
     }
 
     void streamRunsTheAdapterWithItsArguments()

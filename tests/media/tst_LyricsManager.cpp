@@ -18,7 +18,8 @@ namespace {
 
 QByteArray json(const QJsonValue& value)
 {
-    return value.isArray() ? QJsonDocument(value.toArray()).toJson() : QJsonDocument(value.toObject()).toJson();
+    return value.isArray() ? QJsonDocument(value.toArray()).toJson()
+                           : QJsonDocument(value.toObject()).toJson();
 }
 
 QJsonObject answer(const QString& synced, const QString& plain = {}, QJsonValue duration = 200)
@@ -29,7 +30,10 @@ QJsonObject answer(const QString& synced, const QString& plain = {}, QJsonValue 
     return object;
 }
 
-LocalHttpServer::Response notFound() { return {404, "{\"code\":404,\"name\":\"TrackNotFound\"}"}; }
+LocalHttpServer::Response notFound()
+{
+    return {404, "{\"code\":404,\"name\":\"TrackNotFound\"}"};
+}
 
 } // namespace
 
@@ -59,15 +63,17 @@ private slots:
         QTest::newRow("tenths") << "[01:02.5] Hi" << QList<double>{62.5} << QStringList{"Hi"};
         QTest::newRow("hundredths") << "[01:02.50]Hi" << QList<double>{62.5} << QStringList{"Hi"};
         QTest::newRow("thousandths") << "[01:02.500]Hi" << QList<double>{62.5} << QStringList{"Hi"};
-        QTest::newRow("colon before the fraction") << "[01:02:25]Hi" << QList<double>{62.25} << QStringList{"Hi"};
+        QTest::newRow("colon before the fraction")
+            << "[01:02:25]Hi" << QList<double>{62.25} << QStringList{"Hi"};
         QTest::newRow("one-digit minutes") << "[1:02] Hi " << QList<double>{62} << QStringList{"Hi"};
-        QTest::newRow("repeated refrain") << "[00:10.00][00:50.00] Chorus" << QList<double>{10, 50}
-                                          << QStringList{"Chorus", "Chorus"};
+        QTest::newRow("repeated refrain")
+            << "[00:10.00][00:50.00] Chorus" << QList<double>{10, 50} << QStringList{"Chorus", "Chorus"};
         QTest::newRow("sorted by time, untagged lines skipped")
-            << "[ar:Band]\n[00:20.00]Second\r\nno tag here\n[00:05.00]First\n" << QList<double>{5, 20}
-            << QStringList{"First", "Second"};
+            << "[ar:Band]\n[00:20.00]Second\r\nno tag here\n[00:05.00]First\n"
+            << QList<double>{5, 20} << QStringList{"First", "Second"};
         QTest::newRow("empty text keeps its moment") << "[00:03.00]\n" << QList<double>{3} << QStringList{""};
-        QTest::newRow("three-digit minutes are not a tag") << "[100:02.00]x" << QList<double>{} << QStringList{};
+        QTest::newRow("three-digit minutes are not a tag")
+            << "[100:02.00]x" << QList<double>{} << QStringList{};
     }
     void lrcIsParsed()
     {
@@ -86,15 +92,24 @@ private slots:
     {
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("sanitized"); // empty: none
-        QTest::newRow("live and remastered") << "Song (Live) - Remastered 2011" << "Song";
-        QTest::newRow("square brackets") << "Song [Explicit]" << "Song";
-        QTest::newRow("featured artist") << "Song - feat. Someone" << "Song";
-        QTest::newRow("ft without dot") << "Song - ft Someone" << "Song";
-        QTest::newRow("with") << "Song - with Friends" << "Song";
-        QTest::newRow("radio edit") << "Song - Radio Edit" << "Song";
-        QTest::newRow("a dash that names no version stays") << "Rock - Paper" << "";
-        QTest::newRow("unchanged gives none") << "Plain Song" << "";
-        QTest::newRow("nothing left gives none") << "(Intro)" << "";
+        QTest::newRow("live and remastered") << "Song (Live) - Remastered 2011"
+                                             << "Song";
+        QTest::newRow("square brackets") << "Song [Explicit]"
+                                         << "Song";
+        QTest::newRow("featured artist") << "Song - feat. Someone"
+                                         << "Song";
+        QTest::newRow("ft without dot") << "Song - ft Someone"
+                                        << "Song";
+        QTest::newRow("with") << "Song - with Friends"
+                              << "Song";
+        QTest::newRow("radio edit") << "Song - Radio Edit"
+                                    << "Song";
+        QTest::newRow("a dash that names no version stays") << "Rock - Paper"
+                                                            << "";
+        QTest::newRow("unchanged gives none") << "Plain Song"
+                                              << "";
+        QTest::newRow("nothing left gives none") << "(Intro)"
+                                                 << "";
     }
     void titlesAreSanitized()
     {
@@ -116,17 +131,17 @@ private slots:
         QTest::addColumn<QJsonArray>("results");
         QTest::addColumn<double>("duration"); // -1: unknown
         QTest::addColumn<int>("picked");      // index into results, -1: none
-        QTest::newRow("only the one within 8 s") << QJsonArray{answer("[00:01]a", {}, 180), answer("[00:01]b", {}, 200)}
-                                                 << 195.0 << 1;
-        QTest::newRow("closest wins") << QJsonArray{answer("[00:01]a", {}, 190), answer("[00:01]b", {}, 196.5)} << 195.0
-                                      << 1;
-        QTest::newRow("a tie keeps the first") << QJsonArray{answer("[00:01]a", {}, 193), answer("[00:01]b", {}, 197)}
-                                               << 195.0 << 0;
+        QTest::newRow("only the one within 8 s")
+            << QJsonArray{answer("[00:01]a", {}, 180), answer("[00:01]b", {}, 200)} << 195.0 << 1;
+        QTest::newRow("closest wins")
+            << QJsonArray{answer("[00:01]a", {}, 190), answer("[00:01]b", {}, 196.5)} << 195.0 << 1;
+        QTest::newRow("a tie keeps the first")
+            << QJsonArray{answer("[00:01]a", {}, 193), answer("[00:01]b", {}, 197)} << 195.0 << 0;
         QTest::newRow("exactly 8 s away is kept") << QJsonArray{answer("", "words", 187)} << 195.0 << 0;
         QTest::newRow("without a duration it is dropped")
             << QJsonArray{answer("[00:01]a", {}, QJsonValue::Undefined)} << 195.0 << -1;
-        QTest::newRow("empty lyrics are dropped") << QJsonArray{answer("", "", 195), answer("", "words", 199)} << 195.0
-                                                  << 1;
+        QTest::newRow("empty lyrics are dropped")
+            << QJsonArray{answer("", "", 195), answer("", "words", 199)} << 195.0 << 1;
         QTest::newRow("unknown duration takes the first with lyrics")
             << QJsonArray{answer("", "", 10), answer("", "w", 500), answer("[00:01]x", {}, 195)} << -1.0 << 1;
         QTest::newRow("nothing") << QJsonArray{} << 195.0 << -1;
@@ -161,8 +176,10 @@ private slots:
         QCOMPARE(request.path, QStringLiteral("/api/get"));
         QCOMPARE(request.query.queryItemValue(QStringLiteral("track_name"), QUrl::FullyDecoded),
                  QStringLiteral("Song & Dance"));
-        QCOMPARE(request.query.queryItemValue(QStringLiteral("artist_name"), QUrl::FullyDecoded), QStringLiteral("Bänd"));
-        QCOMPARE(request.query.queryItemValue(QStringLiteral("album_name"), QUrl::FullyDecoded), QStringLiteral("A+B"));
+        QCOMPARE(request.query.queryItemValue(QStringLiteral("artist_name"), QUrl::FullyDecoded),
+                 QStringLiteral("Bänd"));
+        QCOMPARE(request.query.queryItemValue(QStringLiteral("album_name"), QUrl::FullyDecoded),
+                 QStringLiteral("A+B"));
         QCOMPARE(request.query.queryItemValue(QStringLiteral("duration")), QStringLiteral("215"));
         QVERIFY(request.headers.value("user-agent").startsWith("Norva/"));
     }
@@ -177,7 +194,9 @@ private slots:
     void unknownOrWildDurationIsLeftOut()
     {
         QFETCH(double, duration);
-        Rig rig([](const LocalHttpServer::Request&) { return LocalHttpServer::Response{200, json(answer("", "x"))}; });
+        Rig rig([](const LocalHttpServer::Request&) {
+            return LocalHttpServer::Response{200, json(answer("", "x"))};
+        });
         rig.lyrics.load(QStringLiteral("S"), QStringLiteral("A"), {},
                         duration == -1.0 ? std::nullopt : std::optional<double>(duration));
         QVERIFY(rig.settled());
@@ -190,11 +209,14 @@ private slots:
         Rig rig([](const LocalHttpServer::Request& request) -> LocalHttpServer::Response {
             if (request.path == QLatin1String("/api/get"))
                 return notFound();
-            if (request.query.queryItemValue(QStringLiteral("track_name"), QUrl::FullyDecoded) == QLatin1String("Song"))
-                return {200, json(QJsonArray{answer("[00:01.00]Found", {}, 300), answer("[00:01.00]Right", {}, 201)})};
+            if (request.query.queryItemValue(QStringLiteral("track_name"), QUrl::FullyDecoded) ==
+                QLatin1String("Song"))
+                return {200, json(QJsonArray{answer("[00:01.00]Found", {}, 300),
+                                             answer("[00:01.00]Right", {}, 201)})};
             return {200, "[]"};
         });
-        rig.lyrics.load(QStringLiteral("Song (Live) - Remastered 2011"), QStringLiteral("Band"), QStringLiteral("LP"), 200);
+        rig.lyrics.load(QStringLiteral("Song (Live) - Remastered 2011"), QStringLiteral("Band"),
+                        QStringLiteral("LP"), 200);
         QVERIFY(rig.settled());
         QCOMPARE(rig.lyrics.state(), State::synced);
         QCOMPARE(rig.lyrics.lines().first().text, QStringLiteral("Right"));
@@ -202,8 +224,8 @@ private slots:
         for (const auto& request : rig.server.requests())
             paths << request.path + QLatin1Char(' ') +
                          request.query.queryItemValue(QStringLiteral("track_name"), QUrl::FullyDecoded);
-        QCOMPARE(paths, (QStringList{"/api/get Song (Live) - Remastered 2011", "/api/search Song (Live) - Remastered 2011",
-                                     "/api/search Song"}));
+        QCOMPARE(paths, (QStringList{"/api/get Song (Live) - Remastered 2011",
+                                     "/api/search Song (Live) - Remastered 2011", "/api/search Song"}));
         QVERIFY(!rig.server.requests().last().query.hasQueryItem(QStringLiteral("album_name")));
     }
 
@@ -228,7 +250,9 @@ private slots:
 
     void sameTrackAgainDoesNothing()
     {
-        Rig rig([](const LocalHttpServer::Request&) { return LocalHttpServer::Response{200, json(answer("", "w"))}; });
+        Rig rig([](const LocalHttpServer::Request&) {
+            return LocalHttpServer::Response{200, json(answer("", "w"))};
+        });
         rig.lyrics.load(QStringLiteral("S"), QStringLiteral("A"), {}, 100);
         rig.lyrics.load(QStringLiteral("S"), QStringLiteral("A"), {}, 100);
         QVERIFY(rig.settled());
@@ -293,12 +317,15 @@ private slots:
     void silentServiceTimesOut()
     {
         test::LogCapture log;
-        Rig rig([](const LocalHttpServer::Request&) { return LocalHttpServer::Response{200, {}, false, true}; });
+        Rig rig([](const LocalHttpServer::Request&) {
+            return LocalHttpServer::Response{200, {}, false, true};
+        });
         rig.lyrics.setRequestTimeout(200); // stands in for the 10 s of a real run
         rig.lyrics.load(QStringLiteral("S"), QStringLiteral("A"), {}, 100);
         QVERIFY(rig.settled());
         QCOMPARE(rig.lyrics.state(), State::failed);
-        QVERIFY(log.contains(QStringLiteral("Norva music: fetching lyrics failed (LRCLIB did not answer in time)")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva music: fetching lyrics failed (LRCLIB did not answer in time)")));
     }
 
     void answerForAnOldTrackIsDropped()
@@ -319,7 +346,9 @@ private slots:
 
     void offlineMakesNoRequestAndRecoversOnline()
     {
-        Rig rig([](const LocalHttpServer::Request&) { return LocalHttpServer::Response{200, json(answer("", "w"))}; });
+        Rig rig([](const LocalHttpServer::Request&) {
+            return LocalHttpServer::Response{200, json(answer("", "w"))};
+        });
         rig.lyrics.setOffline(true);
         rig.lyrics.load(QStringLiteral("S"), QStringLiteral("A"), {}, 100);
         QCOMPARE(rig.lyrics.state(), State::failed);

@@ -1,6 +1,6 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
-#include "StandIn.h"
+#include "MediaTestSupport.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -9,7 +9,6 @@
 #include "media/MusicManager.h"
 #include "platform/linux/PreferencesFile.h"
 
-#include <QBuffer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -52,17 +51,6 @@ MediaSnapshot track(const QString& title, bool playing, double elapsed = 10, dou
     return s;
 }
 
-QByteArray png(const QColor& colour)
-{
-    QImage image(8, 8, QImage::Format_RGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
 } // namespace
 
 class MusicManagerTest : public QObject {
@@ -80,23 +68,22 @@ class MusicManagerTest : public QObject {
         bool scriptingExists = true;
         std::unique_ptr<MusicManager> manager;
 
-        explicit Rig(LyricsManager* lyrics = nullptr, ScriptRunner volume = ScriptRunner(QStringLiteral("/nonexistent")))
+        explicit Rig(LyricsManager* lyrics = nullptr,
+                     ScriptRunner volume = ScriptRunner(QStringLiteral("/nonexistent")))
         {
+            // Each factory answers nothing while its backend "does not exist here".
+            auto factory = [this](const QString& name, const bool& exists, FakeBackend*& made) {
+                return [this, name, &exists, &made]() -> std::unique_ptr<MediaBackend> {
+                    if (!exists)
+                        return nullptr;
+                    auto backend = std::make_unique<FakeBackend>(name, &journal);
+                    made = backend.get();
+                    return backend;
+                };
+            };
             MusicManager::Backends backends;
-            backends.adapter = [this]() -> std::unique_ptr<MediaBackend> {
-                if (!adapterFound)
-                    return nullptr;
-                auto made = std::make_unique<FakeBackend>(QStringLiteral("adapter"), &journal);
-                adapter = made.get();
-                return made;
-            };
-            backends.scripting = [this]() -> std::unique_ptr<MediaBackend> {
-                if (!scriptingExists)
-                    return nullptr;
-                auto made = std::make_unique<FakeBackend>(QStringLiteral("scripting"), &journal);
-                scripting = made.get();
-                return made;
-            };
+            backends.adapter = factory(QStringLiteral("adapter"), adapterFound, adapter);
+            backends.scripting = factory(QStringLiteral("scripting"), scriptingExists, scripting);
             manager = std::make_unique<MusicManager>(clock, &settings, backends, lyrics, volume);
         }
         void deliver(const MediaSnapshot& snapshot)
@@ -105,7 +92,10 @@ class MusicManagerTest : public QObject {
             update.snapshot = snapshot;
             current()->sink.onUpdate(update);
         }
-        FakeBackend* current() { return manager->source() == MusicManager::Source::adapter ? adapter : scripting; }
+        FakeBackend* current()
+        {
+            return manager->source() == MusicManager::Source::adapter ? adapter : scripting;
+        }
     };
 
 private slots:
@@ -136,9 +126,11 @@ private slots:
         rig.adapter->sink.onFailure();
         QCOMPARE(rig.manager->source(), MusicManager::Source::adapter); // handed over after the call returns
         QTRY_COMPARE(rig.manager->source(), MusicManager::Source::scripting);
-        QCOMPARE(rig.journal, (QStringList{QStringLiteral("adapter started"), QStringLiteral("adapter stopped"),
-                                           QStringLiteral("scripting started")}));
-        QCOMPARE(log.count(QStringLiteral("Norva: media adapter unavailable, falling back to AppleScript")), 1);
+        QCOMPARE(rig.journal,
+                 (QStringList{QStringLiteral("adapter started"), QStringLiteral("adapter stopped"),
+                              QStringLiteral("scripting started")}));
+        QCOMPARE(log.count(QStringLiteral("Norva: media adapter unavailable, falling back to AppleScript")),
+                 1);
         // A failure from scripting does not bring the adapter back.
         rig.scripting->sink.onFailure();
         QTest::qWait(20);
@@ -179,7 +171,8 @@ private slots:
         QTest::newRow("playing moves on") << true << 10.0 << 200.0 << 1.0 << 5.0 << 15.0 << 0.075;
         QTest::newRow("double rate") << true << 10.0 << 200.0 << 2.0 << 5.0 << 20.0 << 0.1;
         QTest::newRow("zero rate counts as normal") << true << 10.0 << 200.0 << 0.0 << 5.0 << 15.0 << 0.075;
-        QTest::newRow("unknown rate counts as normal") << true << 10.0 << 200.0 << -1.0 << 5.0 << 15.0 << 0.075;
+        QTest::newRow("unknown rate counts as normal")
+            << true << 10.0 << 200.0 << -1.0 << 5.0 << 15.0 << 0.075;
         QTest::newRow("capped at the duration") << true << 190.0 << 200.0 << 1.0 << 30.0 << 200.0 << 1.0;
         QTest::newRow("paused stands still") << false << 10.0 << 200.0 << 1.0 << 30.0 << 10.0 << 0.05;
         QTest::newRow("no elapsed shows none") << true << -1.0 << 200.0 << 1.0 << 5.0 << -1.0 << 0.0;
@@ -319,7 +312,7 @@ private slots:
         update.snapshot = track(QStringLiteral("A"), true);
         update.snapshot.artworkKey = QStringLiteral("k1");
         update.artworkChanged = true;
-        update.artworkData = png(QColor(200, 30, 30));
+        update.artworkData = test::pngBytes(QColor(200, 30, 30));
         update.artwork = QImage::fromData(update.artworkData);
         rig.adapter->sink.onUpdate(update);
         QVERIFY(rig.manager->artworkSource().startsWith(QStringLiteral("data:image/png;base64,")));
@@ -341,8 +334,10 @@ private slots:
         rig.adapter->sink.onUpdate(update);
         QCOMPARE(rig.manager->albumAccentColor(), QColor(Qt::white));
         QVERIFY(rig.manager->albumWash().isNull());
-        QVERIFY(log.contains(QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)")));
-        QVERIFY(log.contains(QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)")));
     }
 
     void volumeGoesThroughTheScriptRunner()
@@ -368,7 +363,8 @@ private slots:
         Rig rig(nullptr, ScriptRunner(osascript));
         rig.manager->setVolume(0.3);
         QTRY_COMPARE(rig.manager->notice(), QStringLiteral("Couldn't change the volume."));
-        QVERIFY(log.contains(QStringLiteral("Norva music: setting the volume failed (osascript exited with 1)")));
+        QVERIFY(
+            log.contains(QStringLiteral("Norva music: setting the volume failed (osascript exited with 1)")));
         rig.clock.advance(Seconds(MusicManager::noticeDuration));
         QVERIFY(rig.manager->notice().isEmpty());
     }
@@ -390,11 +386,16 @@ private slots:
     {
         QTest::addColumn<QString>("bundle");
         QTest::addColumn<QString>("name");
-        QTest::newRow("Spotify") << "com.spotify.client" << "Spotify";
-        QTest::newRow("a browser") << "org.mozilla.firefox" << "Firefox";
-        QTest::newRow("a desktop entry") << "rhythmbox" << "Rhythmbox";
-        QTest::newRow("unknown reverse domain") << "org.example.tunes" << "Tunes";
-        QTest::newRow("none") << "" << "";
+        QTest::newRow("Spotify") << "com.spotify.client"
+                                 << "Spotify";
+        QTest::newRow("a browser") << "org.mozilla.firefox"
+                                   << "Firefox";
+        QTest::newRow("a desktop entry") << "rhythmbox"
+                                         << "Rhythmbox";
+        QTest::newRow("unknown reverse domain") << "org.example.tunes"
+                                                << "Tunes";
+        QTest::newRow("none") << ""
+                              << "";
     }
     void sourceAppNames()
     {

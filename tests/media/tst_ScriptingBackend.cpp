@@ -1,11 +1,10 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
-#include "StandIn.h"
+#include "MediaTestSupport.h"
 #include "TestMain.h"
 
 #include "media/ScriptingBackend.h"
 
-#include <QBuffer>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -17,27 +16,31 @@ namespace {
 
 // A stand-in osascript: writes down every script it is given and answers from files the test
 // leaves next to it (<player>.reply, <player>.error with <player>.status, artwork.reply).
-const QByteArray kOsascript =
-    "dir=$(dirname \"$0\")\n"
-    "script=$(cat)\n"
-    "printf '%s\\n---\\n' \"$script\" >> \"$dir/calls.log\"\n"
-    "case \"$script\" in\n"
-    "  *'raw data of artwork'*) name=artwork ;;\n"
-    "  'tell application \"Spotify\"'*'set sep'*) name=spotify ;;\n"
-    "  'tell application \"Music\"'*'set sep'*) name=music ;;\n"
-    "  *) name=command ;;\n"
-    "esac\n"
-    "if [ -e \"$dir/$name.error\" ]; then cat \"$dir/$name.error\" >&2; exit \"$(cat \"$dir/$name.status\")\"; fi\n"
-    "[ -e \"$dir/$name.reply\" ] && cat \"$dir/$name.reply\"\n"
-    "exit 0\n";
+const QByteArray kOsascript = "dir=$(dirname \"$0\")\n"
+                              "script=$(cat)\n"
+                              "printf '%s\\n---\\n' \"$script\" >> \"$dir/calls.log\"\n"
+                              "case \"$script\" in\n"
+                              "  *'raw data of artwork'*) name=artwork ;;\n"
+                              "  'tell application \"Spotify\"'*'set sep'*) name=spotify ;;\n"
+                              "  'tell application \"Music\"'*'set sep'*) name=music ;;\n"
+                              "  *) name=command ;;\n"
+                              "esac\n"
+                              "if [ -e \"$dir/$name.error\" ]; then cat \"$dir/$name.error\" >&2; exit "
+                              "\"$(cat \"$dir/$name.status\")\"; fi\n"
+                              "[ -e \"$dir/$name.reply\" ] && cat \"$dir/$name.reply\"\n"
+                              "exit 0\n";
 
-const QString kSpotifyScript = QStringLiteral(
-    "tell application \"Spotify\"\n\tset sep to character id 31\n\ttry\n\t\tif player state is stopped then return "
-    "\"stopped\"\n\t\tset t to current track\n\t\tset st to (player state as text)\n\t\treturn st & sep & (name of t "
-    "as text) & sep & (artist of t as text) & sep & (album of t as text) & sep & (player position as text) & sep & "
-    "((duration of t) as text) & sep & ((id of t) as text) & sep & (artwork url of t as text)\n\ton error errText "
-    "number errNumber\n\t\tif errNumber is -1743 or errNumber is -1744 then error errText number errNumber\n\t\treturn "
-    "\"stopped\"\n\tend try\nend tell");
+const QString kSpotifyScript = QStringLiteral("tell application \"Spotify\"\n\tset sep to character id "
+                                              "31\n\ttry\n\t\tif player state is stopped then return "
+                                              "\"stopped\"\n\t\tset t to current track\n\t\tset st to "
+                                              "(player state as text)\n\t\treturn st & sep & (name of t "
+                                              "as text) & sep & (artist of t as text) & sep & (album of t as "
+                                              "text) & sep & (player position as text) & sep & "
+                                              "((duration of t) as text) & sep & ((id of t) as text) & sep & "
+                                              "(artwork url of t as text)\n\ton error errText "
+                                              "number errNumber\n\t\tif errNumber is -1743 or errNumber is "
+                                              "-1744 then error errText number errNumber\n\t\treturn "
+                                              "\"stopped\"\n\tend try\nend tell");
 
 QByteArray reply(const QStringList& fields)
 {
@@ -58,7 +61,8 @@ class ScriptingBackendTest : public QObject {
 
         Rig()
         {
-            const QString osascript = test::writeScript(dir.filePath(QStringLiteral("osascript")), kOsascript);
+            const QString osascript =
+                test::writeScript(dir.filePath(QStringLiteral("osascript")), kOsascript);
             backend = std::make_unique<ScriptingBackend>(clock, ScriptRunner(osascript));
         }
         void put(const QString& name, const QByteArray& content) const
@@ -69,7 +73,8 @@ class ScriptingBackendTest : public QObject {
         }
         void start()
         {
-            backend->start(MediaSink{[this](const MediaUpdate& u) { updates << u; }, {},
+            backend->start(MediaSink{[this](const MediaUpdate& u) { updates << u; },
+                                     {},
                                      [this](const MusicTrouble& t) { troubles << t; }});
         }
         QStringList calls() const
@@ -111,21 +116,23 @@ private slots:
         auto join = [sep](QStringList f) { return f.join(sep) + QLatin1Char('\n'); };
         QTest::newRow("Spotify duration in milliseconds")
             << int(Player::spotify)
-            << join({"playing", "Song", "Band", "Album", "12.5", "215000", "spotify:track:1", "https://i/a.jpg"})
+            << join({"playing", "Song", "Band", "Album", "12.5", "215000", "spotify:track:1",
+                     "https://i/a.jpg"})
             << true << true << 12.5 << 215.0 << "spotify:track:1";
         QTest::newRow("Music duration in seconds with a decimal comma")
-            << int(Player::music) << join({"paused", "Song", "Band", "Album", "3,25", "215,5", "ABC123"}) << true
-            << false << 3.25 << 215.5 << "ABC123";
+            << int(Player::music) << join({"paused", "Song", "Band", "Album", "3,25", "215,5", "ABC123"})
+            << true << false << 3.25 << 215.5 << "ABC123";
         QTest::newRow("stopped") << int(Player::music) << "stopped\n" << false << false << -1.0 << -1.0 << "";
         QTest::newRow("empty reply") << int(Player::spotify) << "" << false << false << -1.0 << -1.0 << "";
-        QTest::newRow("too few fields") << int(Player::spotify) << join({"playing", "Song", "Band"}) << false << false
-                                        << -1.0 << -1.0 << "";
+        QTest::newRow("too few fields") << int(Player::spotify) << join({"playing", "Song", "Band"}) << false
+                                        << false << -1.0 << -1.0 << "";
     }
     void repliesAreRead()
     {
         QFETCH(int, player);
         QFETCH(QString, reply);
-        const auto reading = ScriptingBackend::parseReply(Player(player), reply, QDateTime::currentDateTimeUtc());
+        const auto reading =
+            ScriptingBackend::parseReply(Player(player), reply, QDateTime::currentDateTimeUtc());
         QTEST(reading.snapshot.hasTrack, "hasTrack");
         QTEST(reading.snapshot.isPlaying, "playing");
         QTEST(reading.snapshot.elapsed.value_or(-1.0), "elapsed");
@@ -193,13 +200,14 @@ private slots:
             << QByteArray("1") << int(MusicTrouble::Kind::permission)
             << "Norva isn't allowed to control Spotify. Allow it in System Settings > Privacy & Security > "
                "Automation.";
-        QTest::newRow("must still allow (-1744)") << QByteArray("execution error: (-1744)\n") << QByteArray("1")
-                                                  << int(MusicTrouble::Kind::permission)
-                                                  << "Norva isn't allowed to control Spotify. Allow it in System "
-                                                     "Settings > Privacy & Security > Automation.";
-        QTest::newRow("another error") << QByteArray("syntax error: nope (-2740)\n") << QByteArray("2")
-                                       << int(MusicTrouble::Kind::scriptFailed)
-                                       << "osascript exited with 2: syntax error: nope (-2740)";
+        QTest::newRow("must still allow (-1744)")
+            << QByteArray("execution error: (-1744)\n") << QByteArray("1")
+            << int(MusicTrouble::Kind::permission)
+            << "Norva isn't allowed to control Spotify. Allow it in System "
+               "Settings > Privacy & Security > Automation.";
+        QTest::newRow("another error")
+            << QByteArray("syntax error: nope (-2740)\n") << QByteArray("2")
+            << int(MusicTrouble::Kind::scriptFailed) << "osascript exited with 2: syntax error: nope (-2740)";
     }
     void refusalAndFailureBecomeTroubles()
     {
@@ -231,8 +239,9 @@ private slots:
         rig.clock.advance(Seconds(0.3));
         QTRY_COMPARE(rig.updates.size(), 2);
         rig.backend->seek(42.25);
-        QTRY_COMPARE(rig.callsContaining(QStringLiteral("tell application \"Music\" to set player position to 42.25")),
-                     1);
+        QTRY_COMPARE(
+            rig.callsContaining(QStringLiteral("tell application \"Music\" to set player position to 42.25")),
+            1);
     }
 
     void failingSeekIsLogged()
@@ -245,18 +254,14 @@ private slots:
         rig.start();
         QTRY_COMPARE(rig.updates.size(), 1);
         rig.backend->seek(10);
-        QTRY_VERIFY(log.contains(QStringLiteral("Norva music: seeking in Spotify failed (osascript exited with 1)")));
+        QTRY_VERIFY(
+            log.contains(QStringLiteral("Norva music: seeking in Spotify failed (osascript exited with 1)")));
     }
 
     void musicArtworkIsFetchedOncePerTrack()
     {
         Rig rig;
-        QImage image(3, 3, QImage::Format_RGB32);
-        image.fill(Qt::blue);
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        image.save(&buffer, "PNG");
+        const QByteArray png = test::pngBytes(Qt::blue, 3);
         rig.put("artwork.reply", "«data PNGf" + png.toHex().toUpper() + "»\n");
         rig.put("music.reply", reply({"playing", "Loud", "C", "D", "2", "200", "m1"}));
         rig.start();
