@@ -17,6 +17,7 @@ run_packages=(
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
     unzip
+    mpv mpv-mpris
 )
 
 wanted=("${build_packages[@]}" "${run_packages[@]}")

@@ -13,8 +13,9 @@ std::optional<QColor> AlbumTintReader::accentColor(const QImage& artwork)
 {
     if (artwork.isNull())
         return std::nullopt;
-    const QImage small = artwork.scaled(sampleSize, sampleSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                             .convertToFormat(QImage::Format_RGB32);
+    const QImage small =
+        artwork.scaled(sampleSize, sampleSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .convertToFormat(QImage::Format_RGB32);
     double lively[3] = {0, 0, 0};
     double all[3] = {0, 0, 0};
     int livelyCount = 0;
@@ -40,7 +41,8 @@ std::optional<QColor> AlbumTintReader::accentColor(const QImage& artwork)
 
 QColor AlbumTintReader::tint(const QColor& accent)
 {
-    return QColor::fromHsvF(accent.hsvHueF(), accent.hsvSaturationF(), float(accent.valueF() * kTintDarkness));
+    return QColor::fromHsvF(accent.hsvHueF(), accent.hsvSaturationF(),
+                            float(accent.valueF() * kTintDarkness));
 }
 
 } // namespace norva

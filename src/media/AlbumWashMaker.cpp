@@ -6,7 +6,8 @@ QImage AlbumWashMaker::wash(const QImage& artwork)
 {
     if (artwork.isNull())
         return {};
-    const QImage coarse = artwork.scaled(coarseSize, coarseSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage coarse =
+        artwork.scaled(coarseSize, coarseSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return coarse.scaled(washSize, washSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
         .convertToFormat(QImage::Format_RGB32);
 }

@@ -1,6 +1,7 @@
 #include "media/LyricsManager.h"
 
 #include "app/Log.h"
+#include "app/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -30,7 +31,25 @@ QString lyricsText(const QJsonObject& answer)
 
 const QUrl LyricsManager::defaultBaseAddress = QUrl(QStringLiteral("https://lrclib.net"));
 
+const QString LyricsManager::addressKey = QStringLiteral("music.lyricsAddress.v1");
+
 LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m_clock(clock) {}
+
+QUrl LyricsManager::baseAddressFrom(const SettingsStore& settings)
+{
+    const QUrl stored(settings.storedText(addressKey).value_or(QString()).trimmed());
+    const bool usable =
+        stored.isValid() && !stored.host().isEmpty() &&
+        (stored.scheme() == QLatin1String("https") || stored.scheme() == QLatin1String("http"));
+    return usable ? stored : defaultBaseAddress;
+}
+
+void LyricsManager::follow(SettingsStore& settings)
+{
+    setBaseAddress(baseAddressFrom(settings));
+    connect(&settings, &SettingsStore::changed, this,
+            [this, &settings] { setBaseAddress(baseAddressFrom(settings)); });
+}
 
 void LyricsManager::watchReachability()
 {
@@ -130,8 +149,8 @@ void LyricsManager::search(const QString& key, QList<SearchAttempt> attempts)
     }
     const SearchAttempt attempt = attempts.takeFirst();
     request(QStringLiteral("/api/search"),
-            {{QStringLiteral("track_name"), attempt.title}, {QStringLiteral("artist_name"), attempt.artist}}, key,
-            [this, key, attempts](int status, const QByteArray& body) {
+            {{QStringLiteral("track_name"), attempt.title}, {QStringLiteral("artist_name"), attempt.artist}},
+            key, [this, key, attempts](int status, const QByteArray& body) {
                 if (status == kHttpOk) {
                     const auto pick = pickBest(QJsonDocument::fromJson(body).array(), m_track.duration);
                     if (pick) {
@@ -282,8 +301,9 @@ std::optional<QString> LyricsManager::sanitizedTitle(const QString& title)
 {
     static const QRegularExpression brackets(QStringLiteral("\\s*[(\\[][^)\\]]*[)\\]]"));
     static const QRegularExpression suffix(
-        QStringLiteral("\\s*-\\s*((feat\\.?|ft\\.?|with)\\s.*|.*\\b(remaster(ed)?|live|version|edit|mix|acoustic|"
-                       "demo|mono|stereo)\\b.*)$"),
+        QStringLiteral(
+            "\\s*-\\s*((feat\\.?|ft\\.?|with)\\s.*|.*\\b(remaster(ed)?|live|version|edit|mix|acoustic|"
+            "demo|mono|stereo)\\b.*)$"),
         QRegularExpression::CaseInsensitiveOption);
     QString cleaned = title;
     cleaned.remove(brackets);

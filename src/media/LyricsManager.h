@@ -18,6 +18,8 @@ class QNetworkReply;
 
 namespace norva {
 
+class SettingsStore;
+
 // Finds the lyrics of the playing track on LRCLIB, time-synced lines when there are any, and
 // publishes them with a loading state for the lyrics pane. Finished results are cached per track;
 // a transient failure is not, and the track is not asked again for 45 s unless retried.
@@ -27,6 +29,8 @@ class LyricsManager : public QObject {
     Q_PROPERTY(QVariantList lines READ lineList NOTIFY stateChanged)
     Q_PROPERTY(QString plainText READ plainText NOTIFY stateChanged)
     Q_PROPERTY(bool synced READ isSynced NOTIFY stateChanged)
+    Q_PROPERTY(bool plain READ isPlain NOTIFY stateChanged)
+    Q_PROPERTY(bool failed READ isFailed NOTIFY stateChanged)
     Q_PROPERTY(bool isOffline READ isOffline NOTIFY offlineChanged)
     Q_PROPERTY(QString message READ message NOTIFY stateChanged)
 
@@ -41,7 +45,7 @@ public:
         bool operator==(const SearchAttempt&) const = default;
     };
 
-    static const QUrl defaultBaseAddress; // https://lrclib.net
+    static const QUrl defaultBaseAddress;            // https://lrclib.net
     static constexpr double retryDelay = 45.0;       // seconds a failed track waits before it is asked again
     static constexpr int requestTimeoutMs = 10000;   // one request's time-out
     static constexpr double durationTolerance = 8.0; // seconds a search result's length may differ
@@ -50,13 +54,19 @@ public:
 
     // Where LRCLIB is reached (a setting; tests point it at 127.0.0.1).
     void setBaseAddress(const QUrl& address) { m_baseAddress = address; }
+    // Takes the base address from the preference "music.lyricsAddress.v1", now and on every change;
+    // absent or not an http(s) address, LRCLIB's public address holds.
+    void follow(SettingsStore& settings);
+    static QUrl baseAddressFrom(const SettingsStore& settings);
+    static const QString addressKey;
     QUrl baseAddress() const { return m_baseAddress; }
     void setRequestTimeout(int ms) { m_timeoutMs = ms; }
     // Follows the system's reachability when it can tell; otherwise network errors are transient.
     void watchReachability();
     void setOffline(bool offline);
 
-    void load(const QString& title, const QString& artist, const QString& album, std::optional<double> duration);
+    void load(const QString& title, const QString& artist, const QString& album,
+              std::optional<double> duration);
     void clear();
     Q_INVOKABLE void retry();
 
@@ -65,6 +75,8 @@ public:
     QVariantList lineList() const;
     QString plainText() const { return m_plain; }
     bool isSynced() const { return m_state == State::synced; }
+    bool isPlain() const { return m_state == State::plain; }
+    bool isFailed() const { return m_state == State::failed; }
     bool isOffline() const { return m_offline; }
     QString message() const;
     QDateTime retryAfter() const { return m_retryAfter; }

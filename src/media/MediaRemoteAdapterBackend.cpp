@@ -25,7 +25,8 @@ QString text(const QJsonObject& state, const QString& key)
     return value.isString() ? value.toString() : QString();
 }
 
-std::optional<double> secondsFrom(const QJsonObject& state, const QString& microsKey, const QString& secondsKey)
+std::optional<double> secondsFrom(const QJsonObject& state, const QString& microsKey,
+                                  const QString& secondsKey)
 {
     if (const auto micros = MediaRemoteAdapterBackend::doubleValue(state.value(microsKey)))
         return *micros / 1'000'000.0;
@@ -80,10 +81,12 @@ std::optional<AdapterCommand> MediaRemoteAdapterBackend::Locator::locate(const Q
 
 MediaRemoteAdapterBackend::MediaRemoteAdapterBackend(Clock& clock, AdapterCommand command, QObject* parent)
     : QObject(parent), m_clock(clock), m_command(std::move(command))
-{
-}
+{}
 
-MediaRemoteAdapterBackend::~MediaRemoteAdapterBackend() { stop(); }
+MediaRemoteAdapterBackend::~MediaRemoteAdapterBackend()
+{
+    stop();
+}
 
 void MediaRemoteAdapterBackend::start(MediaSink sink)
 {
@@ -131,9 +134,9 @@ void MediaRemoteAdapterBackend::spawn()
         fail();
     });
     m_startedAt = m_clock.now();
-    m_process->start(m_command.program, m_command.leadingArguments + QStringList{QStringLiteral("stream"),
-                                                                                 QStringLiteral("--micros"),
-                                                                                 QStringLiteral("--debounce=100")});
+    m_process->start(m_command.program, m_command.leadingArguments +
+                                            QStringList{QStringLiteral("stream"), QStringLiteral("--micros"),
+                                                        QStringLiteral("--debounce=100")});
 }
 
 void MediaRemoteAdapterBackend::onStreamEnded(int exitCode, QProcess::ExitStatus status)
@@ -159,10 +162,11 @@ void MediaRemoteAdapterBackend::onStreamEnded(int exitCode, QProcess::ExitStatus
         m_restartWork = m_clock.after(Seconds(restartDelay), [this] { spawn(); });
         return;
     }
-    logLine(QStringLiteral("Norva music: the media adapter is given up (it %1 after %2 s, %3 restarts before)")
-                .arg(how)
-                .arg(std::lround(lived))
-                .arg(m_restarts));
+    logLine(
+        QStringLiteral("Norva music: the media adapter is given up (it %1 after %2 s, %3 restarts before)")
+            .arg(how)
+            .arg(std::lround(lived))
+            .arg(m_restarts));
     fail();
 }
 
@@ -188,7 +192,8 @@ void MediaRemoteAdapterBackend::ingest(const QByteArray& bytes)
         const QJsonObject object = document.object();
         if (object.value(QStringLiteral("type")).toString() != QLatin1String("data"))
             continue;
-        apply(object.value(QStringLiteral("payload")).toObject(), object.value(QStringLiteral("diff")).toBool());
+        apply(object.value(QStringLiteral("payload")).toObject(),
+              object.value(QStringLiteral("diff")).toBool());
     }
 }
 
@@ -258,7 +263,8 @@ void MediaRemoteAdapterBackend::publish()
 
 void MediaRemoteAdapterBackend::send(MediaCommand command)
 {
-    runOneShot({QStringLiteral("send"), QString::number(adapterCode(command))}, QStringLiteral("sending a command"));
+    runOneShot({QStringLiteral("send"), QString::number(adapterCode(command))},
+               QStringLiteral("sending a command"));
 }
 
 void MediaRemoteAdapterBackend::seek(double seconds)

@@ -57,11 +57,11 @@ public:
     // Builds the snapshot from a state dictionary; `now` stands in when it carries no timestamp.
     static MediaSnapshot snapshotFrom(const QJsonObject& state, const QDateTime& now);
 
-    static constexpr double restartDelay = 1.0;      // seconds before a healthy stream is respawned
-    static constexpr double youngDeath = 10.0;       // a stream that dies sooner is taken as broken
-    static constexpr double settledLife = 30.0;      // a life this long forgets earlier restarts
-    static constexpr int maxQuickRestarts = 3;       // restarts tried while lives stay short
-    static constexpr int oneShotTimeoutMs = 4000;    // a send or seek that hangs is ended
+    static constexpr double restartDelay = 1.0;   // seconds before a healthy stream is respawned
+    static constexpr double youngDeath = 10.0;    // a stream that dies sooner is taken as broken
+    static constexpr double settledLife = 30.0;   // a life this long forgets earlier restarts
+    static constexpr int maxQuickRestarts = 3;    // restarts tried while lives stay short
+    static constexpr int oneShotTimeoutMs = 4000; // a send or seek that hangs is ended
 
 private:
     void spawn();

@@ -29,16 +29,17 @@ struct LaunchablePlayer {
 #ifdef Q_OS_MACOS
 constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "Spotify"}, {"Music", "Music"}};
 #else
-constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "spotify"},       {"Rhythmbox", "rhythmbox"},
-                                         {"Elisa", "elisa"},           {"Strawberry", "strawberry"},
-                                         {"Audacious", "audacious"},   {"VLC", "vlc"}};
+constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "spotify"},     {"Rhythmbox", "rhythmbox"},
+                                         {"Elisa", "elisa"},         {"Strawberry", "strawberry"},
+                                         {"Audacious", "audacious"}, {"VLC", "vlc"}};
 #endif
 
 bool playerInstalled(const LaunchablePlayer& player)
 {
 #ifdef Q_OS_MACOS
     return QFileInfo::exists(QStringLiteral("/Applications/%1.app").arg(QLatin1String(player.program))) ||
-           QFileInfo::exists(QStringLiteral("/System/Applications/%1.app").arg(QLatin1String(player.program)));
+           QFileInfo::exists(
+               QStringLiteral("/System/Applications/%1.app").arg(QLatin1String(player.program)));
 #else
     return !QStandardPaths::findExecutable(QLatin1String(player.program)).isEmpty();
 #endif
@@ -48,9 +49,11 @@ QString dataUrl(const QByteArray& bytes)
 {
     QBuffer buffer;
     buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
     const QByteArray format = QImageReader::imageFormat(&buffer);
     const QByteArray mime = format.isEmpty() ? QByteArrayLiteral("image") : "image/" + format;
-    return QStringLiteral("data:%1;base64,%2").arg(QString::fromLatin1(mime), QString::fromLatin1(bytes.toBase64()));
+    return QStringLiteral("data:%1;base64,%2")
+        .arg(QString::fromLatin1(mime), QString::fromLatin1(bytes.toBase64()));
 }
 
 QString pngDataUrl(const QImage& image)
@@ -89,8 +92,8 @@ MusicManager::Backends MusicManager::systemBackends(Clock& clock)
 
 MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics,
                            ScriptRunner volumeRunner, QObject* parent)
-    : QObject(parent), m_clock(clock), m_settings(settings), m_backends(std::move(backends)), m_lyrics(lyrics),
-      m_volumeRunner(std::move(volumeRunner))
+    : QObject(parent), m_clock(clock), m_settings(settings), m_backends(std::move(backends)),
+      m_lyrics(lyrics), m_volumeRunner(std::move(volumeRunner))
 {
     if (m_settings)
         connect(m_settings, &SettingsStore::changed, this, [this] {
@@ -99,7 +102,10 @@ MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backe
         });
 }
 
-MusicManager::~MusicManager() { stop(); }
+MusicManager::~MusicManager()
+{
+    stop();
+}
 
 void MusicManager::start()
 {
@@ -173,7 +179,8 @@ void MusicManager::switchToScripting()
     }
     ++m_generation;
     m_source = Source::none;
-    logLine(QStringLiteral("Norva music: no player can be asked what plays (osascript is not on this system)"));
+    logLine(
+        QStringLiteral("Norva music: no player can be asked what plays (osascript is not on this system)"));
     MediaUpdate nothing;
     nothing.snapshot.timestamp = m_clock.now();
     nothing.artworkChanged = !m_artwork.isNull();
@@ -230,7 +237,8 @@ void MusicManager::takeArtwork(const MediaUpdate& update)
     m_washSource.clear();
     if (m_artwork.isNull()) {
         if (!update.artworkData.isEmpty()) {
-            logLine(QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)"));
+            logLine(
+                QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)"));
             logLine(QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)"));
         }
         emit albumColoursChanged();
@@ -240,7 +248,10 @@ void MusicManager::takeArtwork(const MediaUpdate& update)
     const QImage artwork = m_artwork;
     const QString artworkKey = m_snapshot.artworkKey;
     runOffMain<AlbumColours>(
-        this, [artwork] { return AlbumColours{AlbumTintReader::accentColor(artwork), AlbumWashMaker::wash(artwork)}; },
+        this,
+        [artwork] {
+            return AlbumColours{AlbumTintReader::accentColor(artwork), AlbumWashMaker::wash(artwork)};
+        },
         [this, artworkKey](AlbumColours colours) {
             if (artworkKey != m_snapshot.artworkKey || !colours.accent)
                 return; // the artwork changed again meanwhile
@@ -338,8 +349,8 @@ void MusicManager::setVolume(double level)
         return;
     const double clamped = std::clamp(level, 0.0, 1.0);
     const int percent = static_cast<int>(std::lround(clamped * kFullVolume));
-    m_volumeRunner.run(this, QStringLiteral("set volume output volume ") + QString::number(percent), volumeTimeoutMs,
-                       [this, clamped](const ProcessResult& result) {
+    m_volumeRunner.run(this, QStringLiteral("set volume output volume ") + QString::number(percent),
+                       volumeTimeoutMs, [this, clamped](const ProcessResult& result) {
                            if (!result.succeeded()) {
                                logLine(QStringLiteral("Norva music: setting the volume failed (%1)")
                                            .arg(ScriptRunner::failureText(result)));
@@ -351,9 +362,15 @@ void MusicManager::setVolume(double level)
                        });
 }
 
-bool MusicManager::reducesMotion() const { return m_settings && m_settings->reducedMotion(); }
+bool MusicManager::reducesMotion() const
+{
+    return m_settings && m_settings->reducedMotion();
+}
 
-QObject* MusicManager::lyricsObject() const { return m_lyrics; }
+QObject* MusicManager::lyricsObject() const
+{
+    return m_lyrics;
+}
 
 QStringList MusicManager::launchablePlayers() const
 {
@@ -396,6 +413,7 @@ QString MusicManager::appNameFor(const QString& bundleIdentifier)
         {QStringLiteral("com.google.Chrome"), QStringLiteral("Chrome")},
         {QStringLiteral("org.mozilla.firefox"), QStringLiteral("Firefox")},
         {QStringLiteral("vlc"), QStringLiteral("VLC")},
+        {QStringLiteral("mpv"), QStringLiteral("mpv")},
     };
     if (bundleIdentifier.isEmpty())
         return {};

@@ -30,10 +30,12 @@ std::optional<double> decimal(QString text)
 
 ScriptingBackend::ScriptingBackend(Clock& clock, ScriptRunner runner, QObject* parent)
     : QObject(parent), m_clock(clock), m_runner(std::move(runner))
-{
-}
+{}
 
-ScriptingBackend::~ScriptingBackend() { stop(); }
+ScriptingBackend::~ScriptingBackend()
+{
+    stop();
+}
 
 QString ScriptingBackend::name(Player player)
 {
@@ -42,7 +44,8 @@ QString ScriptingBackend::name(Player player)
 
 QString ScriptingBackend::bundleIdentifier(Player player)
 {
-    return player == Player::spotify ? QStringLiteral("com.spotify.client") : QStringLiteral("com.apple.Music");
+    return player == Player::spotify ? QStringLiteral("com.spotify.client")
+                                     : QStringLiteral("com.apple.Music");
 }
 
 QString ScriptingBackend::pollScript(Player player)
@@ -52,21 +55,24 @@ QString ScriptingBackend::pollScript(Player player)
     const QString artworkField =
         player == Player::spotify ? QStringLiteral(" & sep & (artwork url of t as text)") : QString();
     return QStringLiteral("tell application \"") + name(player) +
-           QStringLiteral("\"\n\tset sep to character id 31\n\ttry\n\t\tif player state is stopped then return "
-                          "\"stopped\"\n\t\tset t to current track\n\t\tset st to (player state as text)\n\t\treturn "
-                          "st & sep & (name of t as text) & sep & (artist of t as text) & sep & (album of t as "
-                          "text) & sep & (player position as text) & sep & ((duration of t) as text) & sep & ") +
+           QStringLiteral(
+               "\"\n\tset sep to character id 31\n\ttry\n\t\tif player state is stopped then return "
+               "\"stopped\"\n\t\tset t to current track\n\t\tset st to (player state as text)\n\t\treturn "
+               "st & sep & (name of t as text) & sep & (artist of t as text) & sep & (album of t as "
+               "text) & sep & (player position as text) & sep & ((duration of t) as text) & sep & ") +
            idField + artworkField +
-           QStringLiteral("\n\ton error errText number errNumber\n\t\tif errNumber is -1743 or errNumber is -1744 "
-                          "then error errText number errNumber\n\t\treturn \"stopped\"\n\tend try\nend tell");
+           QStringLiteral(
+               "\n\ton error errText number errNumber\n\t\tif errNumber is -1743 or errNumber is -1744 "
+               "then error errText number errNumber\n\t\treturn \"stopped\"\n\tend try\nend tell");
 }
 
 QString ScriptingBackend::artworkScript()
 {
-    return QStringLiteral("tell application \"Music\"\n\ttry\n\t\tset t to current track\n\t\tif (count of artworks "
-                          "of t) > 0 then return (raw data of artwork 1 of t)\n\ton error errText number "
-                          "errNumber\n\t\tif errNumber is -1743 or errNumber is -1744 then error errText number "
-                          "errNumber\n\tend try\n\treturn \"\"\nend tell");
+    return QStringLiteral(
+        "tell application \"Music\"\n\ttry\n\t\tset t to current track\n\t\tif (count of artworks "
+        "of t) > 0 then return (raw data of artwork 1 of t)\n\ton error errText number "
+        "errNumber\n\t\tif errNumber is -1743 or errNumber is -1744 then error errText number "
+        "errNumber\n\tend try\n\treturn \"\"\nend tell");
 }
 
 QString ScriptingBackend::commandScript(Player player, MediaCommand command)
@@ -80,7 +86,8 @@ QString ScriptingBackend::seekScript(Player player, double seconds)
            QString::number(seconds, 'g', 10);
 }
 
-ScriptingBackend::Reading ScriptingBackend::parseReply(Player player, const QString& reply, const QDateTime& now)
+ScriptingBackend::Reading ScriptingBackend::parseReply(Player player, const QString& reply,
+                                                       const QDateTime& now)
 {
     Reading reading;
     reading.snapshot.timestamp = now;
@@ -266,7 +273,8 @@ void ScriptingBackend::deliverArtwork(const QString& identity, const QByteArray&
 void ScriptingBackend::send(MediaCommand command)
 {
     const Player player = m_activePlayer.value_or(Player::spotify);
-    runCommand(commandScript(player, command), QStringLiteral("sending %1 to %2").arg(scriptVerb(command), name(player)));
+    runCommand(commandScript(player, command),
+               QStringLiteral("sending %1 to %2").arg(scriptVerb(command), name(player)));
 }
 
 void ScriptingBackend::seek(double seconds)
@@ -281,7 +289,8 @@ void ScriptingBackend::runCommand(const QString& script, const QString& what)
 {
     m_runner.run(this, script, commandTimeoutMs, [this, what](const ProcessResult& result) {
         if (!result.succeeded())
-            logLine(QStringLiteral("Norva music: %1 failed (%2)").arg(what, ScriptRunner::failureText(result)));
+            logLine(
+                QStringLiteral("Norva music: %1 failed (%2)").arg(what, ScriptRunner::failureText(result)));
         nudge();
     });
 }

@@ -80,6 +80,8 @@ NorvaApp::~NorvaApp()
     // A clean quit takes the heartbeat away, so waiting hooks hand back at once rather than in 30 s.
     if (m_agentPrompts)
         m_agentPrompts->shutdown();
+    if (m_music)
+        m_music->stop();
 }
 
 bool NorvaApp::start()
@@ -97,6 +99,7 @@ bool NorvaApp::start()
     // handed to QML in exposeToQml().
     startAgents();
     startClipboardAndShelf();
+    startMusic();
 
     exposeToQml();
     rebuildOverlays();
@@ -131,6 +134,7 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("agentHooks"), m_hookPresence.get());
     context->setContextProperty(QStringLiteral("clipboardPage"), m_clipboardPage.get());
     context->setContextProperty(QStringLiteral("shelfDesk"), m_shelfDesk.get());
+    context->setContextProperty(QStringLiteral("music"), m_music.get());
 }
 
 // The coding agents' prompts: the switch follows "answerPromptsOnNotch", the manager runs the exchange.
@@ -167,6 +171,18 @@ void NorvaApp::startClipboardAndShelf()
     m_shelf->setScreenshotSource(m_screenshots.get());
     m_clipboard->start();
     m_shelf->start();
+}
+
+// Now playing and its lyrics. The demo shows nothing of the person's own.
+void NorvaApp::startMusic()
+{
+    m_lyrics = std::make_unique<LyricsManager>(m_clock);
+    m_lyrics->follow(*m_settings);
+    m_lyrics->watchReachability();
+    m_music = std::make_unique<MusicManager>(m_clock, m_settings.get(), MusicManager::systemBackends(m_clock),
+                                             m_lyrics.get());
+    if (!m_options.demo)
+        m_music->start();
 }
 
 void NorvaApp::rebuildOverlays()

@@ -14,6 +14,8 @@
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
+#include "media/LyricsManager.h"
+#include "media/MusicManager.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
 
@@ -60,6 +62,7 @@ private:
     void noteFirstFrame();
     void startAgents();
     void startClipboardAndShelf();
+    void startMusic();
 
     Options m_options;
     Clock& m_clock;
@@ -78,6 +81,8 @@ private:
     std::unique_ptr<ScreenshotSource> m_screenshots;
     std::unique_ptr<ShelfManager> m_shelf;
     std::unique_ptr<ShelfDesk> m_shelfDesk;
+    std::unique_ptr<LyricsManager> m_lyrics;
+    std::unique_ptr<MusicManager> m_music;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

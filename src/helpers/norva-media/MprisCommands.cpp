@@ -11,7 +11,8 @@
 namespace norva::media {
 namespace {
 
-QVariant property(const QDBusConnection& bus, const QString& name, const QString& interface, const QString& key)
+QVariant property(const QDBusConnection& bus, const QString& name, const QString& interface,
+                  const QString& key)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(name, Mpris::objectPath, Mpris::propertiesInterface,
                                                        QStringLiteral("Get"));
@@ -28,9 +29,11 @@ int fail(const QString& reason)
     return 1;
 }
 
-int call(const QDBusConnection& bus, const QString& name, const QString& method, const QVariantList& arguments)
+int call(const QDBusConnection& bus, const QString& name, const QString& method,
+         const QVariantList& arguments)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(name, Mpris::objectPath, Mpris::playerInterface, method);
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(name, Mpris::objectPath, Mpris::playerInterface, method);
     message.setArguments(arguments);
     const QDBusMessage reply = bus.call(message);
     if (reply.type() == QDBusMessage::ErrorMessage)
@@ -56,7 +59,8 @@ std::optional<QString> commandTarget(const QDBusConnection& bus)
     const QStringList players = playerNames(bus);
     std::optional<QString> paused;
     for (const QString& name : players) {
-        const QString status = property(bus, name, Mpris::playerInterface, QStringLiteral("PlaybackStatus")).toString();
+        const QString status =
+            property(bus, name, Mpris::playerInterface, QStringLiteral("PlaybackStatus")).toString();
         if (status == QLatin1String("Playing"))
             return name;
         if (status == QLatin1String("Paused") && !paused)
@@ -89,13 +93,15 @@ int seekTo(const QDBusConnection& bus, qint64 micros)
         qdbus_cast<QVariantMap>(property(bus, *target, Mpris::playerInterface, QStringLiteral("Metadata")));
     const QVariant trackId = metadata.value(QStringLiteral("mpris:trackid"));
     if (trackId.isValid()) {
-        const QDBusObjectPath path = trackId.canConvert<QDBusObjectPath>() ? trackId.value<QDBusObjectPath>()
-                                                                            : QDBusObjectPath(trackId.toString());
+        const QDBusObjectPath path = trackId.canConvert<QDBusObjectPath>()
+                                         ? trackId.value<QDBusObjectPath>()
+                                         : QDBusObjectPath(trackId.toString());
         return call(bus, *target, QStringLiteral("SetPosition"),
                     {QVariant::fromValue(path), QVariant::fromValue(micros)});
     }
     // A player without track ids still takes a relative seek.
-    const qint64 position = property(bus, *target, Mpris::playerInterface, QStringLiteral("Position")).toLongLong();
+    const qint64 position =
+        property(bus, *target, Mpris::playerInterface, QStringLiteral("Position")).toLongLong();
     return call(bus, *target, QStringLiteral("Seek"), {QVariant::fromValue(micros - position)});
 }
 

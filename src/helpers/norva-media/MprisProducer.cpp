@@ -39,15 +39,14 @@ QString joined(const QVariant& value)
 
 MprisProducer::MprisProducer(QDBusConnection bus, Options options, QObject* parent)
     : QObject(parent), m_bus(std::move(bus)), m_options(options)
-{
-}
+{}
 
 bool MprisProducer::start()
 {
     if (!m_bus.isConnected())
         return false;
-    m_bus.connect(QString(), Mpris::objectPath, Mpris::propertiesInterface, QStringLiteral("PropertiesChanged"), this,
-                  SLOT(onPlayerSignal(QDBusMessage)));
+    m_bus.connect(QString(), Mpris::objectPath, Mpris::propertiesInterface,
+                  QStringLiteral("PropertiesChanged"), this, SLOT(onPlayerSignal(QDBusMessage)));
     m_bus.connect(QString(), Mpris::objectPath, Mpris::playerInterface, QStringLiteral("Seeked"), this,
                   SLOT(onPlayerSignal(QDBusMessage)));
     m_bus.connect(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
@@ -100,8 +99,8 @@ void MprisProducer::scheduleEmit()
 void MprisProducer::refresh(Player& player)
 {
     player.dirty = false;
-    QDBusMessage call = QDBusMessage::createMethodCall(player.busName, Mpris::objectPath, Mpris::propertiesInterface,
-                                                       QStringLiteral("GetAll"));
+    QDBusMessage call = QDBusMessage::createMethodCall(player.busName, Mpris::objectPath,
+                                                       Mpris::propertiesInterface, QStringLiteral("GetAll"));
     call << Mpris::playerInterface;
     const QDBusMessage reply = m_bus.call(call, QDBus::Block, callTimeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
@@ -114,8 +113,8 @@ void MprisProducer::refresh(Player& player)
     if (status == QLatin1String("Playing") && wasStatus != status)
         player.lastActive = ++m_activity;
     if (player.desktopEntry.isEmpty()) {
-        QDBusMessage entry = QDBusMessage::createMethodCall(player.busName, Mpris::objectPath,
-                                                            Mpris::propertiesInterface, QStringLiteral("Get"));
+        QDBusMessage entry = QDBusMessage::createMethodCall(
+            player.busName, Mpris::objectPath, Mpris::propertiesInterface, QStringLiteral("Get"));
         entry << Mpris::rootInterface << QStringLiteral("DesktopEntry");
         const QDBusMessage answer = m_bus.call(entry, QDBus::Block, callTimeoutMs);
         if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty())
@@ -129,10 +128,12 @@ const MprisProducer::Player* MprisProducer::chosen() const
 {
     const Player* best = nullptr;
     for (const Player& player : m_players) {
-        const bool playing = player.properties.value(QStringLiteral("PlaybackStatus")) == QLatin1String("Playing");
+        const bool playing =
+            player.properties.value(QStringLiteral("PlaybackStatus")) == QLatin1String("Playing");
         const bool bestPlaying =
             best && best->properties.value(QStringLiteral("PlaybackStatus")) == QLatin1String("Playing");
-        if (!best || (playing && !bestPlaying) || (playing == bestPlaying && player.lastActive > best->lastActive))
+        if (!best || (playing && !bestPlaying) ||
+            (playing == bestPlaying && player.lastActive > best->lastActive))
             best = &player;
     }
     return best;
@@ -165,7 +166,8 @@ QJsonObject MprisProducer::payloadOf(const Player& player)
         if (length > 0)
             payload.insert(QStringLiteral("duration"), length / kMicros);
     }
-    payload.insert(QStringLiteral("timestampEpochMicros"), double(player.positionAt.toMSecsSinceEpoch() * 1000));
+    payload.insert(QStringLiteral("timestampEpochMicros"),
+                   double(player.positionAt.toMSecsSinceEpoch() * 1000));
     const QVariant rate = player.properties.value(QStringLiteral("Rate"));
     if (rate.isValid())
         payload.insert(QStringLiteral("playbackRate"), rate.toDouble());
@@ -204,7 +206,8 @@ QString MprisProducer::artworkFor(const QString& artUrl)
         QNetworkReply* reply = m_network->get(request);
         connect(reply, &QNetworkReply::finished, this, [this, reply, artUrl] {
             reply->deleteLater();
-            const QByteArray bytes = reply->error() == QNetworkReply::NoError ? reply->read(maxArtworkBytes) : QByteArray();
+            const QByteArray bytes =
+                reply->error() == QNetworkReply::NoError ? reply->read(maxArtworkBytes) : QByteArray();
             m_artwork.insert(artUrl, QString::fromLatin1(bytes.toBase64()));
             m_artworkPending.remove(artUrl);
             scheduleEmit();

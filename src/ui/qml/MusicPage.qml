@@ -1,0 +1,222 @@
+import QtQuick
+
+// Now playing: the cover, title and artist, a progress bar that moves and can be clicked to seek,
+// the transport controls, and the lyrics following the song. With nothing playing it offers the
+// installed players.
+Item {
+    id: page
+    readonly property var now: typeof music !== "undefined" ? music : null
+    readonly property bool playing: now !== null && now.hasTrack
+
+    function clock(seconds) {
+        const whole = Math.max(0, Math.floor(seconds))
+        const minutes = Math.floor(whole / 60)
+        const rest = whole % 60
+        return minutes + ":" + (rest < 10 ? "0" : "") + rest
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.radius
+        color: page.now && page.now.albumTint.valid ? page.now.albumTint : Theme.card
+        opacity: 0.55
+        Behavior on color { enabled: page.now && !page.now.reducesMotion; ColorAnimation { duration: Theme.slow } }
+    }
+    Image {
+        anchors.fill: parent
+        source: page.now ? page.now.albumWash : ""
+        visible: source != ""
+        opacity: 0.35
+        fillMode: Image.Stretch
+        smooth: true
+    }
+
+    Item {
+        id: nowPlaying
+        visible: page.playing
+        anchors { left: parent.left; top: parent.top; bottom: parent.bottom; margins: Theme.padding }
+        width: parent.width * 0.48
+
+        Rectangle {
+            id: cover
+            width: 112
+            height: 112
+            radius: Theme.radius
+            color: Theme.cardHover
+            clip: true
+            Image {
+                anchors.fill: parent
+                source: page.now ? page.now.artworkSource : ""
+                fillMode: Image.PreserveAspectCrop
+                visible: source != ""
+                smooth: true
+            }
+            Text {
+                anchors.centerIn: parent
+                visible: !page.now || page.now.artworkSource === ""
+                text: "♪"
+                color: Theme.textFaint
+                font.pixelSize: 40
+            }
+        }
+
+        Column {
+            anchors { left: cover.right; leftMargin: Theme.padding; right: parent.right; verticalCenter: cover.verticalCenter }
+            spacing: 4
+            Text {
+                width: parent.width
+                text: page.now ? page.now.title : ""
+                elide: Text.ElideRight
+                color: Theme.text
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontLarge
+                font.weight: Font.DemiBold
+            }
+            Text {
+                width: parent.width
+                text: page.now ? page.now.artist : ""
+                elide: Text.ElideRight
+                color: Theme.textDim
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontBody
+            }
+            Text {
+                width: parent.width
+                visible: text.length > 0
+                text: page.now && page.now.sourceAppName.length > 0 ? "from " + page.now.sourceAppName : ""
+                color: Theme.textFaint
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontSmall
+            }
+        }
+
+        Item {
+            id: progress
+            anchors { left: parent.left; right: parent.right; top: cover.bottom; topMargin: Theme.padding }
+            height: 26
+            Rectangle {
+                id: track
+                anchors { left: parent.left; right: parent.right; top: parent.top; topMargin: 4 }
+                height: 4
+                radius: 2
+                color: Theme.separator
+                Rectangle {
+                    width: parent.width * Math.min(1, Math.max(0, page.now ? page.now.playbackProgress : 0))
+                    height: parent.height
+                    radius: 2
+                    color: page.now && page.now.albumAccentColor.valid ? page.now.albumAccentColor : Theme.accent
+                }
+            }
+            TapHandler {
+                enabled: page.now && page.now.duration > 0
+                onTapped: (point) => page.now.seek(point.position.x / progress.width * page.now.duration)
+            }
+            Text {
+                anchors { left: parent.left; bottom: parent.bottom }
+                text: page.clock(page.now ? page.now.displayElapsed : 0)
+                color: Theme.textFaint
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontSmall
+            }
+            Text {
+                anchors { right: parent.right; bottom: parent.bottom }
+                visible: page.now && page.now.duration > 0
+                text: page.clock(page.now ? page.now.duration : 0)
+                color: Theme.textFaint
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontSmall
+            }
+        }
+
+        Row {
+            anchors { horizontalCenter: parent.horizontalCenter; top: progress.bottom; topMargin: Theme.spacing }
+            spacing: Theme.padding * 2
+            Repeater {
+                model: [
+                    { glyph: "◀◀", action: "previous" },
+                    { glyph: page.now && page.now.isPlaying ? "❚❚" : "▶", action: "toggle" },
+                    { glyph: "▶▶", action: "next" }
+                ]
+                delegate: Rectangle {
+                    required property var modelData
+                    width: 40
+                    height: 32
+                    radius: Theme.radiusSmall
+                    color: hover.hovered ? Theme.cardHover : "transparent"
+                    Text {
+                        anchors.centerIn: parent
+                        text: modelData.glyph
+                        color: Theme.text
+                        font.family: Theme.fontFamily
+                        font.pixelSize: modelData.action === "toggle" ? Theme.fontLarge : Theme.fontBody
+                    }
+                    HoverHandler { id: hover }
+                    TapHandler {
+                        onTapped: {
+                            if (modelData.action === "previous") page.now.previousTrack()
+                            else if (modelData.action === "next") page.now.nextTrack()
+                            else page.now.togglePlayPause()
+                        }
+                    }
+                }
+            }
+        }
+
+        Text {
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+            visible: text.length > 0
+            text: page.now ? (page.now.notice.length > 0 ? page.now.notice : page.now.trouble) : ""
+            wrapMode: Text.WordWrap
+            color: Theme.warn
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall
+        }
+    }
+
+    LyricsPane {
+        visible: page.playing
+        anchors { left: nowPlaying.right; leftMargin: Theme.padding * 2; right: parent.right; top: parent.top
+                  bottom: parent.bottom; margins: Theme.padding }
+        lyrics: page.now ? page.now.lyrics : null
+        position: page.now ? page.now.displayElapsed : 0
+        reducesMotion: page.now ? page.now.reducesMotion : false
+    }
+
+    Column {
+        anchors.centerIn: parent
+        visible: !page.playing
+        spacing: Theme.spacing
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Nothing is playing"
+            color: Theme.text
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontTitle
+            font.weight: Font.DemiBold
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: Theme.spacing
+            Repeater {
+                model: page.now ? page.now.launchablePlayers : []
+                delegate: Rectangle {
+                    required property string modelData
+                    width: label.implicitWidth + 20
+                    height: 26
+                    radius: height / 2
+                    color: hover.hovered ? Theme.cardHover : Theme.card
+                    Text {
+                        id: label
+                        anchors.centerIn: parent
+                        text: "Open " + modelData
+                        color: Theme.textDim
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.fontSmall
+                    }
+                    HoverHandler { id: hover }
+                    TapHandler { onTapped: page.now.launch(modelData) }
+                }
+            }
+        }
+    }
+}

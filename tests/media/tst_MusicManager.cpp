@@ -1,0 +1,408 @@
+#include "LogCapture.h"
+#include "ManualClock.h"
+#include "MediaTestSupport.h"
+#include "TempHome.h"
+#include "TestMain.h"
+
+#include "app/SettingsStore.h"
+#include "media/LyricsManager.h"
+#include "media/MusicManager.h"
+#include "platform/linux/PreferencesFile.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace norva;
+using norva::test::ManualClock;
+
+namespace {
+
+// A backend the test drives by hand: it records what it was asked and delivers what it is told.
+struct FakeBackend final : MediaBackend {
+    QString name;
+    QStringList* journal;
+    MediaSink sink;
+    QList<MediaCommand> commands;
+    QList<double> seeks;
+
+    FakeBackend(QString n, QStringList* j) : name(std::move(n)), journal(j) {}
+    void start(MediaSink s) override
+    {
+        sink = std::move(s);
+        *journal << name + QStringLiteral(" started");
+    }
+    void stop() override { *journal << name + QStringLiteral(" stopped"); }
+    void send(MediaCommand command) override { commands << command; }
+    void seek(double seconds) override { seeks << seconds; }
+};
+
+MediaSnapshot track(const QString& title, bool playing, double elapsed = 10, double duration = 200)
+{
+    MediaSnapshot s;
+    s.title = title;
+    s.hasTrack = true;
+    s.artist = QStringLiteral("Band");
+    s.isPlaying = playing;
+    s.elapsed = elapsed;
+    s.duration = duration;
+    s.playbackRate = 1.0;
+    s.timestamp = QDateTime(QDate(2026, 11, 18), QTime(10, 0), Qt::UTC);
+    return s;
+}
+
+} // namespace
+
+class MusicManagerTest : public QObject {
+    Q_OBJECT
+
+    struct Rig {
+        test::TempHome home;
+        ManualClock clock;
+        PreferencesFile preferences{home.file(QStringLiteral("config/Norva/preferences.toml"))};
+        SettingsStore settings{preferences};
+        QStringList journal;
+        FakeBackend* adapter = nullptr;
+        FakeBackend* scripting = nullptr;
+        bool adapterFound = true;
+        bool scriptingExists = true;
+        std::unique_ptr<MusicManager> manager;
+
+        explicit Rig(LyricsManager* lyrics = nullptr,
+                     ScriptRunner volume = ScriptRunner(QStringLiteral("/nonexistent")))
+        {
+            // Each factory answers nothing while its backend "does not exist here".
+            auto factory = [this](const QString& name, const bool& exists, FakeBackend*& made) {
+                return [this, name, &exists, &made]() -> std::unique_ptr<MediaBackend> {
+                    if (!exists)
+                        return nullptr;
+                    auto backend = std::make_unique<FakeBackend>(name, &journal);
+                    made = backend.get();
+                    return backend;
+                };
+            };
+            MusicManager::Backends backends;
+            backends.adapter = factory(QStringLiteral("adapter"), adapterFound, adapter);
+            backends.scripting = factory(QStringLiteral("scripting"), scriptingExists, scripting);
+            manager = std::make_unique<MusicManager>(clock, &settings, backends, lyrics, volume);
+        }
+        void deliver(const MediaSnapshot& snapshot)
+        {
+            MediaUpdate update;
+            update.snapshot = snapshot;
+            current()->sink.onUpdate(update);
+        }
+        FakeBackend* current()
+        {
+            return manager->source() == MusicManager::Source::adapter ? adapter : scripting;
+        }
+    };
+
+private slots:
+    void adapterIsPreferred()
+    {
+        Rig rig;
+        rig.manager->start();
+        QCOMPARE(rig.manager->source(), MusicManager::Source::adapter);
+        QCOMPARE(rig.journal, QStringList{QStringLiteral("adapter started")});
+    }
+
+    void missingAdapterUsesScripting()
+    {
+        test::LogCapture log;
+        Rig rig;
+        rig.adapterFound = false;
+        rig.manager->start();
+        QCOMPARE(rig.manager->source(), MusicManager::Source::scripting);
+        QCOMPARE(log.count(QStringLiteral("Norva: media adapter not found, using AppleScript backend")), 1);
+    }
+
+    void adapterFailureFallsBackOnceForTheSession()
+    {
+        test::LogCapture log;
+        Rig rig;
+        rig.manager->start();
+        rig.deliver(track(QStringLiteral("A"), true));
+        rig.adapter->sink.onFailure();
+        QCOMPARE(rig.manager->source(), MusicManager::Source::adapter); // handed over after the call returns
+        QTRY_COMPARE(rig.manager->source(), MusicManager::Source::scripting);
+        QCOMPARE(rig.journal,
+                 (QStringList{QStringLiteral("adapter started"), QStringLiteral("adapter stopped"),
+                              QStringLiteral("scripting started")}));
+        QCOMPARE(log.count(QStringLiteral("Norva: media adapter unavailable, falling back to AppleScript")),
+                 1);
+        // A failure from scripting does not bring the adapter back.
+        rig.scripting->sink.onFailure();
+        QTest::qWait(20);
+        QCOMPARE(rig.manager->source(), MusicManager::Source::scripting);
+        QCOMPARE(rig.journal.size(), 3);
+    }
+
+    void withoutAnyBackendNothingPlays()
+    {
+        Rig rig;
+        rig.adapterFound = false;
+        rig.scriptingExists = false;
+        rig.manager->start();
+        QCOMPARE(rig.manager->source(), MusicManager::Source::none);
+        QVERIFY(!rig.manager->hasTrack());
+        QVERIFY(!rig.manager->hasActiveSession());
+    }
+
+    void commandsGoToTheRunningBackend()
+    {
+        Rig rig;
+        rig.manager->start();
+        rig.manager->nextTrack();
+        rig.manager->seek(12.5);
+        QCOMPARE(rig.adapter->commands, QList<MediaCommand>{MediaCommand::nextTrack});
+        QCOMPARE(rig.adapter->seeks, QList<double>{12.5});
+    }
+
+    void displayedPosition_data()
+    {
+        QTest::addColumn<bool>("playing");
+        QTest::addColumn<double>("elapsed"); // -1: unknown
+        QTest::addColumn<double>("duration");
+        QTest::addColumn<double>("rate"); // -1: unknown
+        QTest::addColumn<double>("secondsLater");
+        QTest::addColumn<double>("shown"); // -1: none
+        QTest::addColumn<double>("progress");
+        QTest::newRow("playing moves on") << true << 10.0 << 200.0 << 1.0 << 5.0 << 15.0 << 0.075;
+        QTest::newRow("double rate") << true << 10.0 << 200.0 << 2.0 << 5.0 << 20.0 << 0.1;
+        QTest::newRow("zero rate counts as normal") << true << 10.0 << 200.0 << 0.0 << 5.0 << 15.0 << 0.075;
+        QTest::newRow("unknown rate counts as normal")
+            << true << 10.0 << 200.0 << -1.0 << 5.0 << 15.0 << 0.075;
+        QTest::newRow("capped at the duration") << true << 190.0 << 200.0 << 1.0 << 30.0 << 200.0 << 1.0;
+        QTest::newRow("paused stands still") << false << 10.0 << 200.0 << 1.0 << 30.0 << 10.0 << 0.05;
+        QTest::newRow("no elapsed shows none") << true << -1.0 << 200.0 << 1.0 << 5.0 << -1.0 << 0.0;
+        QTest::newRow("zero duration has no progress") << true << 10.0 << 0.0 << 1.0 << 5.0 << 0.0 << 0.0;
+    }
+    void displayedPosition()
+    {
+        QFETCH(bool, playing);
+        QFETCH(double, elapsed);
+        QFETCH(double, duration);
+        QFETCH(double, rate);
+        QFETCH(double, secondsLater);
+        MediaSnapshot s = track(QStringLiteral("A"), playing);
+        s.elapsed = elapsed < 0 ? std::nullopt : std::optional(elapsed);
+        s.duration = duration;
+        s.playbackRate = rate < 0 ? std::nullopt : std::optional(rate);
+        const QDateTime at = s.timestamp.addMSecs(qint64(secondsLater * 1000));
+        QTEST(s.displayElapsed(at).value_or(-1.0), "shown");
+        QTEST(s.playbackProgress(at), "progress");
+    }
+
+    void positionMovesWhilePlaying()
+    {
+        Rig rig;
+        rig.manager->start();
+        MediaSnapshot s = track(QStringLiteral("A"), true);
+        s.timestamp = rig.clock.now();
+        rig.deliver(s);
+        QSignalSpy moved(rig.manager.get(), &MusicManager::positionChanged);
+        rig.clock.advance(Seconds(2));
+        QCOMPARE(moved.size(), 4);
+        QCOMPARE(rig.manager->displayElapsedNow(), 12.0);
+        s.isPlaying = false;
+        rig.deliver(s);
+        moved.clear();
+        rig.clock.advance(Seconds(2));
+        QCOMPARE(moved.size(), 0);
+    }
+
+    void pausedSessionIsWithdrawnAfterTheKeepTime_data()
+    {
+        QTest::addColumn<int>("keep");
+        QTest::addColumn<double>("stillShownAt");
+        QTest::addColumn<double>("withdrawnAt"); // -1: never
+        QTest::newRow("10 s") << 10 << 9.9 << 10.0;
+        QTest::newRow("30 s") << 30 << 29.9 << 30.0;
+        QTest::newRow("60 s") << 60 << 59.9 << 60.0;
+        QTest::newRow("kept") << 0 << 600.0 << -1.0;
+    }
+    void pausedSessionIsWithdrawnAfterTheKeepTime()
+    {
+        QFETCH(int, keep);
+        QFETCH(double, stillShownAt);
+        QFETCH(double, withdrawnAt);
+        Rig rig;
+        rig.settings.setKeepPaused(KeepPaused(keep));
+        rig.manager->start();
+        rig.deliver(track(QStringLiteral("A"), true));
+        QVERIFY(rig.manager->hasActiveSession());
+        rig.clock.advance(Seconds(100)); // playing for long keeps it shown
+        QVERIFY(rig.manager->hasActiveSession());
+        rig.deliver(track(QStringLiteral("A"), false));
+        rig.clock.advance(Seconds(stillShownAt));
+        QVERIFY(rig.manager->hasActiveSession());
+        if (withdrawnAt < 0)
+            return;
+        rig.clock.advance(Seconds(withdrawnAt - stillShownAt));
+        QVERIFY(!rig.manager->hasActiveSession());
+        QVERIFY(rig.manager->hasTrack()); // the page still shows it
+        rig.deliver(track(QStringLiteral("A"), true));
+        QVERIFY(rig.manager->hasActiveSession());
+    }
+
+    void resumingBeforeTheCheckKeepsTheSession()
+    {
+        Rig rig;
+        rig.settings.setKeepPaused(KeepPaused::tenSeconds);
+        rig.manager->start();
+        rig.deliver(track(QStringLiteral("A"), true));
+        rig.deliver(track(QStringLiteral("A"), false));
+        rig.clock.advance(Seconds(5));
+        rig.deliver(track(QStringLiteral("A"), true));
+        rig.clock.advance(Seconds(20));
+        QVERIFY(rig.manager->hasActiveSession());
+    }
+
+    void dismissedTrackStaysHiddenUntilAnotherTrack()
+    {
+        Rig rig;
+        rig.manager->start();
+        rig.deliver(track(QStringLiteral("A"), true));
+        rig.manager->dismissCurrent();
+        QVERIFY(!rig.manager->hasActiveSession());
+        rig.deliver(track(QStringLiteral("A"), true, 50));
+        QVERIFY(!rig.manager->hasActiveSession());
+        rig.deliver(MediaSnapshot{});
+        rig.deliver(track(QStringLiteral("A"), true, 60));
+        QVERIFY(!rig.manager->hasActiveSession());
+        rig.deliver(track(QStringLiteral("B"), true));
+        QVERIFY(rig.manager->hasActiveSession());
+        QVERIFY(rig.manager->dismissedTrackKey().isEmpty());
+    }
+
+    void eachTrackPeeksOnce()
+    {
+        Rig rig;
+        rig.manager->start();
+        QSignalSpy peeks(rig.manager.get(), &MusicManager::songChanged);
+        rig.deliver(track(QStringLiteral("A"), true, 1));
+        rig.deliver(track(QStringLiteral("A"), true, 2));
+        rig.deliver(track(QStringLiteral("A"), false, 3));
+        rig.deliver(track(QStringLiteral("B"), true));
+        QCOMPARE(peeks.size(), 2);
+        rig.preferences.setValue(QStringLiteral("music.songPeek.v1"), false);
+        rig.deliver(track(QStringLiteral("C"), true));
+        QCOMPARE(peeks.size(), 2);
+    }
+
+    void equalTroubleIsNotedOnce()
+    {
+        Rig rig;
+        rig.manager->start();
+        QSignalSpy changed(rig.manager.get(), &MusicManager::troubleChanged);
+        rig.adapter->sink.onTrouble(MusicTrouble::permission(QStringLiteral("Spotify")));
+        rig.adapter->sink.onTrouble(MusicTrouble::permission(QStringLiteral("Spotify")));
+        QCOMPARE(changed.size(), 1);
+        rig.adapter->sink.onTrouble(MusicTrouble::scriptFailed(QStringLiteral("oops"), 1));
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(rig.manager->troubleText(), QStringLiteral("osascript exited with 1: oops"));
+    }
+
+    void artworkColoursTheAlbum()
+    {
+        Rig rig;
+        rig.manager->start();
+        MediaUpdate update;
+        update.snapshot = track(QStringLiteral("A"), true);
+        update.snapshot.artworkKey = QStringLiteral("k1");
+        update.artworkChanged = true;
+        update.artworkData = test::pngBytes(QColor(200, 30, 30));
+        update.artwork = QImage::fromData(update.artworkData);
+        rig.adapter->sink.onUpdate(update);
+        QVERIFY(rig.manager->artworkSource().startsWith(QStringLiteral("data:image/png;base64,")));
+        QTRY_COMPARE(rig.manager->albumAccentColor(), QColor(200, 30, 30));
+        QVERIFY(!rig.manager->albumWash().isNull());
+        QVERIFY(rig.manager->albumTint().value() < 200);
+    }
+
+    void artworkWithoutBitmapKeepsWhiteAndLogs()
+    {
+        test::LogCapture log;
+        Rig rig;
+        rig.manager->start();
+        MediaUpdate update;
+        update.snapshot = track(QStringLiteral("A"), true);
+        update.snapshot.artworkKey = QStringLiteral("k2");
+        update.artworkChanged = true;
+        update.artworkData = "not an image";
+        rig.adapter->sink.onUpdate(update);
+        QCOMPARE(rig.manager->albumAccentColor(), QColor(Qt::white));
+        QVERIFY(rig.manager->albumWash().isNull());
+        QVERIFY(log.contains(
+            QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)")));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)")));
+    }
+
+    void volumeGoesThroughTheScriptRunner()
+    {
+        QTemporaryDir dir;
+        const QString osascript = test::writeScript(dir.filePath(QStringLiteral("osascript")),
+                                                    "cat >> \"$(dirname \"$0\")/volume.log\"; echo >> "
+                                                    "\"$(dirname \"$0\")/volume.log\"\n");
+        Rig rig(nullptr, ScriptRunner(osascript));
+        rig.manager->setVolume(0.5);
+        QTRY_COMPARE(rig.manager->volume(), 0.5);
+        rig.manager->setVolume(1.7);
+        QTRY_COMPARE(rig.manager->volume(), 1.0);
+        QCOMPARE(test::readAll(dir.filePath(QStringLiteral("volume.log"))),
+                 QByteArray("set volume output volume 50\nset volume output volume 100\n"));
+    }
+
+    void failedVolumeShowsANotice()
+    {
+        test::LogCapture log;
+        QTemporaryDir dir;
+        const QString osascript = test::writeScript(dir.filePath(QStringLiteral("osascript")), "exit 1\n");
+        Rig rig(nullptr, ScriptRunner(osascript));
+        rig.manager->setVolume(0.3);
+        QTRY_COMPARE(rig.manager->notice(), QStringLiteral("Couldn't change the volume."));
+        QVERIFY(
+            log.contains(QStringLiteral("Norva music: setting the volume failed (osascript exited with 1)")));
+        rig.clock.advance(Seconds(MusicManager::noticeDuration));
+        QVERIFY(rig.manager->notice().isEmpty());
+    }
+
+    void newTrackPrefetchesLyricsAndNothingPlayingClearsThem()
+    {
+        ManualClock lyricsClock;
+        LyricsManager lyrics(lyricsClock);
+        lyrics.setOffline(true); // no request leaves the test; the attempt is what counts
+        Rig rig(&lyrics);
+        rig.manager->start();
+        rig.deliver(track(QStringLiteral("A"), true));
+        QCOMPARE(lyrics.state(), LyricsManager::State::failed);
+        rig.deliver(MediaSnapshot{});
+        QCOMPARE(lyrics.state(), LyricsManager::State::idle);
+    }
+
+    void sourceAppNames_data()
+    {
+        QTest::addColumn<QString>("bundle");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("Spotify") << "com.spotify.client"
+                                 << "Spotify";
+        QTest::newRow("a browser") << "org.mozilla.firefox"
+                                   << "Firefox";
+        QTest::newRow("a desktop entry") << "rhythmbox"
+                                         << "Rhythmbox";
+        QTest::newRow("unknown reverse domain") << "org.example.tunes"
+                                                << "Tunes";
+        QTest::newRow("none") << ""
+                              << "";
+    }
+    void sourceAppNames()
+    {
+        QFETCH(QString, bundle);
+        QTEST(MusicManager::appNameFor(bundle), "name");
+    }
+};
+
+NORVA_TEST(MusicManagerTest)
+#include "tst_MusicManager.moc"
