@@ -86,6 +86,12 @@ bool NorvaApp::start()
     if (firstLaunch)
         m_settings->write(true, SettingsKeys::hasLaunchedBefore);
 
+    m_activities = std::make_unique<LiveActivityCoordinator>(m_clock);
+    m_activities->follow(*m_settings);
+    m_closedFace = std::make_unique<ClosedFaceModel>(*m_activities);
+    m_closedFace->follow(*m_settings);
+    connect(m_closedFace.get(), &ClosedFaceModel::openRequested, this, &NorvaApp::openNotch);
+
     exposeToQml();
     rebuildOverlays();
     if (m_overlays.empty()) {
@@ -101,6 +107,15 @@ bool NorvaApp::start()
     connect(m_tray.get(), &TrayIcon::settingsRequested, this, &NorvaApp::openSettings);
     connect(m_tray.get(), &TrayIcon::quitRequested, this, &NorvaApp::quit);
 
+    if (m_options.demo) {
+        const auto scene = ActivityDemo::sceneFromWord(m_options.demoScene);
+        if (!scene)
+            logLine(QStringLiteral("Norva activities: the demo scene ") + m_options.demoScene +
+                    QStringLiteral(" is unknown (showing all the samples)"));
+        m_demo =
+            std::make_unique<ActivityDemo>(*m_activities, m_clock, scene.value_or(ActivityDemo::Scene::all));
+        m_demo->start();
+    }
     if (m_options.exitAfterFirstFrame)
         noteFirstFrame();
     return true;
@@ -111,6 +126,25 @@ void NorvaApp::exposeToQml()
     QQmlContext* context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("app"), this);
     context->setContextProperty(QStringLiteral("settings"), m_settings.get());
+    context->setContextProperty(QStringLiteral("activities"), m_activities.get());
+    context->setContextProperty(QStringLiteral("closedFace"), m_closedFace.get());
+}
+
+// The closed face follows its notch: the pointer over the notch pauses the holds, the notch's
+// detail timing expands the shown activity's detail, and an activity with a detail arms it.
+void NorvaApp::wireClosedFace(NotchOverlay& overlay)
+{
+    NotchViewModel* notch = overlay.notch();
+    ClosedFaceModel* face = m_closedFace.get();
+    connect(notch, &NotchViewModel::isMouseInsideChanged, face,
+            [face, notch] { face->setPointerInside(notch->isMouseInside()); });
+    connect(notch, &NotchViewModel::activityDetailOpenChanged, face,
+            [face, notch] { face->setDetailOpen(notch->activityDetailOpen()); });
+    const auto overDetail = [face, notch] {
+        notch->setPointerOverDetailActivity(face->active() && face->hasDetail());
+    };
+    connect(face, &ClosedFaceModel::changed, notch, overDetail);
+    overDetail();
 }
 
 void NorvaApp::rebuildOverlays()
@@ -136,6 +170,7 @@ void NorvaApp::rebuildOverlays()
         if (!overlay->isValid())
             continue;
         overlay->notch()->setPages(pageIds);
+        wireClosedFace(*overlay);
         m_overlays.push_back(std::move(overlay));
     }
 }

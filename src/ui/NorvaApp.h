@@ -1,5 +1,8 @@
 #pragma once
 
+#include "activities/ActivityDemo.h"
+#include "activities/ClosedFaceModel.h"
+#include "activities/LiveActivityCoordinator.h"
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
@@ -26,6 +29,7 @@ public:
     struct Options {
         bool demo = false;              // sample activities, nothing of the person's own data
         bool exitAfterFirstFrame = false; // for the start-up benchmark
+        QString demoScene;              // which samples: "all" (empty), "one", "two" or "pinned"
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);
@@ -46,11 +50,16 @@ private:
     void exposeToQml();
     void rebuildOverlays();
     void noteFirstFrame();
+    void wireClosedFace(NotchOverlay& overlay);
 
     Options m_options;
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;
+    // The coordinator exists before any producer publishes to it, and outlives the overlays.
+    std::unique_ptr<LiveActivityCoordinator> m_activities;
+    std::unique_ptr<ClosedFaceModel> m_closedFace;
+    std::unique_ptr<ActivityDemo> m_demo;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

@@ -23,7 +23,11 @@ int main(int argc, char* argv[])
                                   QStringLiteral("Show sample live activities; nothing of your own data is touched."));
     const QCommandLineOption firstFrame(QStringLiteral("exit-after-first-frame"),
                                         QStringLiteral("Print the time to the first drawn frame and exit (benchmark)."));
+    const QCommandLineOption demoScene(QStringLiteral("demo-scene"),
+                                       QStringLiteral("Which samples the demo shows: all, one, two or pinned."),
+                                       QStringLiteral("scene"), QStringLiteral("all"));
     parser.addOption(demo);
+    parser.addOption(demoScene);
     parser.addOption(firstFrame);
     parser.process(app);
 
@@ -37,7 +41,9 @@ int main(int argc, char* argv[])
     }
     norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
 
-    norva::NorvaApp norvaApp({parser.isSet(demo), parser.isSet(firstFrame)});
+    norva::NorvaApp norvaApp({.demo = parser.isSet(demo) || parser.isSet(demoScene),
+                              .exitAfterFirstFrame = parser.isSet(firstFrame),
+                              .demoScene = parser.value(demoScene)});
     if (!norvaApp.start())
         return 1;
     return QApplication::exec();
