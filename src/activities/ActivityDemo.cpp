@@ -37,6 +37,8 @@ std::optional<ActivityDemo::Scene> ActivityDemo::sceneFromWord(const QString& wo
         return Scene::two;
     if (word == QLatin1String("pinned"))
         return Scene::pinned;
+    if (word == QLatin1String("three"))
+        return Scene::three;
     return std::nullopt;
 }
 
@@ -47,9 +49,9 @@ ActivityDemo::ActivityDemo(LiveActivityCoordinator& coordinator, Clock& clock, S
 void ActivityDemo::start()
 {
     publishTimer();
-    if (m_scene == Scene::all || m_scene == Scene::two)
+    if (showsDownload())
         publishDownload();
-    if (m_scene == Scene::pinned)
+    if (m_scene == Scene::pinned || m_scene == Scene::three)
         publishPrompt();
     m_ticks = m_clock.every(kTick, [this] { tick(); });
     if (m_scene == Scene::all) {
@@ -69,13 +71,18 @@ void ActivityDemo::stop()
         m_coordinator.remove(id);
 }
 
+bool ActivityDemo::showsDownload() const
+{
+    return m_scene == Scene::all || m_scene == Scene::two || m_scene == Scene::three;
+}
+
 void ActivityDemo::tick()
 {
     if (m_timerRunning && m_timerLeft > 0) {
         --m_timerLeft;
         publishTimer();
     }
-    if (m_scene == Scene::all || m_scene == Scene::two) {
+    if (showsDownload()) {
         m_downloadSecond = (m_downloadSecond + 1) % (kDownloadSeconds + kDownloadRest);
         publishDownload();
     }
@@ -139,7 +146,10 @@ void ActivityDemo::publishPrompt()
     prompt.id = kPromptId;
     prompt.priority = kPromptPriority;
     prompt.content = ActivityContent::agentPrompt();
-    prompt.pinned = true; // a question waiting for the person owns the notch
+    // A question waiting for the person owns the notch; in the idle measurement it takes turns.
+    prompt.pinned = m_scene != Scene::three;
+    if (!prompt.pinned)
+        prompt.priority = kTimerPriority;
     prompt.text.title = QStringLiteral("Claude asks");
     prompt.text.value = QStringLiteral("Allow?");
     prompt.text.detail = QStringLiteral("Run npm test in ~/code/sample-app");

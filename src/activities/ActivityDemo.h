@@ -24,8 +24,9 @@ public:
     static constexpr int kDownloadSeconds = 40;
 
     // Which samples show: all of them (the default), only the timer, the timer and the download
-    // taking turns, or an agent's prompt pinned over the timer.
-    enum class Scene { all, one, two, pinned };
+    // taking turns, an agent's prompt pinned over the timer, or timer, download and prompt all
+    // three taking turns (for measuring Norva's idle cost).
+    enum class Scene { all, one, two, pinned, three };
     static std::optional<Scene> sceneFromWord(const QString& word);
 
     ActivityDemo(LiveActivityCoordinator& coordinator, Clock& clock, Scene scene = Scene::all,
@@ -41,6 +42,7 @@ private:
     void publishDownload();
     void publishVolume();
     void publishPrompt();
+    bool showsDownload() const;
 
     LiveActivityCoordinator& m_coordinator;
     Clock& m_clock;

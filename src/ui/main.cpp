@@ -24,7 +24,7 @@ int main(int argc, char* argv[])
     const QCommandLineOption firstFrame(QStringLiteral("exit-after-first-frame"),
                                         QStringLiteral("Print the time to the first drawn frame and exit (benchmark)."));
     const QCommandLineOption demoScene(QStringLiteral("demo-scene"),
-                                       QStringLiteral("Which samples the demo shows: all, one, two or pinned."),
+                                       QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
                                        QStringLiteral("scene"), QStringLiteral("all"));
     parser.addOption(demo);
     parser.addOption(demoScene);
