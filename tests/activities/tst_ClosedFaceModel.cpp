@@ -194,6 +194,22 @@ private slots:
         QCOMPARE(open.last().at(0).toString(), QStringLiteral("shelf"));
     }
 
+    void anActionFromTheFaceReachesTheShownActivitysProducer()
+    {
+        FaceRig rig;
+        QStringList heard;
+        rig.coordinator.addProvider({Kind::agentPrompt}, [&](const QString& action, const LiveActivity& a) {
+            heard << action + QLatin1Char(' ') + a.id;
+            return true;
+        });
+        QVERIFY(!rig.face.perform(QStringLiteral("allow"))); // nothing shown
+        rig.coordinator.upsert(make("agent-3", ActivityContent::agentPrompt()));
+        QVERIFY(rig.face.perform(QStringLiteral("allow")));
+        rig.coordinator.upsert(make("timer", ActivityContent::timer(), 9));
+        QVERIFY(!rig.face.perform(QStringLiteral("allow"))); // the timer's producer answers nothing
+        QCOMPARE(heard, QStringList({"allow agent-3"}));
+    }
+
     void anOpenDetailClosesWhenAnotherActivityShows()
     {
         FaceRig rig;

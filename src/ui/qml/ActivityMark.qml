@@ -16,8 +16,21 @@ Item {
         anchors.fill: parent
         visible: mark.progress >= 0
         antialiasing: true
-        property real shownProgress: Math.max(0, Math.min(1, mark.progress))
-        Behavior on shownProgress { NumberAnimation { duration: Theme.normal; easing.type: Easing.OutCubic } }
+        property real shownProgress: 0
+        // Big jumps ease; the small steps of a running timer or download are drawn at once, so an
+        // activity that ticks every second costs one frame a second, not an animation.
+        readonly property real wanted: Math.max(0, Math.min(1, mark.progress))
+        onWantedChanged: {
+            if (Math.abs(wanted - shownProgress) > 0.1 && !settings.reducedMotion) {
+                ease.to = wanted
+                ease.restart()
+            } else {
+                ease.stop()
+                shownProgress = wanted
+            }
+        }
+        Component.onCompleted: shownProgress = wanted
+        NumberAnimation { id: ease; target: ring; property: "shownProgress"; duration: Theme.normal; easing.type: Easing.OutCubic }
         onShownProgressChanged: requestPaint()
         onVisibleChanged: requestPaint()
         onPaint: {
