@@ -22,17 +22,25 @@ home=$(mktemp -d)
 display_number=$((90 + RANDOM % 100))
 Xvfb ":$display_number" -screen 0 1600x900x24 -wr -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
+norva_pid=
 trap 'kill $norva_pid $xvfb 2>/dev/null; rm -rf "$home"' EXIT
 export DISPLAY=":$display_number"
 sleep 1
-HOME="$home" XDG_RUNTIME_DIR="$home" "$norva" "$@" 2>"$out/norva.log" &
-norva_pid=$!
-sleep "${NORVA_SETTLE:-2}"
-
+start_norva() {
+    HOME="$home" XDG_RUNTIME_DIR="$home" "$norva" "$@" 2>>"$out/norva.log" &
+    norva_pid=$!
+    sleep "${NORVA_SETTLE:-2}"
+}
+stop_norva() {
+    kill "$norva_pid" 2>/dev/null || true
+    wait "$norva_pid" 2>/dev/null || true
+}
 shot() { # name: the top of the screen, where the notch lives
     import -window root -crop 900x520+350+0 +repage "$out/$1.png"
     echo "$out/$1.png"
 }
+
+start_norva "$@"
 shot closed
 xdotool mousemove 800 14
 sleep 0.4
@@ -40,11 +48,10 @@ shot peek
 xdotool click 1
 sleep 0.6
 shot open
+stop_norva
+xdotool mousemove 800 800
 for page in $pages; do
-    # The tabs are found by title with the page list's order; Norva opens a page on request too.
-    xdotool key --clearmodifiers Escape
-    sleep 0.3
-    HOME="$home" "$norva" --open-page "$page" >/dev/null 2>&1 || true
-    sleep 0.6
+    start_norva --open-page "$page" "$@"
     shot "page-$page"
+    stop_norva
 done

@@ -86,6 +86,8 @@ bool NorvaApp::start()
     if (firstLaunch)
         m_settings->write(true, SettingsKeys::hasLaunchedBefore);
 
+    // Feature managers are made here, after the settings store and before the notch windows, and
+    // handed to QML in exposeToQml().
     m_activities = std::make_unique<LiveActivityCoordinator>(m_clock);
     m_activities->follow(*m_settings);
     m_closedFace = std::make_unique<ClosedFaceModel>(*m_activities);
@@ -118,6 +120,10 @@ bool NorvaApp::start()
     }
     if (m_options.exitAfterFirstFrame)
         noteFirstFrame();
+    if (!m_options.openPage.isEmpty()) {
+        openNotch(m_options.openPage);
+        m_overlays.front()->notch()->setPinnedOpen(true);
+    }
     return true;
 }
 

@@ -29,7 +29,8 @@ public:
     struct Options {
         bool demo = false;              // sample activities, nothing of the person's own data
         bool exitAfterFirstFrame = false; // for the start-up benchmark
-        QString demoScene;              // which samples: "all" (empty), "one", "two" or "pinned"
+        QString openPage;                 // start with the notch open on this page
+        QString demoScene;                // which samples: "all" (empty), "one", "two" or "pinned"
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);

@@ -23,12 +23,16 @@ int main(int argc, char* argv[])
                                   QStringLiteral("Show sample live activities; nothing of your own data is touched."));
     const QCommandLineOption firstFrame(QStringLiteral("exit-after-first-frame"),
                                         QStringLiteral("Print the time to the first drawn frame and exit (benchmark)."));
+    const QCommandLineOption openPage(QStringLiteral("open-page"),
+                                      QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
+                                      QStringLiteral("page"));
     const QCommandLineOption demoScene(QStringLiteral("demo-scene"),
                                        QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
                                        QStringLiteral("scene"), QStringLiteral("all"));
     parser.addOption(demo);
     parser.addOption(demoScene);
     parser.addOption(firstFrame);
+    parser.addOption(openPage);
     parser.process(app);
 
     norva::Paths::ensureFolder(norva::Paths::stateFolder());
@@ -43,6 +47,7 @@ int main(int argc, char* argv[])
 
     norva::NorvaApp norvaApp({.demo = parser.isSet(demo) || parser.isSet(demoScene),
                               .exitAfterFirstFrame = parser.isSet(firstFrame),
+                              .openPage = parser.value(openPage),
                               .demoScene = parser.value(demoScene)});
     if (!norvaApp.start())
         return 1;

@@ -57,6 +57,15 @@ Window {
         }
     }
 
+    // The open panel takes the keyboard, so Escape closes it.
+    Connections {
+        target: window.notch
+        function onStateChanged() {
+            if (window.notch.stateName === "open")
+                window.requestActivate()
+        }
+    }
+
     function updateMask() {
         // A few points of slack so the soft edge is not clipped while it moves.
         overlay.setShape(Qt.rect(shape.x - 1, 0, shape.width + 2, shape.height + 1), shape.bottomRadius)
