@@ -10,6 +10,8 @@ namespace {
 const QString kTimerId = QStringLiteral("timer");
 const QString kDownloadId = QStringLiteral("download-demo");
 const QString kVolumeId = QStringLiteral("volume");
+const QString kPromptId = QStringLiteral("agent-demo");
+constexpr int kPromptPriority = 20;
 constexpr int kTimerPriority = 10;
 constexpr int kDownloadPriority = 10;
 constexpr int kVolumePriority = 50; // a level change shows over whatever else is live
@@ -25,24 +27,53 @@ QString clockText(int seconds)
 
 } // namespace
 
-ActivityDemo::ActivityDemo(LiveActivityCoordinator& coordinator, Clock& clock, QObject* parent)
-    : QObject(parent), m_coordinator(coordinator), m_clock(clock)
+std::optional<ActivityDemo::Scene> ActivityDemo::sceneFromWord(const QString& word)
+{
+    if (word.isEmpty() || word == QLatin1String("all"))
+        return Scene::all;
+    if (word == QLatin1String("one"))
+        return Scene::one;
+    if (word == QLatin1String("two"))
+        return Scene::two;
+    if (word == QLatin1String("pinned"))
+        return Scene::pinned;
+    if (word == QLatin1String("three"))
+        return Scene::three;
+    return std::nullopt;
+}
+
+ActivityDemo::ActivityDemo(LiveActivityCoordinator& coordinator, Clock& clock, Scene scene, QObject* parent)
+    : QObject(parent), m_coordinator(coordinator), m_clock(clock), m_scene(scene)
 {}
 
 void ActivityDemo::start()
 {
     publishTimer();
-    publishDownload();
+    if (showsDownload())
+        publishDownload();
+    if (m_scene == Scene::pinned || m_scene == Scene::three)
+        publishPrompt();
     m_ticks = m_clock.every(kTick, [this] { tick(); });
-    m_volumeChanges = m_clock.every(kVolumeEvery, [this] { publishVolume(); });
+    if (m_scene == Scene::all) {
+        m_firstVolumeChange = m_clock.after(kVolumeFirst, [this] {
+            publishVolume();
+            m_volumeChanges = m_clock.every(kVolumeEvery, [this] { publishVolume(); });
+        });
+    }
 }
 
 void ActivityDemo::stop()
 {
     m_ticks.cancel();
+    m_firstVolumeChange.cancel();
     m_volumeChanges.cancel();
-    for (const QString& id : {kTimerId, kDownloadId, kVolumeId})
+    for (const QString& id : {kTimerId, kDownloadId, kVolumeId, kPromptId})
         m_coordinator.remove(id);
+}
+
+bool ActivityDemo::showsDownload() const
+{
+    return m_scene == Scene::all || m_scene == Scene::two || m_scene == Scene::three;
 }
 
 void ActivityDemo::tick()
@@ -51,8 +82,10 @@ void ActivityDemo::tick()
         --m_timerLeft;
         publishTimer();
     }
-    m_downloadSecond = (m_downloadSecond + 1) % (kDownloadSeconds + kDownloadRest);
-    publishDownload();
+    if (showsDownload()) {
+        m_downloadSecond = (m_downloadSecond + 1) % (kDownloadSeconds + kDownloadRest);
+        publishDownload();
+    }
 }
 
 void ActivityDemo::publishTimer()
@@ -105,6 +138,23 @@ void ActivityDemo::publishVolume()
     volume.text.title = QStringLiteral("Volume");
     volume.hold = kVolumeHold;
     m_coordinator.upsert(std::move(volume));
+}
+
+void ActivityDemo::publishPrompt()
+{
+    LiveActivity prompt;
+    prompt.id = kPromptId;
+    prompt.priority = kPromptPriority;
+    prompt.content = ActivityContent::agentPrompt();
+    // A question waiting for the person owns the notch; in the idle measurement it takes turns.
+    prompt.pinned = m_scene != Scene::three;
+    if (!prompt.pinned)
+        prompt.priority = kTimerPriority;
+    prompt.text.title = QStringLiteral("Claude asks");
+    prompt.text.value = QStringLiteral("Allow?");
+    prompt.text.detail = QStringLiteral("Run npm test in ~/code/sample-app");
+    prompt.onTap = [this] { m_coordinator.remove(kPromptId); };
+    m_coordinator.upsert(std::move(prompt));
 }
 
 } // namespace norva

@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 namespace norva {
 
 class LiveActivityCoordinator;
@@ -15,12 +17,20 @@ class ActivityDemo : public QObject {
     Q_OBJECT
 public:
     static constexpr Seconds kTick{1.0};
+    static constexpr Seconds kVolumeFirst{4.0};
     static constexpr Seconds kVolumeEvery{9.0};
     static constexpr double kVolumeHold = 1.6;
     static constexpr int kTimerSeconds = 25 * 60;
     static constexpr int kDownloadSeconds = 40;
 
-    ActivityDemo(LiveActivityCoordinator& coordinator, Clock& clock, QObject* parent = nullptr);
+    // Which samples show: all of them (the default), only the timer, the timer and the download
+    // taking turns, an agent's prompt pinned over the timer, or timer, download and prompt all
+    // three taking turns (for measuring Norva's idle cost).
+    enum class Scene { all, one, two, pinned, three };
+    static std::optional<Scene> sceneFromWord(const QString& word);
+
+    ActivityDemo(LiveActivityCoordinator& coordinator, Clock& clock, Scene scene = Scene::all,
+                 QObject* parent = nullptr);
 
     // Publishes the samples and keeps them moving until stop() or destruction.
     void start();
@@ -31,10 +41,14 @@ private:
     void publishTimer();
     void publishDownload();
     void publishVolume();
+    void publishPrompt();
+    bool showsDownload() const;
 
     LiveActivityCoordinator& m_coordinator;
     Clock& m_clock;
+    Scene m_scene;
     ScheduledWork m_ticks;
+    ScheduledWork m_firstVolumeChange;
     ScheduledWork m_volumeChanges;
     int m_timerLeft = kTimerSeconds;
     bool m_timerRunning = true;

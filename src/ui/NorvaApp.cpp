@@ -97,9 +97,15 @@ bool NorvaApp::start()
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
+    m_activities = std::make_unique<LiveActivityCoordinator>(m_clock);
+    m_activities->follow(*m_settings);
+    m_closedFace = std::make_unique<ClosedFaceModel>(*m_activities);
+    m_closedFace->follow(*m_settings);
+    connect(m_closedFace.get(), &ClosedFaceModel::openRequested, this, &NorvaApp::openNotch);
     startAgents();
     startClipboardAndShelf();
     startMusic();
+    startLiveActivityProducers();
 
     exposeToQml();
     rebuildOverlays();
@@ -116,6 +122,15 @@ bool NorvaApp::start()
     connect(m_tray.get(), &TrayIcon::settingsRequested, this, &NorvaApp::openSettings);
     connect(m_tray.get(), &TrayIcon::quitRequested, this, &NorvaApp::quit);
 
+    if (m_options.demo) {
+        const auto scene = ActivityDemo::sceneFromWord(m_options.demoScene);
+        if (!scene)
+            logLine(QStringLiteral("Norva activities: the demo scene ") + m_options.demoScene +
+                    QStringLiteral(" is unknown (showing all the samples)"));
+        m_demo =
+            std::make_unique<ActivityDemo>(*m_activities, m_clock, scene.value_or(ActivityDemo::Scene::all));
+        m_demo->start();
+    }
     if (m_options.exitAfterFirstFrame)
         noteFirstFrame();
     if (!m_options.openPage.isEmpty()) {
@@ -135,20 +150,50 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("clipboardPage"), m_clipboardPage.get());
     context->setContextProperty(QStringLiteral("shelfDesk"), m_shelfDesk.get());
     context->setContextProperty(QStringLiteral("music"), m_music.get());
+    context->setContextProperty(QStringLiteral("activities"), m_activities.get());
+    context->setContextProperty(QStringLiteral("closedFace"), m_closedFace.get());
 }
+
+// The features' live activities on the closed notch: waiting agent prompts, the shelf, the music ears.
+void NorvaApp::startLiveActivityProducers()
+{
+    m_agentActivities = std::make_unique<AgentPromptActivities>(*m_agentPrompts, *m_activities);
+    m_shelfActivity = std::make_unique<ShelfActivityPublisher>(*m_shelf, *m_activities,
+                                                               [this] { openNotch(QStringLiteral("shelf")); });
+    const auto followMusic = [this] { m_closedFace->setMusicPlaying(m_music->hasActiveSession()); };
+    connect(m_music.get(), &MusicManager::activeSessionChanged, m_closedFace.get(), followMusic);
+    followMusic();
+}
+
+// The closed face follows its notch: the pointer over the notch pauses the holds, the notch's
+// detail timing expands the shown activity's detail, and an activity with a detail arms it.
+void NorvaApp::wireClosedFace(NotchOverlay& overlay)
+{
+    NotchViewModel* notch = overlay.notch();
+    ClosedFaceModel* face = m_closedFace.get();
+    connect(notch, &NotchViewModel::isMouseInsideChanged, face,
+            [face, notch] { face->setPointerInside(notch->isMouseInside()); });
+    connect(notch, &NotchViewModel::activityDetailOpenChanged, face,
+            [face, notch] { face->setDetailOpen(notch->activityDetailOpen()); });
+    const auto overDetail = [face, notch] {
+        notch->setPointerOverDetailActivity(face->active() && face->hasDetail());
+    };
+    connect(face, &ClosedFaceModel::changed, notch, overDetail);
+    overDetail();
 
 // The coding agents' prompts: the switch follows "answerPromptsOnNotch", the manager runs the exchange.
 void NorvaApp::startAgents()
 {
+    // The demo's sample prompts live in a folder of their own, so no real hook talks to the demo.
+    const QString approvals = m_options.demo ? m_demoFolder.path() : Paths::approvalsFolder();
     m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
-    m_agentPrompts =
-        std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, Paths::approvalsFolder());
+    m_agentPrompts = std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, approvals);
     m_agentsPage = std::make_unique<AgentsPageModel>(*m_agentPrompts);
     m_hookPresence = std::make_unique<HookPresence>();
     m_hookPresence->live();
     m_promptSwitch = std::make_unique<AgentPromptSwitch>(*m_settings);
     if (m_options.demo)
-        AgentsDemo::placeSamplePrompts(Paths::approvalsFolder(), m_clock.now());
+        AgentsDemo::placeSamplePrompts(approvals, m_clock.now());
     else
         m_promptSwitch->follow(); // the demo never edits the agents' configuration
     m_agentPrompts->start();
@@ -208,6 +253,7 @@ void NorvaApp::rebuildOverlays()
         if (!overlay->isValid())
             continue;
         overlay->notch()->setPages(pageIds);
+        wireClosedFace(*overlay);
         m_overlays.push_back(std::move(overlay));
     }
 }

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "agents/AgentPromptActivities.h"
 #include "agents/AgentPromptSwitch.h"
 #include "agents/AgentPromptsManager.h"
 #include "agents/AgentsPageModel.h"
 #include "agents/DesktopPromptAlerts.h"
 #include "agents/HookPresence.h"
+#include "activities/ActivityDemo.h"
+#include "activities/ClosedFaceModel.h"
+#include "activities/LiveActivityCoordinator.h"
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
@@ -12,6 +16,7 @@
 #include "clipboard/ClipboardPageModel.h"
 #include "clipboard/ClipboardSource.h"
 #include "shelf/ScreenshotSource.h"
+#include "shelf/ShelfActivityPublisher.h"
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
 #include "media/LyricsManager.h"
@@ -21,6 +26,7 @@
 
 #include <QObject>
 #include <QQmlApplicationEngine>
+#include <QTemporaryDir>
 #include <QVariantList>
 
 #include <memory>
@@ -40,6 +46,7 @@ public:
         bool demo = false;              // sample activities, nothing of the person's own data
         bool exitAfterFirstFrame = false; // for the start-up benchmark
         QString openPage;                 // start with the notch open on this page
+        QString demoScene;                // which samples: "all" (empty), "one", "two" or "pinned"
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);
@@ -63,11 +70,18 @@ private:
     void startAgents();
     void startClipboardAndShelf();
     void startMusic();
+    void startLiveActivityProducers();
+    void wireClosedFace(NotchOverlay& overlay);
 
     Options m_options;
+    QTemporaryDir m_demoFolder;
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;
+    // The coordinator exists before any producer publishes to it, and outlives the overlays.
+    std::unique_ptr<LiveActivityCoordinator> m_activities;
+    std::unique_ptr<ClosedFaceModel> m_closedFace;
+    std::unique_ptr<ActivityDemo> m_demo;
     // Coding agents: the prompt switch follows "answerPromptsOnNotch"; the manager runs the exchange.
     std::unique_ptr<AgentPromptSwitch> m_promptSwitch;
     std::unique_ptr<DesktopPromptAlerts> m_promptAlerts;
@@ -83,6 +97,9 @@ private:
     std::unique_ptr<ShelfDesk> m_shelfDesk;
     std::unique_ptr<LyricsManager> m_lyrics;
     std::unique_ptr<MusicManager> m_music;
+    // Producers that publish the features' live activities to the closed notch.
+    std::unique_ptr<AgentPromptActivities> m_agentActivities;
+    std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

@@ -26,7 +26,11 @@ int main(int argc, char* argv[])
     const QCommandLineOption openPage(QStringLiteral("open-page"),
                                       QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
                                       QStringLiteral("page"));
+    const QCommandLineOption demoScene(QStringLiteral("demo-scene"),
+                                       QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
+                                       QStringLiteral("scene"), QStringLiteral("all"));
     parser.addOption(demo);
+    parser.addOption(demoScene);
     parser.addOption(firstFrame);
     parser.addOption(openPage);
     parser.process(app);
@@ -41,7 +45,10 @@ int main(int argc, char* argv[])
     }
     norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
 
-    norva::NorvaApp norvaApp({parser.isSet(demo), parser.isSet(firstFrame), parser.value(openPage)});
+    norva::NorvaApp norvaApp({.demo = parser.isSet(demo) || parser.isSet(demoScene),
+                              .exitAfterFirstFrame = parser.isSet(firstFrame),
+                              .openPage = parser.value(openPage),
+                              .demoScene = parser.value(demoScene)});
     if (!norvaApp.start())
         return 1;
     return QApplication::exec();

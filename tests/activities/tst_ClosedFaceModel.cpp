@@ -194,6 +194,22 @@ private slots:
         QCOMPARE(open.last().at(0).toString(), QStringLiteral("shelf"));
     }
 
+    void anActionFromTheFaceReachesTheShownActivitysProducer()
+    {
+        FaceRig rig;
+        QStringList heard;
+        rig.coordinator.addProvider({Kind::agentPrompt}, [&](const QString& action, const LiveActivity& a) {
+            heard << action + QLatin1Char(' ') + a.id;
+            return true;
+        });
+        QVERIFY(!rig.face.perform(QStringLiteral("allow"))); // nothing shown
+        rig.coordinator.upsert(make("agent-3", ActivityContent::agentPrompt()));
+        QVERIFY(rig.face.perform(QStringLiteral("allow")));
+        rig.coordinator.upsert(make("timer", ActivityContent::timer(), 9));
+        QVERIFY(!rig.face.perform(QStringLiteral("allow"))); // the timer's producer answers nothing
+        QCOMPARE(heard, QStringList({"allow agent-3"}));
+    }
+
     void anOpenDetailClosesWhenAnotherActivityShows()
     {
         FaceRig rig;
@@ -234,16 +250,18 @@ private slots:
         demo.start();
         QCOMPARE(rig.coordinator.activities().size(), 2);
         QVERIFY(rig.face.rotating());
-        rig.clock.advance(ActivityDemo::kVolumeEvery);
+        rig.clock.advance(ActivityDemo::kVolumeFirst);
         QCOMPARE(rig.face.activityId(), QStringLiteral("volume")); // the level change shows over the rest
         rig.clock.advance(Seconds(ActivityDemo::kVolumeHold));
         QVERIFY(!rig.coordinator.find("volume"));
+        rig.clock.advance(ActivityDemo::kVolumeEvery - Seconds(ActivityDemo::kVolumeHold));
+        QVERIFY(rig.coordinator.find("volume")); // and again, every few seconds
         const LiveActivity* timer = rig.coordinator.find("timer");
         QVERIFY(timer);
-        QCOMPARE(timer->text.value, QStringLiteral("24:50"));
+        QCOMPARE(timer->text.value, QStringLiteral("24:47"));
         timer->onTap(); // the sample timer pauses on a click
         rig.clock.advance(Seconds(5));
-        QCOMPARE(rig.coordinator.find("timer")->text.value, QStringLiteral("24:50"));
+        QCOMPARE(rig.coordinator.find("timer")->text.value, QStringLiteral("24:47"));
         demo.stop();
         QVERIFY(rig.coordinator.activities().isEmpty());
         QDirIterator files(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);

@@ -160,6 +160,38 @@ private slots:
         QVERIFY(rig.coordinator.isParked("timer-2"));
     }
 
+    void followingAStoreWithASwitchOffParksWhatIsAlreadyLive()
+    {
+        ManualClock clock;
+        test::MemoryPreferences preferences;
+        SettingsStore settings(preferences);
+        settings.setActivitySwitch(ActivitySwitch::meetings, false);
+        LiveActivityCoordinator coordinator(clock);
+        coordinator.upsert(lasting(QStringLiteral("meeting"), 0, ActivityContent::meeting()));
+        QCOMPARE(ids(coordinator), QStringList({"meeting"})); // no store followed yet: all allowed
+        LogCapture log;
+        coordinator.follow(settings);
+        QVERIFY(coordinator.activities().isEmpty());
+        QVERIFY(coordinator.isParked("meeting"));
+        QCOMPARE(log.lines(),
+                 QStringList({"Norva activities: meeting left the notch (its switch in Settings > "
+                              "Live activities is off)"}));
+    }
+
+    void aParkedActivityUpdatedIntoAToastIsDropped()
+    {
+        Rig rig;
+        rig.settings.setActivitySwitch(ActivitySwitch::downloads, false);
+        rig.coordinator.upsert(download(QStringLiteral("dl"), 0.5));
+        QVERIFY(rig.coordinator.isParked("dl"));
+        LiveActivity finished = download(QStringLiteral("dl"), 1.0);
+        finished.hold = 3.0; // "done" shows for a moment only
+        rig.coordinator.upsert(finished);
+        QVERIFY(!rig.coordinator.isParked("dl"));
+        rig.settings.setActivitySwitch(ActivitySwitch::downloads, true);
+        QVERIFY(rig.coordinator.activities().isEmpty());
+    }
+
     void aVolumeChangeWithItsSwitchOffIsNeverParked()
     {
         Rig rig;

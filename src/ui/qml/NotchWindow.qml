@@ -15,7 +15,7 @@ Window {
 
     readonly property real closedWidth: faceLoader.item && faceLoader.item.implicitWidth > 0
                                         ? Math.max(190, faceLoader.item.implicitWidth) : 190
-    readonly property real closedHeight: 32
+    readonly property real closedHeight: faceLoader.item ? Math.max(32, faceLoader.item.implicitHeight) : 32
     readonly property bool reduced: settings.reducedMotion
 
     NotchShape {
@@ -38,6 +38,7 @@ Window {
             anchors.fill: parent
             active: app.hasQml("ClosedFace.qml")
             source: active ? "ClosedFace.qml" : ""
+            onLoaded: item.notch = Qt.binding(() => window.notch)
             visible: window.notch.stateName !== "open"
             opacity: visible ? 1 : 0
         }

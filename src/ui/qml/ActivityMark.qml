@@ -1,0 +1,65 @@
+import QtQuick
+
+// The shown activity's mark in the left ear: its glyph inside a ring that fills with its progress.
+Item {
+    id: mark
+    property string symbol
+    property color tint: Theme.accent
+    property real progress: -1 // below 0: no ring
+    property real size: 22
+
+    implicitWidth: size
+    implicitHeight: size
+
+    Canvas {
+        id: ring
+        anchors.fill: parent
+        visible: mark.progress >= 0
+        antialiasing: true
+        property real shownProgress: 0
+        // Big jumps ease; the small steps of a running timer or download are drawn at once, so an
+        // activity that ticks every second costs one frame a second, not an animation.
+        readonly property real wanted: Math.max(0, Math.min(1, mark.progress))
+        onWantedChanged: {
+            if (Math.abs(wanted - shownProgress) > 0.1 && !settings.reducedMotion) {
+                ease.to = wanted
+                ease.restart()
+            } else {
+                ease.stop()
+                shownProgress = wanted
+            }
+        }
+        Component.onCompleted: shownProgress = wanted
+        NumberAnimation { id: ease; target: ring; property: "shownProgress"; duration: Theme.normal; easing.type: Easing.OutCubic }
+        onShownProgressChanged: requestPaint()
+        onVisibleChanged: requestPaint()
+        onPaint: {
+            const ctx = getContext("2d")
+            ctx.reset()
+            const line = 2.2
+            const r = width / 2 - line
+            ctx.lineWidth = line
+            ctx.lineCap = "round"
+            ctx.strokeStyle = Qt.rgba(mark.tint.r, mark.tint.g, mark.tint.b, 0.22)
+            ctx.beginPath()
+            ctx.arc(width / 2, height / 2, r, 0, 2 * Math.PI)
+            ctx.stroke()
+            if (shownProgress > 0) {
+                ctx.strokeStyle = mark.tint
+                ctx.beginPath()
+                ctx.arc(width / 2, height / 2, r, -Math.PI / 2, -Math.PI / 2 + 2 * Math.PI * shownProgress)
+                ctx.stroke()
+            }
+        }
+    }
+    onTintChanged: ring.requestPaint()
+
+    ActivityGlyph {
+        anchors.centerIn: parent
+        symbol: mark.symbol
+        color: mark.symbol === "volume" || mark.symbol === "volumeMuted" ? Theme.text : mark.tint
+        level: mark.progress
+        size: mark.progress >= 0 && !(mark.symbol === "volume" || mark.symbol === "volumeMuted")
+              ? mark.size * 0.5 : mark.size * 0.62
+    }
+}

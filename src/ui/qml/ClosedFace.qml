@@ -1,0 +1,89 @@
+import QtQuick
+
+// The closed notch's face: the shown live activity drawn in the ears beside the notch (its mark on
+// the left, its value on the right), its title faint in the middle, and its detail below while the
+// person hovers it. The notch shape takes this item's implicit size and eases to it.
+Item {
+    id: closed
+    property var face: closedFace   // the ClosedFaceModel
+    property var notch: null         // the NotchViewModel of this display
+    property real centreWidth: 150   // the middle of the notch, where a camera would sit
+    readonly property real barHeight: 32
+    readonly property bool hasContent: face.active || face.leftPiece !== "nothing" || face.rightPiece !== "nothing"
+    readonly property bool detailShown: face.detailOpen && face.hasDetail
+    readonly property bool reduced: settings.reducedMotion
+
+    implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth : 0
+    implicitHeight: barHeight + (detailShown ? detailText.implicitHeight + 16 : 0)
+
+    // A new activity coming round fades in rather than jumping into place.
+    property string shownId: face.activityId
+    onShownIdChanged: if (!reduced) swap.restart()
+    SequentialAnimation {
+        id: swap
+        NumberAnimation { target: bar; property: "opacity"; to: 0.15; duration: 70 }
+        NumberAnimation { target: bar; property: "opacity"; to: 1; duration: Theme.normal; easing.type: Easing.OutCubic }
+    }
+
+    Item {
+        id: bar
+        anchors { top: parent.top; left: parent.left; right: parent.right }
+        height: closed.barHeight
+
+        ActivityEar {
+            id: leftEar
+            anchors { left: parent.left; top: parent.top }
+            width: implicitWidth
+            height: parent.height
+            face: closed.face
+            piece: closed.face.leftPiece
+            side: "left"
+        }
+
+        Text {
+            id: title
+            anchors { left: leftEar.right; right: rightEar.left; verticalCenter: parent.verticalCenter
+                      leftMargin: 6; rightMargin: 6 }
+            horizontalAlignment: Text.AlignHCenter
+            text: closed.face.active ? closed.face.title : ""
+            color: Theme.textDim
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall
+            elide: Text.ElideRight
+            opacity: closed.face.pinned ? 1 : 0.85
+        }
+
+        ActivityEar {
+            id: rightEar
+            anchors { right: parent.right; top: parent.top }
+            width: implicitWidth
+            height: parent.height
+            face: closed.face
+            piece: closed.face.rightPiece
+            side: "right"
+        }
+
+        // A click on the activity runs it, or opens the notch on its page.
+        MouseArea {
+            anchors.fill: parent
+            enabled: closed.face.active
+            acceptedButtons: Qt.LeftButton
+            cursorShape: Qt.PointingHandCursor
+            onClicked: closed.face.tap()
+        }
+    }
+
+    Text {
+        id: detailText
+        anchors { top: bar.bottom; left: parent.left; right: parent.right; leftMargin: 14; rightMargin: 14 }
+        horizontalAlignment: Text.AlignHCenter
+        text: closed.face.detail
+        color: Theme.text
+        font.family: Theme.fontFamily
+        font.pixelSize: Theme.fontSmall + 1
+        elide: Text.ElideRight
+        opacity: closed.detailShown ? 0.92 : 0
+        visible: opacity > 0
+        Behavior on opacity { NumberAnimation { duration: closed.reduced ? 0 : Theme.fast } }
+    }
+}
