@@ -185,7 +185,9 @@ void NorvaApp::wireClosedFace(NotchOverlay& overlay)
 void NorvaApp::startAgents()
 {
     // The demo's sample prompts live in a folder of their own, so no real hook talks to the demo.
-    const QString approvals = m_options.demo ? m_demoFolder.path() : Paths::approvalsFolder();
+    if (m_options.demo)
+        m_demoFolder = std::make_unique<QTemporaryDir>();
+    const QString approvals = m_options.demo ? m_demoFolder->path() : Paths::approvalsFolder();
     m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
     m_agentPrompts = std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, approvals);
     m_agentsPage = std::make_unique<AgentsPageModel>(*m_agentPrompts);

@@ -74,7 +74,7 @@ private:
     void wireClosedFace(NotchOverlay& overlay);
 
     Options m_options;
-    QTemporaryDir m_demoFolder;
+    std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;
