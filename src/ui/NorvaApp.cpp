@@ -180,6 +180,7 @@ void NorvaApp::wireClosedFace(NotchOverlay& overlay)
     };
     connect(face, &ClosedFaceModel::changed, notch, overDetail);
     overDetail();
+}
 
 // The coding agents' prompts: the switch follows "answerPromptsOnNotch", the manager runs the exchange.
 void NorvaApp::startAgents()
