@@ -29,8 +29,9 @@ QByteArray TeamEnforcement::denyJSON(const QString& agent, Dialect dialect, cons
     } else if (agent == QStringLiteral("codex")) {
         body = {{QStringLiteral("hookSpecificOutput"),
                  QJsonObject{{QStringLiteral("hookEventName"), QStringLiteral("PermissionRequest")},
-                             {QStringLiteral("decision"), QJsonObject{{QStringLiteral("behavior"), QStringLiteral("deny")},
-                                                                      {QStringLiteral("message"), text}}}}}};
+                             {QStringLiteral("decision"),
+                              QJsonObject{{QStringLiteral("behavior"), QStringLiteral("deny")},
+                                          {QStringLiteral("message"), text}}}}}};
     } else if (agent == QStringLiteral("copilot")) {
         body = {{QStringLiteral("behavior"), QStringLiteral("deny")}, {QStringLiteral("message"), text}};
     }
@@ -58,8 +59,9 @@ bool TeamEnforcement::writeFlags(const QString& approvalsFolder, const QList<Tea
         return true;
     QSaveFile file(marker);
     if (!QDir().mkpath(approvalsFolder) || !file.open(QIODevice::WriteOnly) || !file.commit()) {
-        logLine(QStringLiteral("Norva team: the marker ") + marker + QStringLiteral(" could not be written (") +
-                file.errorString() + QStringLiteral("); never-allow rules can't reach the hooks"));
+        logLine(QStringLiteral("Norva team: the marker ") + marker +
+                QStringLiteral(" could not be written (") + file.errorString() +
+                QStringLiteral("); never-allow rules can't reach the hooks"));
         return false;
     }
     return true;

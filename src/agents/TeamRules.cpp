@@ -12,11 +12,10 @@ constexpr int kUnwrapDepth = 4;
 // Words that run the rest of the line as a command of its own.
 const QStringList& launcherWords()
 {
-    static const QStringList words = {QStringLiteral("env"),  QStringLiteral("exec"),
-                                      QStringLiteral("command"), QStringLiteral("builtin"),
-                                      QStringLiteral("nohup"), QStringLiteral("sudo"),
-                                      QStringLiteral("doas"), QStringLiteral("time"),
-                                      QStringLiteral("nice"), QStringLiteral("eval")};
+    static const QStringList words = {
+        QStringLiteral("env"),   QStringLiteral("exec"), QStringLiteral("command"), QStringLiteral("builtin"),
+        QStringLiteral("nohup"), QStringLiteral("sudo"), QStringLiteral("doas"),    QStringLiteral("time"),
+        QStringLiteral("nice"),  QStringLiteral("eval")};
     return words;
 }
 
@@ -33,8 +32,9 @@ QString baseName(const QString& word)
 
 bool isShellWord(const QString& word)
 {
-    static const QStringList shellNames = {QStringLiteral("bash"), QStringLiteral("sh"), QStringLiteral("zsh"),
-                                           QStringLiteral("dash"), QStringLiteral("ksh")};
+    static const QStringList shellNames = {QStringLiteral("bash"), QStringLiteral("sh"),
+                                           QStringLiteral("zsh"), QStringLiteral("dash"),
+                                           QStringLiteral("ksh")};
     return TeamRules::wrappingShells().contains(word) || shellNames.contains(baseName(word));
 }
 
@@ -63,7 +63,8 @@ void expandCommand(const QString& command, int depth, QStringList& out)
 {
     QString joined = command;
     // A backslash before a line break continues the line in the shell: "git \<newline>push" is git push.
-    joined.replace(QStringLiteral("\\\r\n"), QStringLiteral(" ")).replace(QStringLiteral("\\\n"), QStringLiteral(" "));
+    joined.replace(QStringLiteral("\\\r\n"), QStringLiteral(" "))
+        .replace(QStringLiteral("\\\n"), QStringLiteral(" "));
     for (const QString& segment : TeamRules::segments(joined))
         expandSegment(segment, depth, out);
 }
@@ -98,7 +99,8 @@ void expandSegment(const QString& segment, int depth, QStringList& out)
             bare.first() = baseName(bare.first());
             add(out, bare.join(QLatin1Char(' ')));
         }
-        if (words.size() >= 3 && isShellWord(words.at(0)) && isCommandFlag(words.at(1)) && depth < kUnwrapDepth)
+        if (words.size() >= 3 && isShellWord(words.at(0)) && isCommandFlag(words.at(1)) &&
+            depth < kUnwrapDepth)
             expandCommand(stripQuotes(words.mid(2).join(QLatin1Char(' '))), depth + 1, out);
     }
 }
@@ -124,10 +126,10 @@ const QStringList& TeamRules::shellTools()
 
 const QStringList& TeamRules::editTools()
 {
-    static const QStringList tools = {QStringLiteral("Edit"),  QStringLiteral("Write"),
-                                      QStringLiteral("MultiEdit"), QStringLiteral("NotebookEdit"),
-                                      QStringLiteral("edit"),  QStringLiteral("create"),
-                                      QStringLiteral("write"), QStringLiteral("str_replace_editor"),
+    static const QStringList tools = {QStringLiteral("Edit"),       QStringLiteral("Write"),
+                                      QStringLiteral("MultiEdit"),  QStringLiteral("NotebookEdit"),
+                                      QStringLiteral("edit"),       QStringLiteral("create"),
+                                      QStringLiteral("write"),      QStringLiteral("str_replace_editor"),
                                       QStringLiteral("apply_patch")};
     return tools;
 }
@@ -141,10 +143,14 @@ const QStringList& TeamRules::fetchTools()
 
 const QStringList& TeamRules::wrappingShells()
 {
-    static const QStringList shells = {QStringLiteral("bash"),          QStringLiteral("sh"),
-                                       QStringLiteral("zsh"),           QStringLiteral("/bin/bash"),
-                                       QStringLiteral("/bin/sh"),       QStringLiteral("/bin/zsh"),
-                                       QStringLiteral("/usr/bin/bash"), QStringLiteral("/usr/bin/zsh"),
+    static const QStringList shells = {QStringLiteral("bash"),
+                                       QStringLiteral("sh"),
+                                       QStringLiteral("zsh"),
+                                       QStringLiteral("/bin/bash"),
+                                       QStringLiteral("/bin/sh"),
+                                       QStringLiteral("/bin/zsh"),
+                                       QStringLiteral("/usr/bin/bash"),
+                                       QStringLiteral("/usr/bin/zsh"),
                                        QStringLiteral("/opt/homebrew/bin/bash")};
     return shells;
 }
@@ -187,7 +193,8 @@ std::optional<TeamSubject> TeamRules::subject(const QString& tool, const QJsonOb
         break;
     }
     case TeamSubjectKind::edit: {
-        for (const QString& key : {QStringLiteral("file_path"), QStringLiteral("notebook_path"), QStringLiteral("path")})
+        for (const QString& key :
+             {QStringLiteral("file_path"), QStringLiteral("notebook_path"), QStringLiteral("path")})
             add(result.candidates, input.value(key).toString());
         if (tool == QStringLiteral("apply_patch")) {
             for (const QString& key : {QStringLiteral("patch"), QStringLiteral("input")}) {
@@ -215,8 +222,9 @@ QString TeamRules::command(const QStringList& argv)
 
 QStringList TeamRules::patchPaths(const QString& text)
 {
-    static const QStringList headers = {QStringLiteral("*** Update File:"), QStringLiteral("*** Delete File:"),
-                                        QStringLiteral("*** Add File:"), QStringLiteral("*** Move to:")};
+    static const QStringList headers = {QStringLiteral("*** Update File:"),
+                                        QStringLiteral("*** Delete File:"), QStringLiteral("*** Add File:"),
+                                        QStringLiteral("*** Move to:")};
     QStringList paths;
     for (const QString& rawLine : text.split(QLatin1Char('\n'))) {
         const QString line = rawLine.trimmed();
@@ -360,7 +368,8 @@ QString TeamRules::verb(TeamSubjectKind kind)
 
 QString TeamRules::phrase(const TeamRule& rule)
 {
-    const QString action = rule.action == TeamAction::never ? QStringLiteral("never") : QStringLiteral("always");
+    const QString action =
+        rule.action == TeamAction::never ? QStringLiteral("never") : QStringLiteral("always");
     return action + QLatin1Char(' ') + verb(rule.kind) + QLatin1Char(' ') + rule.pattern;
 }
 

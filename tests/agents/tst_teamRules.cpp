@@ -45,19 +45,32 @@ private slots:
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("matches");
-        QTest::newRow("exact") << "git push" << "git push" << true;
-        QTest::newRow("case differs") << "Git push" << "git push" << false;
-        QTest::newRow("no star is whole text") << "git push" << "git push origin" << false;
-        QTest::newRow("trailing star") << "git push*" << "git push origin main" << true;
-        QTest::newRow("star matches empty") << "git push*" << "git push" << true;
-        QTest::newRow("leading star") << "*.env" << "config/.env" << true;
-        QTest::newRow("star needs backtracking") << "*a*b" << "xaybzab" << true;
-        QTest::newRow("backtrack fails at end") << "*a*b" << "xaybza" << false;
-        QTest::newRow("middle star") << "rm *-rf*" << "rm x -rf y" << true;
-        QTest::newRow("only star") << "*" << "" << true;
-        QTest::newRow("empty pattern") << "" << "x" << false;
-        QTest::newRow("question mark is literal") << "ls ?" << "ls a" << false;
-        QTest::newRow("prefix of pattern") << "git push" << "git pus" << false;
+        QTest::newRow("exact") << "git push"
+                               << "git push" << true;
+        QTest::newRow("case differs") << "Git push"
+                                      << "git push" << false;
+        QTest::newRow("no star is whole text") << "git push"
+                                               << "git push origin" << false;
+        QTest::newRow("trailing star") << "git push*"
+                                       << "git push origin main" << true;
+        QTest::newRow("star matches empty") << "git push*"
+                                            << "git push" << true;
+        QTest::newRow("leading star") << "*.env"
+                                      << "config/.env" << true;
+        QTest::newRow("star needs backtracking") << "*a*b"
+                                                 << "xaybzab" << true;
+        QTest::newRow("backtrack fails at end") << "*a*b"
+                                                << "xaybza" << false;
+        QTest::newRow("middle star") << "rm *-rf*"
+                                     << "rm x -rf y" << true;
+        QTest::newRow("only star") << "*"
+                                   << "" << true;
+        QTest::newRow("empty pattern") << ""
+                                       << "x" << false;
+        QTest::newRow("question mark is literal") << "ls ?"
+                                                  << "ls a" << false;
+        QTest::newRow("prefix of pattern") << "git push"
+                                           << "git pus" << false;
     }
     void globMatchesTheWholeTextCaseSensitively()
     {
@@ -71,11 +84,12 @@ private slots:
     {
         QTest::addColumn<QString>("command");
         QTest::addColumn<QStringList>("segments");
-        QTest::newRow("and and semicolon") << "git status && git push; ls"
-                                           << QStringList{"git status", "git push", "ls"};
+        QTest::newRow("and and semicolon")
+            << "git status && git push; ls" << QStringList{"git status", "git push", "ls"};
         QTest::newRow("dollar paren") << "echo $(git push)" << QStringList{"echo", "git push"};
         QTest::newRow("backquotes") << "echo `rm -rf x`" << QStringList{"echo", "rm -rf x"};
-        QTest::newRow("pipes and redirects") << "cat a|grep b >out <in" << QStringList{"cat a", "grep b", "out", "in"};
+        QTest::newRow("pipes and redirects")
+            << "cat a|grep b >out <in" << QStringList{"cat a", "grep b", "out", "in"};
         QTest::newRow("line breaks") << "ls\r\ngit push\n" << QStringList{"ls", "git push"};
         QTest::newRow("empty pieces dropped") << ";;  ; ls" << QStringList{"ls"};
         QTest::newRow("blank command") << "   " << QStringList{};
@@ -121,21 +135,20 @@ private slots:
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<int>("kind"); // -1 for none
         QTest::addColumn<QStringList>("candidates");
-        QTest::newRow("Bash string") << "Bash" << j("{'command':'git push'}") << 0
-                                     << QStringList{"git push"};
+        QTest::newRow("Bash string") << "Bash" << j("{'command':'git push'}") << 0 << QStringList{"git push"};
         QTest::newRow("Codex argv") << "local_shell" << j("{'command':['bash','-lc','git push']}") << 0
                                     << QStringList{"git push"};
-        QTest::newRow("exec_command cmd") << "exec_command" << j("{'cmd':'make'}") << 0
-                                          << QStringList{"make"};
+        QTest::newRow("exec_command cmd")
+            << "exec_command" << j("{'cmd':'make'}") << 0 << QStringList{"make"};
         QTest::newRow("Edit") << "Edit" << j("{'file_path':'/r/.env','old_string':'a'}") << 1
                               << QStringList{"/r/.env"};
-        QTest::newRow("NotebookEdit") << "NotebookEdit" << j("{'notebook_path':'n.ipynb'}") << 1
-                                      << QStringList{"n.ipynb"};
-        QTest::newRow("str_replace_editor") << "str_replace_editor" << j("{'path':'a.c'}") << 1
-                                            << QStringList{"a.c"};
-        QTest::newRow("apply_patch") << "apply_patch"
-                                     << j("{'input':'*** Begin Patch\n*** Update File: a.c\n*** Add File: b.c\n'}")
-                                     << 1 << QStringList{"a.c", "b.c"};
+        QTest::newRow("NotebookEdit")
+            << "NotebookEdit" << j("{'notebook_path':'n.ipynb'}") << 1 << QStringList{"n.ipynb"};
+        QTest::newRow("str_replace_editor")
+            << "str_replace_editor" << j("{'path':'a.c'}") << 1 << QStringList{"a.c"};
+        QTest::newRow("apply_patch")
+            << "apply_patch" << j("{'input':'*** Begin Patch\n*** Update File: a.c\n*** Add File: b.c\n'}")
+            << 1 << QStringList{"a.c", "b.c"};
         QTest::newRow("WebFetch") << "WebFetch" << j("{'url':'https://x.example/a','prompt':'p'}") << 2
                                   << QStringList{"https://x.example/a"};
         QTest::newRow("unknown tool") << "Read" << j("{'file_path':'a'}") << -1 << QStringList{};
@@ -236,18 +249,19 @@ private slots:
         const int deny = int(TeamDecision::Outcome::deny);
         const int allow = int(TeamDecision::Outcome::allow);
         QTest::newRow("always allows") << "git status -s" << false << QStringList{} << true << allow << "a1";
-        QTest::newRow("chain disqualifies always") << "git status; ls x" << false << QStringList{} << true
-                                                   << none << "";
-        QTest::newRow("subshell disqualifies always") << "git status $(rm x)" << false << QStringList{} << true
-                                                      << none << "";
-        QTest::newRow("switched off asks") << "git status" << false << QStringList{"a1"} << true << none << "";
-        QTest::newRow("any collected switched off") << "git status" << false << QStringList{"a2"} << true << none
-                                                    << "";
-        QTest::newRow("untrusted caller ignores always") << "git status" << false << QStringList{} << false << none
-                                                         << "";
+        QTest::newRow("chain disqualifies always")
+            << "git status; ls x" << false << QStringList{} << true << none << "";
+        QTest::newRow("subshell disqualifies always")
+            << "git status $(rm x)" << false << QStringList{} << true << none << "";
+        QTest::newRow("switched off asks")
+            << "git status" << false << QStringList{"a1"} << true << none << "";
+        QTest::newRow("any collected switched off")
+            << "git status" << false << QStringList{"a2"} << true << none << "";
+        QTest::newRow("untrusted caller ignores always")
+            << "git status" << false << QStringList{} << false << none << "";
         QTest::newRow("never beats always") << "git push" << false << QStringList{} << true << deny << "n1";
-        QTest::newRow("first never wins") << "rm -rf / && git push" << false << QStringList{} << true << deny
-                                          << "n1";
+        QTest::newRow("first never wins")
+            << "rm -rf / && git push" << false << QStringList{} << true << deny << "n1";
         QTest::newRow("second never") << "rm -rf /tmp/x" << false << QStringList{} << true << deny << "n2";
         QTest::newRow("question never decided") << "git push" << true << QStringList{} << true << none << "";
         QTest::newRow("no rule") << "make" << false << QStringList{} << true << none << "";
@@ -297,7 +311,8 @@ private slots:
     void phraseAndReasonReadAsTheTeamWroteThem()
     {
         const TeamRule never = rule("n", TeamAction::never, TeamSubjectKind::run, "git push*");
-        const TeamRule always = rule("a", TeamAction::always, TeamSubjectKind::fetch, "https://docs.example/*");
+        const TeamRule always =
+            rule("a", TeamAction::always, TeamSubjectKind::fetch, "https://docs.example/*");
         QCOMPARE(TeamRules::phrase(never), QStringLiteral("never run git push*"));
         QCOMPARE(TeamRules::phrase(rule("e", TeamAction::always, TeamSubjectKind::edit, "src/*")),
                  QStringLiteral("always edit src/*"));
@@ -316,16 +331,16 @@ private slots:
         const int pre = int(TeamEnforcement::Dialect::preToolUse);
         const int perm = int(TeamEnforcement::Dialect::permissionRequest);
         const QByteArray message = "Denied by your team's rule: never run git push*";
-        const QByteArray preBody = j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny','permissionDecisionReason':'") +
+        const QByteArray preBody = j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','"
+                                     "permissionDecision':'deny','permissionDecisionReason':'") +
                                    message + j("'}}");
         QTest::newRow("claude pre") << "claude" << pre << preBody;
         QTest::newRow("codex pre") << "codex" << pre << preBody;
-        QTest::newRow("codex perm")
-            << "codex" << perm
-            << j("{'hookSpecificOutput':{'decision':{'behavior':'deny','message':'") + message +
-                   j("'},'hookEventName':'PermissionRequest'}}");
-        QTest::newRow("copilot perm") << "copilot" << perm
-                                      << j("{'behavior':'deny','message':'") + message + j("'}");
+        QTest::newRow("codex perm") << "codex" << perm
+                                    << j("{'hookSpecificOutput':{'decision':{'behavior':'deny','message':'") +
+                                           message + j("'},'hookEventName':'PermissionRequest'}}");
+        QTest::newRow("copilot perm")
+            << "copilot" << perm << j("{'behavior':'deny','message':'") + message + j("'}");
         QTest::newRow("unknown agent perm") << "gemini" << perm << QByteArray("{}");
     }
     void denyBodiesFollowEachAgentsDialect()
