@@ -1,0 +1,45 @@
+#include "agents/HookScripts.h"
+
+#include <QFile>
+
+namespace norva {
+namespace {
+
+const QByteArray folderPlaceholder = QByteArrayLiteral("@NORVA_APPROVALS@");
+constexpr int scriptMode = 0755;
+
+} // namespace
+
+QByteArray HookScripts::text(const QString& name, const QString& approvalsFolder)
+{
+    QFile shipped(QStringLiteral(":/agents/scripts/") + name);
+    if (name.contains(QLatin1Char('/')) || !shipped.open(QIODevice::ReadOnly))
+        return {};
+    QByteArray script = shipped.readAll();
+    script.replace(folderPlaceholder, shellQuoted(approvalsFolder).toUtf8());
+    return script;
+}
+
+FileResult HookScripts::write(const QString& name, const ApprovalsFolder& folder)
+{
+    if (const FileResult ready = folder.ensure(); !ready)
+        return ready;
+    const QByteArray script = text(name, folder.path());
+    if (script.isEmpty())
+        return FileResult::failed(QStringLiteral("Norva has no script named ") + name);
+    return folder.write(name, script, scriptMode);
+}
+
+QString HookScripts::shellQuoted(const QString& text)
+{
+    QString escaped = text;
+    escaped.replace(QLatin1Char('\''), QStringLiteral("'\\''"));
+    return QLatin1Char('\'') + escaped + QLatin1Char('\'');
+}
+
+QString HookScripts::command(const QString& scriptPath)
+{
+    return QStringLiteral("sh ") + shellQuoted(scriptPath);
+}
+
+} // namespace norva

@@ -1,0 +1,119 @@
+#include "TempHome.h"
+#include "TestMain.h"
+
+#include "agents/ApprovalsFolder.h"
+#include "agents/ApprovalsFolderWatch.h"
+#include "app/Paths.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+using namespace norva;
+
+// The approvals folder is where a local process can get a shell command approved: these tests pin
+// its privacy (0700) and Norva's refusal to read or write through links planted in it.
+class ApprovalsFolderTest : public QObject {
+    Q_OBJECT
+private slots:
+    void createsFolderPrivateWithParents()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        struct stat info {};
+        QCOMPARE(::stat(QFile::encodeName(folder.path()).constData(), &info), 0);
+        QCOMPARE(int(info.st_mode & 07777), 0700);
+        QVERIFY(folder.path().endsWith(QStringLiteral("/.local/share/Norva/approvals")));
+    }
+
+    void tightensAnExistingOpenFolder()
+    {
+        test::TempHome home;
+        const QString path = home.file(QStringLiteral("approvals"));
+        QVERIFY(QDir().mkpath(path));
+        QVERIFY(::chmod(QFile::encodeName(path).constData(), 0777) == 0);
+        QVERIFY(ApprovalsFolder(path).ensure().ok);
+        struct stat info {};
+        ::stat(QFile::encodeName(path).constData(), &info);
+        QCOMPARE(int(info.st_mode & 07777), 0700);
+    }
+
+    void refusesAFolderThatIsALink()
+    {
+        test::TempHome home;
+        const QString real = home.file(QStringLiteral("elsewhere"));
+        QVERIFY(QDir().mkpath(real));
+        const QString link = home.file(QStringLiteral("approvals"));
+        QVERIFY(QFile::link(real, link));
+        const FileResult result = ApprovalsFolder(link).ensure();
+        QVERIFY(!result.ok);
+        QCOMPARE(result.error, QStringLiteral("it is a link"));
+    }
+
+    void neverReadsThroughALink()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
+        QVERIFY(folder.ensure().ok);
+        const QString secret = home.write(QStringLiteral("secret.json"), "{\"tool_name\":\"Bash\"}");
+        QVERIFY(QFile::link(secret, folder.filePath(QStringLiteral("pending-x.json"))));
+        QVERIFY(!folder.read(QStringLiteral("pending-x.json")).has_value());
+        QVERIFY(!folder.modified(QStringLiteral("pending-x.json")).has_value());
+        QVERIFY(!folder.files().contains(QStringLiteral("pending-x.json")));
+    }
+
+    void writeReplacesALinkInsteadOfWritingThroughIt()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
+        QVERIFY(folder.ensure().ok);
+        const QString target = home.write(QStringLiteral("bashrc"), "keep me");
+        QVERIFY(QFile::link(target, folder.filePath(QStringLiteral("resp-1"))));
+        QVERIFY(folder.write(QStringLiteral("resp-1"), "{}").ok);
+        QCOMPARE(test::TempHome::read(target), QByteArray("keep me"));
+        QVERIFY(!QFileInfo(folder.filePath(QStringLiteral("resp-1"))).isSymLink());
+        QCOMPARE(*folder.read(QStringLiteral("resp-1")), QByteArray("{}"));
+
+        QVERIFY(QFile::link(target, folder.filePath(QStringLiteral("heartbeat"))));
+        const QDateTime when = QDateTime::fromSecsSinceEpoch(1700000000, Qt::UTC);
+        QVERIFY(folder.touch(QStringLiteral("heartbeat"), when).ok);
+        QCOMPARE(*folder.modified(QStringLiteral("heartbeat")), when);
+        QVERIFY(QFileInfo(target).lastModified().toSecsSinceEpoch() != 1700000000);
+        QVERIFY(folder.files().filter(QStringLiteral(".norva-")).isEmpty());
+    }
+
+    void touchSetsTheGivenTimeAndRemoveToleratesMissing()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
+        QVERIFY(folder.ensure().ok);
+        const QDateTime first = QDateTime::fromSecsSinceEpoch(1800000000, Qt::UTC);
+        QVERIFY(folder.touch(QStringLiteral("heartbeat"), first).ok);
+        QCOMPARE(*folder.modified(QStringLiteral("heartbeat")), first);
+        QVERIFY(folder.touch(QStringLiteral("heartbeat"), first.addSecs(10)).ok);
+        QCOMPARE(*folder.modified(QStringLiteral("heartbeat")), first.addSecs(10));
+        QVERIFY(folder.remove(QStringLiteral("heartbeat")).ok);
+        QVERIFY(folder.remove(QStringLiteral("heartbeat")).ok);
+        QVERIFY(!folder.exists(QStringLiteral("heartbeat")));
+    }
+
+    void watchSignalsANewFile()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
+        QVERIFY(folder.ensure().ok);
+        ApprovalsFolderWatch watch(folder.path());
+        QVERIFY(watch.start());
+        QSignalSpy spy(&watch, &ApprovalsFolderWatch::changed);
+        home.write(QStringLiteral("approvals/pending-a.json"), "{}");
+        QTRY_VERIFY_WITH_TIMEOUT(spy.count() > 0, 5000);
+        watch.stop();
+        QVERIFY(!watch.isWatching());
+    }
+};
+NORVA_TEST(ApprovalsFolderTest)
+#include "tst_approvalsfolder.moc"
