@@ -35,7 +35,8 @@ const QString kFound = QStringLiteral("found");
 QString quoted(const QString& text)
 {
     QString escaped = text;
-    escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\")).replace(QLatin1Char('"'), QStringLiteral("\\\""));
+    escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\"))
+        .replace(QLatin1Char('"'), QStringLiteral("\\\""));
     return QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
@@ -56,7 +57,8 @@ struct ScriptRun {
 } // namespace
 
 TerminalJumper::TerminalJumper(WindowActivator& activator, QObject* parent)
-    : QObject(parent), m_activator(activator), m_scriptWait(kScriptWait), m_approvalsFolder(Paths::approvalsFolder())
+    : QObject(parent), m_activator(activator), m_scriptWait(kScriptWait),
+      m_approvalsFolder(Paths::approvalsFolder())
 {
     m_jumpQueue.setObjectName(QStringLiteral("norva.terminal.jump"));
     m_jumpQueue.setMaxThreadCount(1);
@@ -139,8 +141,9 @@ void TerminalJumper::jumpToSession(const QString& transcriptPath)
             return;
         }
     }
-    logLine(QStringLiteral("Norva agents: jumping to a session's terminal failed (no terminal is known for ") +
-            transcriptPath + QLatin1Char(')'));
+    logLine(
+        QStringLiteral("Norva agents: jumping to a session's terminal failed (no terminal is known for ") +
+        transcriptPath + QLatin1Char(')'));
     emit jumpFinished(false);
 }
 
@@ -166,7 +169,8 @@ bool TerminalJumper::jumpNow(const Target& target)
         return true;
     }
     bool ok = false;
-    if (target.termProgram == QStringLiteral("iTerm.app") && (!target.itermSession.isEmpty() || !target.tty.isEmpty()))
+    if (target.termProgram == QStringLiteral("iTerm.app") &&
+        (!target.itermSession.isEmpty() || !target.tty.isEmpty()))
         ok = scriptOrActivate(target, itermScript(target));
     else if (target.termProgram == QStringLiteral("Apple_Terminal") && !target.tty.isEmpty())
         ok = scriptOrActivate(target, terminalScript(target));
@@ -175,7 +179,8 @@ bool TerminalJumper::jumpNow(const Target& target)
     if (!ok)
         logLine(QStringLiteral("Norva agents: jumping to a session's terminal failed (") +
                 (target.termProgram.isEmpty() ? QStringLiteral("unknown terminal") : target.termProgram) +
-                QStringLiteral(", process ") + QString::number(target.pid) + QStringLiteral(" is not running)"));
+                QStringLiteral(", process ") + QString::number(target.pid) +
+                QStringLiteral(" is not running)"));
     return ok;
 }
 
@@ -228,8 +233,9 @@ TerminalJumper::ScriptOutcome TerminalJumper::runScript(const QString& source)
 {
     bool idle = false;
     if (!m_scriptRunning.compare_exchange_strong(idle, true)) {
-        logLine(QStringLiteral("Norva agents: an earlier terminal script is still waiting on its app; this jump "
-                               "brings the terminal forward instead"));
+        logLine(
+            QStringLiteral("Norva agents: an earlier terminal script is still waiting on its app; this jump "
+                           "brings the terminal forward instead"));
         return ScriptOutcome::busy;
     }
     auto run = std::make_shared<ScriptRun>();
@@ -278,10 +284,11 @@ TerminalJumper::ScriptOutcome TerminalJumper::runScript(const QString& source)
     QDeadlineTimer deadline(qint64(m_scriptWait.count() * 1000));
     while (!run->done) {
         if (!run->finished.wait(&run->lock, deadline)) {
-            logLine(QStringLiteral("Norva agents: the terminal's AppleScript gave no answer in ") +
-                    secondsText(m_scriptWait) +
-                    QStringLiteral(" s (is macOS asking whether Norva may control it?); bringing the app forward "
-                                   "instead"));
+            logLine(
+                QStringLiteral("Norva agents: the terminal's AppleScript gave no answer in ") +
+                secondsText(m_scriptWait) +
+                QStringLiteral(" s (is macOS asking whether Norva may control it?); bringing the app forward "
+                               "instead"));
             return ScriptOutcome::timedOut;
         }
     }
@@ -292,7 +299,8 @@ TerminalJumper::ScriptOutcome TerminalJumper::runScript(const QString& source)
 
 QString TerminalJumper::tmuxBinary() const
 {
-    for (const QString& fixed : {QStringLiteral("/opt/homebrew/bin/tmux"), QStringLiteral("/usr/local/bin/tmux")}) {
+    for (const QString& fixed :
+         {QStringLiteral("/opt/homebrew/bin/tmux"), QStringLiteral("/usr/local/bin/tmux")}) {
         const QFileInfo info(fixed);
         if (info.isFile() && info.isExecutable())
             return fixed;
@@ -305,7 +313,8 @@ QString TerminalJumper::tmuxBinary() const
 #endif
 }
 
-std::optional<TerminalJumper::RunResult> TerminalJumper::run(const QString& binary, const QStringList& arguments) const
+std::optional<TerminalJumper::RunResult> TerminalJumper::run(const QString& binary,
+                                                             const QStringList& arguments) const
 {
     QProcess process;
     process.start(binary, arguments);
@@ -351,14 +360,14 @@ bool TerminalJumper::jumpTmux(const Target& target)
     if (tmux.isEmpty())
         return false;
     const QStringList server = tmuxServer(target);
-    const auto panes = run(tmux, server + QStringList{QStringLiteral("list-panes"), QStringLiteral("-a"),
-                                                      QStringLiteral("-F"),
-                                                      QStringLiteral("#{session_name}:#{window_index}.#{pane_index} "
-                                                                     "#{pane_tty}")});
+    const auto panes = run(
+        tmux, server + QStringList{QStringLiteral("list-panes"), QStringLiteral("-a"), QStringLiteral("-F"),
+                                   QStringLiteral("#{session_name}:#{window_index}.#{pane_index} "
+                                                  "#{pane_tty}")});
     if (!panes || !panes->ok())
         return false;
-    const auto location =
-        tmuxPaneLocation(QString::fromUtf8(panes->output).split(QLatin1Char('\n'), Qt::SkipEmptyParts), target.tty);
+    const auto location = tmuxPaneLocation(
+        QString::fromUtf8(panes->output).split(QLatin1Char('\n'), Qt::SkipEmptyParts), target.tty);
     if (!location)
         return false;
     const QString window = location->left(location->lastIndexOf(QLatin1Char('.')));
@@ -370,7 +379,8 @@ bool TerminalJumper::jumpTmux(const Target& target)
     QString client;
     qint64 latest = -1;
     if (clients && clients->ok()) {
-        for (const QString& line : QString::fromUtf8(clients->output).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        for (const QString& line :
+             QString::fromUtf8(clients->output).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             const qint64 activity = line.section(QLatin1Char(' '), 0, 0).toLongLong();
             if (activity > latest) {
                 latest = activity;
@@ -381,8 +391,10 @@ bool TerminalJumper::jumpTmux(const Target& target)
     if (!client.isEmpty())
         run(tmux, server + QStringList{QStringLiteral("switch-client"), QStringLiteral("-c"), client,
                                        QStringLiteral("-t"), session});
-    const auto selectedWindow = run(tmux, server + QStringList{QStringLiteral("select-window"), QStringLiteral("-t"), window});
-    const auto selectedPane = run(tmux, server + QStringList{QStringLiteral("select-pane"), QStringLiteral("-t"), *location});
+    const auto selectedWindow =
+        run(tmux, server + QStringList{QStringLiteral("select-window"), QStringLiteral("-t"), window});
+    const auto selectedPane =
+        run(tmux, server + QStringList{QStringLiteral("select-pane"), QStringLiteral("-t"), *location});
     return selectedWindow && selectedWindow->ok() && selectedPane && selectedPane->ok();
 }
 

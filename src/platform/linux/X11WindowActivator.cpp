@@ -85,7 +85,8 @@ struct Connection {
     bool isViewable(xcb_window_t window) const
     {
         std::unique_ptr<xcb_get_window_attributes_reply_t, decltype(&free)> reply(
-            xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window), nullptr),
+            xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
+                                            nullptr),
             &free);
         return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
     }
