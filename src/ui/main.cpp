@@ -1,12 +1,48 @@
 #include "app/Log.h"
+#include "app/Paths.h"
+#include "ui/NorvaApp.h"
+#include "ui/SingleInstance.h"
 
 #include <QApplication>
-#include <QQmlApplicationEngine>
+#include <QCommandLineParser>
+
+#include <cstdio>
 
 int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
-    QQmlApplicationEngine engine;
-    engine.load(QUrl(QStringLiteral("qrc:/qml/Main.qml")));
-    return engine.rootObjects().isEmpty() ? 1 : app.exec();
+    QApplication::setApplicationName(QStringLiteral("Norva"));
+    QApplication::setApplicationVersion(QStringLiteral(NORVA_VERSION));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Norva turns the notch at the top of the screen into a live surface."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption demo(QStringLiteral("demo"),
+                                  QStringLiteral("Show sample live activities; nothing of your own data is touched."));
+    const QCommandLineOption firstFrame(QStringLiteral("exit-after-first-frame"),
+                                        QStringLiteral("Print the time to the first drawn frame and exit (benchmark)."));
+    const QCommandLineOption openPage(QStringLiteral("open-page"),
+                                      QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
+                                      QStringLiteral("page"));
+    parser.addOption(demo);
+    parser.addOption(firstFrame);
+    parser.addOption(openPage);
+    parser.process(app);
+
+    norva::Paths::ensureFolder(norva::Paths::stateFolder());
+    norva::SingleInstance instance(norva::Paths::stateFolder() + QStringLiteral("/norva.lock"));
+    if (!instance.isFirst()) {
+        std::fprintf(stderr, "Norva is already running.\n");
+        norva::logLine(QStringLiteral("Norva: another Norva is already running (") + instance.lockPath() +
+                       QStringLiteral(" is held); this one exits"));
+        return 0;
+    }
+    norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
+
+    norva::NorvaApp norvaApp({parser.isSet(demo), parser.isSet(firstFrame), parser.value(openPage)});
+    if (!norvaApp.start())
+        return 1;
+    return QApplication::exec();
 }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QObject>
+#include <QVariantList>
+
+namespace norva {
+
+class AgentPromptsManager;
+
+// The view model of the open notch's Agents page: one card per waiting prompt (agent, tool, and the
+// command or file it acts on; or a question with its options) and the answers the cards offer.
+class AgentsPageModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QVariantList cards READ cards NOTIFY cardsChanged)
+    Q_PROPERTY(int count READ count NOTIFY cardsChanged)
+public:
+    explicit AgentsPageModel(AgentPromptsManager& manager, QObject* parent = nullptr);
+
+    QVariantList cards() const { return m_cards; }
+    int count() const { return int(m_cards.size()); }
+
+    Q_INVOKABLE bool allow(const QString& id);
+    Q_INVOKABLE bool deny(const QString& id);
+    // Hands the prompt back to the agent's own prompt in its terminal.
+    Q_INVOKABLE bool answerInTerminal(const QString& id);
+    // Asks for the agent's terminal to be brought forward (the jump-back answers it).
+    Q_INVOKABLE void showTerminal(const QString& id);
+
+signals:
+    void cardsChanged();
+    void terminalRequested(const QString& id, const QString& sessionId);
+
+private:
+    void rebuild();
+
+    AgentPromptsManager& m_manager;
+    QVariantList m_cards;
+};
+
+} // namespace norva

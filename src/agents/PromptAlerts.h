@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+namespace norva {
+
+// How Norva draws the person's attention to a new agent prompt: a short chime and a desktop
+// notification. One implementation per desktop; tests count the calls.
+class PromptAlerts {
+public:
+    virtual ~PromptAlerts() = default;
+    virtual void chime() = 0;
+    virtual void notify(const QString& title, const QString& body) = 0;
+};
+
+} // namespace norva

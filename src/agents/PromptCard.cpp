@@ -1,0 +1,104 @@
+#include "agents/PromptCard.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace norva {
+namespace {
+
+constexpr int subjectLimit = 600; // a card shows a few lines; the terminal has the rest
+
+const QStringList& wrappingShells()
+{
+    static const QStringList shells = {"bash",          "sh",           "zsh",
+                                       "/bin/bash",     "/bin/sh",      "/bin/zsh",
+                                       "/usr/bin/bash", "/usr/bin/zsh", "/opt/homebrew/bin/bash"};
+    return shells;
+}
+
+// An argument list as the person would type it; a wrapping "bash -lc ..." shows only its command.
+QString commandLine(const QJsonArray& argv)
+{
+    QStringList words;
+    for (const QJsonValue& word : argv)
+        words << word.toString();
+    if (words.size() >= 3 && wrappingShells().contains(words.at(0)) &&
+        (words.at(1) == QLatin1String("-lc") || words.at(1) == QLatin1String("-c")))
+        words = words.mid(2);
+    return words.join(QLatin1Char(' '));
+}
+
+QString firstText(const QJsonObject& object, const QStringList& keys)
+{
+    for (const QString& key : keys) {
+        const QJsonValue value = object.value(key);
+        if (value.isString() && !value.toString().isEmpty())
+            return value.toString();
+    }
+    return {};
+}
+
+QJsonObject objectOf(const QJsonValue& value)
+{
+    if (value.isObject())
+        return value.toObject();
+    // Some agents send the tool's arguments as JSON text.
+    if (value.isString())
+        return QJsonDocument::fromJson(value.toString().toUtf8()).object();
+    return {};
+}
+
+} // namespace
+
+QString PromptCard::subjectOf(const QJsonObject& input)
+{
+    QString subject;
+    const QJsonValue command = input.value(QStringLiteral("command"));
+    if (command.isString())
+        subject = command.toString();
+    else if (command.isArray())
+        subject = commandLine(command.toArray());
+    if (subject.isEmpty())
+        subject = firstText(input, {"file_path", "notebook_path", "path", "url", "query", "pattern"});
+    if (subject.isEmpty() && !input.isEmpty())
+        subject = QString::fromUtf8(QJsonDocument(input).toJson(QJsonDocument::Compact));
+    if (subject.size() > subjectLimit)
+        subject = subject.left(subjectLimit) + QChar(0x2026);
+    return subject;
+}
+
+std::optional<PromptCard> PromptCard::fromPayload(const QString& id, const QByteArray& payload,
+                                                  const QDateTime& arrivedAt)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(payload);
+    if (!document.isObject())
+        return std::nullopt;
+    const QJsonObject object = document.object();
+    PromptCard card;
+    card.id = id;
+    card.agent = CodingAgents::fromPromptId(id);
+    card.tool = firstText(object, {"tool_name", "toolName"});
+    card.input =
+        objectOf(object.contains(QStringLiteral("tool_input")) ? object.value(QStringLiteral("tool_input"))
+                                                               : object.value(QStringLiteral("toolInput")));
+    card.transcriptPath = firstText(object, {"transcript_path"});
+    card.sessionId = firstText(object, {"session_id", "sessionId"});
+    card.cwd = firstText(object, {"cwd"});
+    card.isQuestion = card.tool == QLatin1String("AskUserQuestion");
+    card.arrivedAt = arrivedAt;
+    if (card.isQuestion) {
+        for (const QJsonValue& question : card.input.value(QStringLiteral("questions")).toArray()) {
+            const QJsonObject asked = question.toObject();
+            card.questions << asked.value(QStringLiteral("question")).toString();
+            for (const QJsonValue& option : asked.value(QStringLiteral("options")).toArray())
+                card.options << (option.isObject()
+                                     ? option.toObject().value(QStringLiteral("label")).toString()
+                                     : option.toString());
+        }
+    } else {
+        card.subject = subjectOf(card.input);
+    }
+    return card;
+}
+
+} // namespace norva

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "agents/CodingAgent.h"
+
+#include <QDateTime>
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace norva {
+
+// One waiting prompt of a coding agent, as read from its "pending-ID.json": a permission to run a
+// tool, or a question ("AskUserQuestion") that the agent asks in its own picker.
+struct PromptCard {
+    QString id;
+    CodingAgent agent = CodingAgent::claude;
+    bool isQuestion = false;
+    QString tool;
+    QJsonObject input;
+    QString transcriptPath;
+    QString sessionId;
+    QString cwd;
+    // What the tool acts on, as the card shows it: the command, the file, the address or the query.
+    QString subject;
+    // For a question: each question's text, and its options.
+    QStringList questions;
+    QStringList options;
+    QDateTime arrivedAt;
+
+    bool operator==(const PromptCard&) const = default;
+
+    // Reads a pending file's payload; none when it is not a JSON object.
+    static std::optional<PromptCard> fromPayload(const QString& id, const QByteArray& payload,
+                                                 const QDateTime& arrivedAt);
+    // The subject of a tool call: "command" (a text, or an argument list), a file path, a URL or a query.
+    static QString subjectOf(const QJsonObject& input);
+};
+
+} // namespace norva

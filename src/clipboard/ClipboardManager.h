@@ -1,0 +1,112 @@
+#pragma once
+
+#include "app/Clock.h"
+#include "clipboard/ClipboardHistory.h"
+#include "clipboard/ClipboardItem.h"
+#include "storage/OwnedFolder.h"
+#include "storage/StoredList.h"
+
+#include <QHash>
+#include <QImage>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace norva {
+
+class ClipboardSource;
+class SettingsStore;
+
+// Keeps the history of what the person copies: watches the clipboard, files each new copy
+// (private copies never), keeps pictures as PNG files of its own in "ClipboardImages", stores
+// the list in "clipboard.json" and puts any clip back on the clipboard. Lives on the main thread.
+class ClipboardManager : public QObject {
+    Q_OBJECT
+public:
+    using Item = ClipboardItem;
+
+    // How often the clipboard's change count is read (the desktop's own change signal comes first).
+    static constexpr Seconds kPollInterval{0.5};
+    // The longest side of a picture clip's thumbnail, in pixels.
+    static constexpr int kThumbnailSide = 160;
+    static const QStringList& excludedTypes();
+    static const QString kKdePasswordHint; // "x-kde-passwordManagerHint", "secret" marks a secret
+
+    // What copying a clip again came to: whether it went on the clipboard, and what the page says.
+    struct CopyOutcome {
+        bool copied = false;
+        QString message;
+    };
+
+    ClipboardManager(ClipboardSource& source, SettingsStore& settings, Clock& clock, const QString& dataFolder,
+                     QObject* parent = nullptr);
+    ~ClipboardManager() override;
+
+    // Loads the stored list, then watches the clipboard.
+    void start();
+    void poll();
+    // Files a text dropped on the notch; false (with its log line) when it is not kept.
+    bool recordDropped(const QString& text);
+    CopyOutcome copy(const QUuid& id);
+    void setPinned(const QUuid& id, bool pinned);
+    void remove(const QUuid& id);
+    // Removes every unpinned clip; returns how many went.
+    int clearAllButPinned();
+
+    const QList<Item>& items() const { return m_history.recency(); }
+    QList<Item> ordered() const { return m_history.ordered(); }
+    QList<Item> search(const QString& query) const { return m_history.search(query); }
+    std::optional<QUuid> copiedItemID() const { return m_copiedItemID; }
+    bool historyOn() const;
+    QString imagePath(const Item& clip) const;
+    QString imagesFolder() const { return m_images.url(); }
+
+    // Makes a picture clip's thumbnail off the main thread; thumbnailReady tells when it is cached.
+    void requestThumbnail(const QUuid& id);
+    std::optional<QImage> thumbnail(const QUuid& id) const;
+
+    // True when the formats mark a copy as private: a password manager's secret, a transient or
+    // generated copy, or a promised file.
+    static bool isPrivate(const QStringList& formats, const std::function<QByteArray(const QString&)>& data);
+
+    StoredList& storedList() { return m_list; }
+    // Saves a waiting change now (at quit).
+    void flush() { m_list.saveNow(); }
+
+signals:
+    void itemsChanged();
+    void copiedItemChanged();
+    void historyOnChanged();
+    void thumbnailReady(const QUuid& id);
+    // A picture copy was filed or dropped after its off-main work (for views that wait on it).
+    void imageCopyHandled();
+
+private:
+    void load();
+    void recordFiles(const QStringList& paths);
+    void recordImage(const QByteArray& bytes, const QString& format);
+    void recordString(const QString& text);
+    void file(Item clip);
+    void letGo(const QList<Item>& clips);
+    void deletePicture(const Item& clip);
+    void changed();
+    QString describe(const Item& clip) const;
+    Item newClip(ClipboardKind kind, const std::optional<QString>& app) const;
+    void forget(const QUuid& id, const QString& reason);
+    static QStringList localFiles(const QByteArray& uriList);
+
+    ClipboardSource& m_source;
+    SettingsStore& m_settings;
+    Clock& m_clock;
+    ClipboardHistory m_history;
+    StoredList m_list;
+    OwnedFolder m_images;
+    std::optional<QUuid> m_copiedItemID;
+    std::optional<quint64> m_lastChangeCount;
+    bool m_lastHistoryOn = true;
+    QHash<QUuid, QImage> m_thumbnails;
+    ScheduledWork m_pollWork;
+};
+
+} // namespace norva

@@ -1,0 +1,411 @@
+#include "media/MusicManager.h"
+
+#include "app/Background.h"
+#include "app/Log.h"
+#include "app/SettingsStore.h"
+#include "media/AlbumTintReader.h"
+#include "media/AlbumWashMaker.h"
+#include "media/LyricsManager.h"
+#include "media/MediaRemoteAdapterBackend.h"
+#include "media/ScriptingBackend.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <cmath>
+
+namespace norva {
+namespace {
+
+constexpr int kFullVolume = 100;
+
+// The players offered when nothing plays: their names and the program that opens each.
+struct LaunchablePlayer {
+    const char* name;
+    const char* program;
+};
+#ifdef Q_OS_MACOS
+constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "Spotify"}, {"Music", "Music"}};
+#else
+constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "spotify"},       {"Rhythmbox", "rhythmbox"},
+                                         {"Elisa", "elisa"},           {"Strawberry", "strawberry"},
+                                         {"Audacious", "audacious"},   {"VLC", "vlc"}};
+#endif
+
+bool playerInstalled(const LaunchablePlayer& player)
+{
+#ifdef Q_OS_MACOS
+    return QFileInfo::exists(QStringLiteral("/Applications/%1.app").arg(QLatin1String(player.program))) ||
+           QFileInfo::exists(QStringLiteral("/System/Applications/%1.app").arg(QLatin1String(player.program)));
+#else
+    return !QStandardPaths::findExecutable(QLatin1String(player.program)).isEmpty();
+#endif
+}
+
+QString dataUrl(const QByteArray& bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
+    const QByteArray mime = format.isEmpty() ? QByteArrayLiteral("image") : "image/" + format;
+    return QStringLiteral("data:%1;base64,%2").arg(QString::fromLatin1(mime), QString::fromLatin1(bytes.toBase64()));
+}
+
+QString pngDataUrl(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(bytes.toBase64());
+}
+
+struct AlbumColours {
+    std::optional<QColor> accent;
+    QImage wash;
+};
+
+} // namespace
+
+MusicManager::Backends MusicManager::systemBackends(Clock& clock)
+{
+    Backends backends;
+    backends.adapter = [&clock]() -> std::unique_ptr<MediaBackend> {
+        const auto command = MediaRemoteAdapterBackend::Locator::locate();
+        if (!command)
+            return nullptr;
+        return std::make_unique<MediaRemoteAdapterBackend>(clock, *command);
+    };
+    backends.scripting = [&clock]() -> std::unique_ptr<MediaBackend> {
+        ScriptRunner runner;
+        if (!runner.isAvailable())
+            return nullptr;
+        return std::make_unique<ScriptingBackend>(clock, runner);
+    };
+    return backends;
+}
+
+MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics,
+                           ScriptRunner volumeRunner, QObject* parent)
+    : QObject(parent), m_clock(clock), m_settings(settings), m_backends(std::move(backends)), m_lyrics(lyrics),
+      m_volumeRunner(std::move(volumeRunner))
+{
+    if (m_settings)
+        connect(m_settings, &SettingsStore::changed, this, [this] {
+            emit reducesMotionChanged();
+            updateActiveSession();
+        });
+}
+
+MusicManager::~MusicManager() { stop(); }
+
+void MusicManager::start()
+{
+    if (m_source != Source::stopped)
+        return;
+    if (auto adapter = m_backends.adapter ? m_backends.adapter() : nullptr) {
+        startBackend(std::move(adapter), Source::adapter);
+        return;
+    }
+    logLine(QStringLiteral("Norva: media adapter not found, using AppleScript backend"));
+    switchToScripting();
+}
+
+void MusicManager::stop()
+{
+    ++m_generation;
+    if (m_backend) {
+        m_backend->stop();
+        m_backend.reset();
+    }
+    m_source = Source::stopped;
+    m_keepCheck.cancel();
+    m_positionTick.cancel();
+    m_noticeWork.cancel();
+}
+
+void MusicManager::startBackend(std::unique_ptr<MediaBackend> backend, Source source)
+{
+    ++m_generation;
+    m_backend = std::move(backend);
+    m_source = source;
+    m_backend->start(sink());
+}
+
+MediaSink MusicManager::sink()
+{
+    const quint64 generation = m_generation;
+    MediaSink sink;
+    sink.onUpdate = [this, generation](const MediaUpdate& update) {
+        if (generation == m_generation)
+            take(update);
+    };
+    sink.onTrouble = [this, generation](const MusicTrouble& trouble) {
+        if (generation == m_generation)
+            noteTrouble(trouble);
+    };
+    sink.onFailure = [this, generation] {
+        if (generation != m_generation || m_source != Source::adapter)
+            return;
+        // The failing backend is on the call stack: hand over once it has returned.
+        QMetaObject::invokeMethod(
+            this,
+            [this, generation] {
+                if (generation != m_generation)
+                    return;
+                logLine(QStringLiteral("Norva: media adapter unavailable, falling back to AppleScript"));
+                m_backend->stop();
+                m_backend.reset();
+                switchToScripting();
+            },
+            Qt::QueuedConnection);
+    };
+    return sink;
+}
+
+void MusicManager::switchToScripting()
+{
+    if (auto scripting = m_backends.scripting ? m_backends.scripting() : nullptr) {
+        startBackend(std::move(scripting), Source::scripting);
+        return;
+    }
+    ++m_generation;
+    m_source = Source::none;
+    logLine(QStringLiteral("Norva music: no player can be asked what plays (osascript is not on this system)"));
+    MediaUpdate nothing;
+    nothing.snapshot.timestamp = m_clock.now();
+    nothing.artworkChanged = !m_artwork.isNull();
+    take(nothing);
+}
+
+void MusicManager::take(const MediaUpdate& update)
+{
+    const MediaSnapshot previous = m_snapshot;
+    const MediaSnapshot& next = update.snapshot;
+    const QString key = next.trackKey();
+    const bool newTrack = key != previous.trackKey();
+    m_snapshot = next;
+
+    if (next.hasTrack && !m_dismissedTrackKey.isEmpty() && key != m_dismissedTrackKey)
+        m_dismissedTrackKey.clear();
+    if (next.isPlaying) {
+        m_pausedWithdrawn = false;
+        m_keepCheck.cancel();
+    } else if (next.hasTrack && (previous.isPlaying || newTrack)) {
+        m_pausedWithdrawn = false;
+        scheduleKeepCheck();
+    }
+
+    if (next.isPlaying && !m_positionTick.isArmed())
+        m_positionTick = m_clock.every(Seconds(positionTick), [this] { emit positionChanged(); });
+    else if (!next.isPlaying)
+        m_positionTick.cancel();
+
+    if (update.artworkChanged)
+        takeArtwork(update);
+    if (!(previous == next)) {
+        emit snapshotChanged();
+        emit positionChanged();
+    }
+    if (newTrack) {
+        prefetchLyrics();
+        if (next.hasTrack && key != m_peekedTrackKey && (!m_settings || m_settings->songPeek())) {
+            m_peekedTrackKey = key;
+            emit songChanged(key);
+        }
+    }
+    updateActiveSession();
+}
+
+void MusicManager::takeArtwork(const MediaUpdate& update)
+{
+    m_artwork = update.artwork;
+    m_artworkSource = m_artwork.isNull() ? QString() : dataUrl(update.artworkData);
+    emit artworkChanged();
+    m_accent = Qt::white;
+    m_tint = QColor();
+    m_wash = QImage();
+    m_washSource.clear();
+    if (m_artwork.isNull()) {
+        if (!update.artworkData.isEmpty()) {
+            logLine(QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)"));
+            logLine(QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)"));
+        }
+        emit albumColoursChanged();
+        return;
+    }
+    emit albumColoursChanged();
+    const QImage artwork = m_artwork;
+    const QString artworkKey = m_snapshot.artworkKey;
+    runOffMain<AlbumColours>(
+        this, [artwork] { return AlbumColours{AlbumTintReader::accentColor(artwork), AlbumWashMaker::wash(artwork)}; },
+        [this, artworkKey](AlbumColours colours) {
+            if (artworkKey != m_snapshot.artworkKey || !colours.accent)
+                return; // the artwork changed again meanwhile
+            m_accent = *colours.accent;
+            m_tint = AlbumTintReader::tint(m_accent);
+            m_wash = colours.wash;
+            m_washSource = pngDataUrl(m_wash);
+            emit albumColoursChanged();
+        });
+}
+
+void MusicManager::noteTrouble(const MusicTrouble& trouble)
+{
+    if (trouble == m_trouble)
+        return;
+    m_trouble = trouble;
+    logLine(QStringLiteral("Norva music: a player could not be asked (%1)").arg(trouble.text()));
+    emit troubleChanged();
+}
+
+void MusicManager::showNotice(const QString& text)
+{
+    m_notice = text;
+    emit noticeChanged();
+    m_noticeWork = m_clock.after(Seconds(noticeDuration), [this] {
+        m_notice.clear();
+        emit noticeChanged();
+    });
+}
+
+void MusicManager::scheduleKeepCheck()
+{
+    const KeepPaused keep = m_settings ? m_settings->keepPaused() : KeepPaused::thirtySeconds;
+    if (keep == KeepPaused::never) {
+        m_keepCheck.cancel(); // a paused session is kept for as long as it stays paused
+        return;
+    }
+    m_keepCheck = m_clock.after(Seconds(static_cast<int>(keep)), [this] { checkStale(); });
+}
+
+void MusicManager::checkStale()
+{
+    if (m_snapshot.hasTrack && !m_snapshot.isPlaying) {
+        m_pausedWithdrawn = true;
+        updateActiveSession();
+    }
+}
+
+void MusicManager::updateActiveSession()
+{
+    const bool keepsPaused =
+        !m_pausedWithdrawn || (m_settings && m_settings->keepPaused() == KeepPaused::never);
+    const bool active = m_snapshot.hasTrack && m_snapshot.trackKey() != m_dismissedTrackKey &&
+                        (m_snapshot.isPlaying || keepsPaused);
+    if (active == m_active)
+        return;
+    m_active = active;
+    emit activeSessionChanged();
+}
+
+void MusicManager::dismissCurrent()
+{
+    if (!m_snapshot.hasTrack)
+        return;
+    m_dismissedTrackKey = m_snapshot.trackKey();
+    updateActiveSession();
+}
+
+void MusicManager::prefetchLyrics()
+{
+    if (!m_lyrics)
+        return;
+    if (!m_snapshot.hasTrack) {
+        m_lyrics->clear();
+        return;
+    }
+    m_lyrics->load(m_snapshot.title, m_snapshot.artist, m_snapshot.album, m_snapshot.duration);
+}
+
+void MusicManager::send(MediaCommand command)
+{
+    if (m_backend)
+        m_backend->send(command);
+}
+
+void MusicManager::seek(double seconds)
+{
+    if (m_backend && std::isfinite(seconds))
+        m_backend->seek(seconds);
+}
+
+void MusicManager::setVolume(double level)
+{
+    if (!std::isfinite(level))
+        return;
+    const double clamped = std::clamp(level, 0.0, 1.0);
+    const int percent = static_cast<int>(std::lround(clamped * kFullVolume));
+    m_volumeRunner.run(this, QStringLiteral("set volume output volume ") + QString::number(percent), volumeTimeoutMs,
+                       [this, clamped](const ProcessResult& result) {
+                           if (!result.succeeded()) {
+                               logLine(QStringLiteral("Norva music: setting the volume failed (%1)")
+                                           .arg(ScriptRunner::failureText(result)));
+                               showNotice(QStringLiteral("Couldn't change the volume."));
+                               return;
+                           }
+                           m_volume = clamped;
+                           emit volumeChanged();
+                       });
+}
+
+bool MusicManager::reducesMotion() const { return m_settings && m_settings->reducedMotion(); }
+
+QObject* MusicManager::lyricsObject() const { return m_lyrics; }
+
+QStringList MusicManager::launchablePlayers() const
+{
+    QStringList names;
+    for (const LaunchablePlayer& player : kPlayers)
+        if (playerInstalled(player))
+            names << QLatin1String(player.name);
+    return names;
+}
+
+bool MusicManager::launch(const QString& name)
+{
+    for (const LaunchablePlayer& player : kPlayers) {
+        if (name != QLatin1String(player.name) || !playerInstalled(player))
+            continue;
+#ifdef Q_OS_MACOS
+        const bool started = QProcess::startDetached(QStringLiteral("/usr/bin/open"),
+                                                     {QStringLiteral("-a"), QLatin1String(player.program)});
+#else
+        const bool started = QProcess::startDetached(QLatin1String(player.program), {});
+#endif
+        if (!started)
+            logLine(QStringLiteral("Norva music: opening %1 failed (it could not be started)").arg(name));
+        return started;
+    }
+    return false;
+}
+
+QString MusicManager::sourceAppName() const
+{
+    return appNameFor(m_snapshot.bundleIdentifier.value_or(QString()));
+}
+
+QString MusicManager::appNameFor(const QString& bundleIdentifier)
+{
+    static const QHash<QString, QString> known{
+        {QStringLiteral("com.spotify.client"), QStringLiteral("Spotify")},
+        {QStringLiteral("com.apple.Music"), QStringLiteral("Music")},
+        {QStringLiteral("com.apple.Safari"), QStringLiteral("Safari")},
+        {QStringLiteral("com.google.Chrome"), QStringLiteral("Chrome")},
+        {QStringLiteral("org.mozilla.firefox"), QStringLiteral("Firefox")},
+        {QStringLiteral("vlc"), QStringLiteral("VLC")},
+    };
+    if (bundleIdentifier.isEmpty())
+        return {};
+    if (const auto found = known.constFind(bundleIdentifier); found != known.constEnd())
+        return *found;
+    // Reverse-domain identifiers and desktop entries both end in the program's own name.
+    QString last = bundleIdentifier.section(QLatin1Char('.'), -1);
+    if (!last.isEmpty())
+        last[0] = last[0].toUpper();
+    return last;
+}
+
+} // namespace norva

@@ -1,0 +1,169 @@
+#pragma once
+
+#include "app/Clock.h"
+#include "media/MediaBackend.h"
+#include "media/ScriptRunner.h"
+
+#include <QColor>
+#include <QImage>
+#include <QObject>
+#include <QVariantList>
+
+#include <functional>
+#include <memory>
+
+namespace norva {
+
+class LyricsManager;
+class SettingsStore;
+
+// The one source of what plays, for the closed notch's music ears, the music page and the lyrics
+// pane. Runs the adapter backend when it is there and falls back to scripting the players once,
+// for the rest of the session, when the adapter cannot work.
+class MusicManager : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool hasTrack READ hasTrack NOTIFY snapshotChanged)
+    Q_PROPERTY(QString title READ title NOTIFY snapshotChanged)
+    Q_PROPERTY(QString artist READ artist NOTIFY snapshotChanged)
+    Q_PROPERTY(QString album READ album NOTIFY snapshotChanged)
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY snapshotChanged)
+    Q_PROPERTY(double duration READ durationSeconds NOTIFY snapshotChanged)
+    Q_PROPERTY(double displayElapsed READ displayElapsedNow NOTIFY positionChanged)
+    Q_PROPERTY(double playbackProgress READ playbackProgressNow NOTIFY positionChanged)
+    Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged)
+    Q_PROPERTY(QString artworkSource READ artworkSource NOTIFY artworkChanged)
+    Q_PROPERTY(QString artworkKey READ artworkKey NOTIFY artworkChanged)
+    Q_PROPERTY(QString sourceAppName READ sourceAppName NOTIFY snapshotChanged)
+    Q_PROPERTY(QString sourceAppIcon READ sourceAppIcon NOTIFY snapshotChanged)
+    Q_PROPERTY(double volume READ volume NOTIFY volumeChanged)
+    Q_PROPERTY(QColor albumAccentColor READ albumAccentColor NOTIFY albumColoursChanged)
+    Q_PROPERTY(QColor albumTint READ albumTint NOTIFY albumColoursChanged)
+    Q_PROPERTY(QString albumWash READ albumWashSource NOTIFY albumColoursChanged)
+    Q_PROPERTY(QString trouble READ troubleText NOTIFY troubleChanged)
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
+    Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY activeSessionChanged)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY reducesMotionChanged)
+    Q_PROPERTY(QObject* lyrics READ lyricsObject CONSTANT)
+    Q_PROPERTY(QStringList launchablePlayers READ launchablePlayers CONSTANT)
+
+public:
+    enum class Source { stopped, adapter, scripting, none };
+
+    // Makes the backends; a factory answers nothing when its backend cannot exist here (no
+    // adapter found, no osascript on this system).
+    struct Backends {
+        std::function<std::unique_ptr<MediaBackend>()> adapter;
+        std::function<std::unique_ptr<MediaBackend>()> scripting;
+    };
+    // The adapter found by its locator, and scripting when osascript exists.
+    static Backends systemBackends(Clock& clock);
+
+    MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics = nullptr,
+                 ScriptRunner volumeRunner = ScriptRunner(), QObject* parent = nullptr);
+    ~MusicManager() override;
+
+    void start();
+    void stop();
+    Source source() const { return m_source; }
+
+    Q_INVOKABLE void togglePlayPause() { send(MediaCommand::togglePlayPause); }
+    Q_INVOKABLE void play() { send(MediaCommand::play); }
+    Q_INVOKABLE void pause() { send(MediaCommand::pause); }
+    Q_INVOKABLE void nextTrack() { send(MediaCommand::nextTrack); }
+    Q_INVOKABLE void previousTrack() { send(MediaCommand::previousTrack); }
+    void send(MediaCommand command);
+    Q_INVOKABLE void seek(double seconds);
+    Q_INVOKABLE void setVolume(double level);
+    Q_INVOKABLE void dismissCurrent();
+    Q_INVOKABLE bool launch(const QString& player);
+
+    const MediaSnapshot& snapshot() const { return m_snapshot; }
+    bool hasTrack() const { return m_snapshot.hasTrack; }
+    QString title() const { return m_snapshot.title; }
+    QString artist() const { return m_snapshot.artist; }
+    QString album() const { return m_snapshot.album; }
+    bool isPlaying() const { return m_snapshot.isPlaying; }
+    double durationSeconds() const { return m_snapshot.duration.value_or(0.0); }
+    std::optional<double> displayElapsed(const QDateTime& at) const { return m_snapshot.displayElapsed(at); }
+    double playbackProgress(const QDateTime& at) const { return m_snapshot.playbackProgress(at); }
+    double displayElapsedNow() const { return displayElapsed(m_clock.now()).value_or(0.0); }
+    double playbackProgressNow() const { return playbackProgress(m_clock.now()); }
+    QImage artwork() const { return m_artwork; }
+    QString artworkSource() const { return m_artworkSource; }
+    QString artworkKey() const { return m_snapshot.artworkKey; }
+    QString sourceAppName() const;
+    QString sourceAppIcon() const { return m_snapshot.bundleIdentifier.value_or(QString()); }
+    double volume() const { return m_volume; }
+    QColor albumAccentColor() const { return m_accent; }
+    QColor albumTint() const { return m_tint; }
+    QImage albumWash() const { return m_wash; }
+    QString albumWashSource() const { return m_washSource; }
+    const MusicTrouble& trouble() const { return m_trouble; }
+    QString troubleText() const { return m_trouble.text(); }
+    QString notice() const { return m_notice; }
+    bool hasActiveSession() const { return m_active; }
+    bool reducesMotion() const;
+    QString dismissedTrackKey() const { return m_dismissedTrackKey; }
+    QObject* lyricsObject() const;
+    QStringList launchablePlayers() const;
+
+    static QString appNameFor(const QString& bundleIdentifier);
+
+    static constexpr double positionTick = 0.5; // seconds between position updates while playing
+    static constexpr double noticeDuration = 4.0;
+    static constexpr int volumeTimeoutMs = 4000;
+
+signals:
+    void snapshotChanged();
+    void positionChanged();
+    void artworkChanged();
+    void volumeChanged();
+    void albumColoursChanged();
+    void troubleChanged();
+    void noticeChanged();
+    void activeSessionChanged();
+    void reducesMotionChanged();
+    // A new track appeared; the closed notch peeks it once per track.
+    void songChanged(const QString& trackKey);
+
+private:
+    void startBackend(std::unique_ptr<MediaBackend> backend, Source source);
+    void switchToScripting();
+    MediaSink sink();
+    void take(const MediaUpdate& update);
+    void takeArtwork(const MediaUpdate& update);
+    void noteTrouble(const MusicTrouble& trouble);
+    void showNotice(const QString& text);
+    void scheduleKeepCheck();
+    void checkStale();
+    void updateActiveSession();
+    void prefetchLyrics();
+
+    Clock& m_clock;
+    SettingsStore* m_settings;
+    Backends m_backends;
+    LyricsManager* m_lyrics;
+    ScriptRunner m_volumeRunner;
+    std::unique_ptr<MediaBackend> m_backend;
+    Source m_source = Source::stopped;
+    quint64 m_generation = 0; // bumps on every backend change, so late deliveries are dropped
+    MediaSnapshot m_snapshot;
+    QImage m_artwork;
+    QString m_artworkSource;
+    QColor m_accent = Qt::white;
+    QColor m_tint;
+    QImage m_wash;
+    QString m_washSource;
+    MusicTrouble m_trouble;
+    QString m_notice;
+    double m_volume = 1.0;
+    bool m_active = false;
+    bool m_pausedWithdrawn = false;
+    QString m_dismissedTrackKey;
+    QString m_peekedTrackKey;
+    ScheduledWork m_keepCheck;
+    ScheduledWork m_positionTick;
+    ScheduledWork m_noticeWork;
+};
+
+} // namespace norva

@@ -1,0 +1,38 @@
+#include "notch/DisplayPicker.h"
+
+namespace norva {
+
+bool isBuiltInConnector(const QString& connector)
+{
+    static const QStringList panels = {QStringLiteral("eDP"), QStringLiteral("LVDS"), QStringLiteral("DSI")};
+    for (const QString& prefix : panels) {
+        if (connector.startsWith(prefix, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+QList<DisplayInfo> pickDisplays(const DisplayChoice& choice, const QList<DisplayInfo>& connected)
+{
+    if (connected.isEmpty())
+        return {};
+    if (choice.kind == DisplayChoice::Kind::all)
+        return connected;
+    if (choice.kind == DisplayChoice::Kind::display) {
+        for (const DisplayInfo& display : connected) {
+            if (display.id == choice.displayId)
+                return {display};
+        }
+    }
+    for (const DisplayInfo& display : connected) {
+        if (display.builtIn)
+            return {display};
+    }
+    for (const DisplayInfo& display : connected) {
+        if (display.primary)
+            return {display};
+    }
+    return {connected.first()};
+}
+
+} // namespace norva

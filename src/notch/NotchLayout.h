@@ -1,0 +1,30 @@
+#pragma once
+
+// The sizes of the open panel: always 760 wide, its height following what it shows. Inputs out
+// of range are corrected and logged, never fatal.
+namespace norva::NotchLayout {
+
+inline constexpr double openWidth = 760;
+// The closed notch on a display without a camera notch: Norva's own size.
+inline constexpr double closedWidth = 190;
+inline constexpr double closedHeight = 32;
+inline constexpr double fixedHeight = 206;
+inline constexpr double rowHeight = 84;
+inline constexpr double rowGap = 8;
+inline constexpr double stageChrome = 98;   // pager, title and margins around a stage of rows
+inline constexpr double moduleChrome = 134; // the same around a module page
+inline constexpr double modeCardNeed = 170;
+inline constexpr double fullPanelNeed = 240;
+inline constexpr double meetingBanner = 50;
+inline constexpr double alertBanner = 44;
+inline constexpr int minRows = 1;
+inline constexpr int maxRows = 3;
+
+// Height of a stage of rows (1...3; other counts are clamped and logged).
+double stageHeight(int rows);
+// Panel height around a stage; a negative stage height is logged and treated as 0.
+double panelHeight(double stageHeight);
+// Panel height around a module that needs `need` points; a negative need is logged and treated as 0.
+double modulePanelHeight(double need);
+
+} // namespace norva::NotchLayout

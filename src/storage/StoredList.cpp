@@ -1,0 +1,145 @@
+#include "storage/StoredList.h"
+
+#include "app/Log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonParseError>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+namespace norva {
+namespace {
+
+// The name an unreadable list is moved to, with the moment so a second one never meets the first.
+QString asideName(const QString& path, const QDateTime& now)
+{
+    return path + QStringLiteral(".unreadable-") + now.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+}
+
+} // namespace
+
+StoredList::StoredList(QString path, QString area, Clock& clock, Seconds saveDelay)
+    : m_path(std::move(path)), m_area(std::move(area)), m_clock(clock), m_saveDelay(saveDelay)
+{
+}
+
+StoredList::~StoredList()
+{
+    if (m_pending.isArmed())
+        saveNow();
+}
+
+QString StoredList::fileName() const
+{
+    return QFileInfo(m_path).fileName();
+}
+
+QJsonArray StoredList::load()
+{
+    clearHalfWritten();
+    m_unreadable = false;
+    QFile file(m_path);
+    if (!file.exists())
+        return {};
+    QString why;
+    QJsonArray elements;
+    if (!file.open(QIODevice::ReadOnly)) {
+        why = file.errorString();
+    } else {
+        QJsonParseError error{};
+        const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+        if (error.error != QJsonParseError::NoError)
+            why = QStringLiteral("it is not JSON: ") + error.errorString();
+        else if (!document.isArray())
+            why = QStringLiteral("it is not a JSON list");
+        else
+            elements = document.array();
+    }
+    if (!why.isEmpty()) {
+        m_unreadable = true;
+        logLine(m_area + QStringLiteral(": could not read ") + fileName() + QStringLiteral(" (") + why +
+                QStringLiteral("); started without it"));
+    }
+    return elements;
+}
+
+void StoredList::later()
+{
+    if (m_pending.isArmed())
+        return;
+    m_pending = m_clock.after(m_saveDelay, [this] { saveNow(); });
+}
+
+bool StoredList::saveNow()
+{
+    m_pending.cancel();
+    if (!m_snapshot)
+        return false;
+    if (m_unreadable && !setAsideUnreadable()) {
+        m_lastSaveFailed = true;
+        return false;
+    }
+    const QByteArray bytes = QJsonDocument(m_snapshot()).toJson(QJsonDocument::Compact);
+    QDir().mkpath(QFileInfo(m_path).absolutePath());
+    QSaveFile file(m_path);
+    bool saved = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    saved = saved && file.commit();
+    if (!saved) {
+        logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") +
+                file.errorString() + QStringLiteral("); the list stays as it is and is saved at its next change"));
+        m_lastSaveFailed = true;
+        return false;
+    }
+    m_lastSaveFailed = false;
+    return true;
+}
+
+bool StoredList::setAsideUnreadable()
+{
+    if (!QFileInfo::exists(m_path)) {
+        m_unreadable = false;
+        return true;
+    }
+    const QString aside = asideName(m_path, m_clock.now());
+    QFile file(m_path);
+    if (QFileInfo::exists(aside) || !file.rename(aside)) {
+        const QString why = QFileInfo::exists(aside) ? QStringLiteral("something is already called ") +
+                                                           QFileInfo(aside).fileName()
+                                                     : file.errorString();
+        logLine(m_area + QStringLiteral(": could not keep the unreadable ") + fileName() + QStringLiteral(" (") +
+                why + QStringLiteral("); left it as it is and did not save the list"));
+        return false;
+    }
+    logLine(m_area + QStringLiteral(": kept the unreadable ") + fileName() + QStringLiteral(" as ") +
+            QFileInfo(aside).fileName());
+    m_unreadable = false;
+    return true;
+}
+
+// A quit in the middle of a save can leave the save's temporary file ("<name>.XXXXXX") beside
+// the list; the list itself is whole (old or new), so the leftover only takes room.
+void StoredList::clearHalfWritten() const
+{
+    const QFileInfo info(m_path);
+    const QRegularExpression leftover(QStringLiteral("^") + QRegularExpression::escape(info.fileName()) +
+                                      QStringLiteral("\\.[A-Za-z0-9]{6}$"));
+    const QDir folder = info.absoluteDir();
+    for (const QString& name : folder.entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden)) {
+        if (!leftover.match(name).hasMatch())
+            continue;
+        if (QFile::remove(folder.filePath(name)))
+            logLine(m_area + QStringLiteral(": removed ") + name + QStringLiteral(", a save that a quit left half written"));
+    }
+}
+
+void StoredList::reportSkipped(int count) const
+{
+    logLine(m_area + QStringLiteral(": skipped ") + QString::number(count) +
+            (count == 1 ? QStringLiteral(" entry of ") : QStringLiteral(" entries of ")) + fileName() +
+            QStringLiteral(" that did not read"));
+}
+
+} // namespace norva

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "app/Clock.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace norva {
+
+// One JSON list file of Norva's own ("clipboard.json", "shelf.json"): read leniently at start,
+// saved a moment after each change (so a burst of changes costs one write), always atomically.
+// A file that cannot be read is never overwritten: the list starts empty, and the file is set
+// aside only when the person next changes the list.
+class StoredList {
+public:
+    // The wait between a change and its save, so a burst of copies writes the file once.
+    static constexpr Seconds kSaveDelay{0.5};
+
+    // `area` opens every log line ("Norva clipboard"); `snapshot` gives the list to save.
+    StoredList(QString path, QString area, Clock& clock, Seconds saveDelay = kSaveDelay);
+    ~StoredList(); // a save still waiting is done now, so a quit loses nothing
+    StoredList(const StoredList&) = delete;
+    StoredList& operator=(const StoredList&) = delete;
+
+    void setSnapshot(std::function<QJsonArray()> snapshot) { m_snapshot = std::move(snapshot); }
+
+    // Reads the file: a missing file is an empty list; one that cannot be read logs
+    // ": could not read" and gives an empty list, and the file stays as it is for now.
+    // Also clears what a quit left half written beside it.
+    QJsonArray load();
+
+    // Decodes each element; one that does not decode is skipped (and counted in the log).
+    template <typename T>
+    QList<T> decode(const QJsonArray& elements, const std::function<std::optional<T>(const QJsonObject&)>& one) const
+    {
+        QList<T> decoded;
+        int skipped = 0;
+        for (const auto& element : elements) {
+            std::optional<T> value = element.isObject() ? one(element.toObject()) : std::nullopt;
+            if (value)
+                decoded.append(std::move(*value));
+            else
+                ++skipped;
+        }
+        if (skipped > 0)
+            reportSkipped(skipped);
+        return decoded;
+    }
+
+    // Schedules a save of the snapshot; changes until it runs are saved together.
+    void later();
+    // Runs a waiting save at once; true when the file holds the list afterwards.
+    bool saveNow();
+
+    bool isPending() const { return m_pending.isArmed(); }
+    // True after a failed save until the next good one: the list on screen is not on disk yet.
+    bool lastSaveFailed() const { return m_lastSaveFailed; }
+    // True while the file on disk could not be read and has not been set aside yet.
+    bool holdsUnreadable() const { return m_unreadable; }
+    QString path() const { return m_path; }
+    QString fileName() const;
+
+private:
+    bool setAsideUnreadable();
+    void clearHalfWritten() const;
+    void reportSkipped(int count) const;
+
+    QString m_path;
+    QString m_area;
+    Clock& m_clock;
+    Seconds m_saveDelay;
+    std::function<QJsonArray()> m_snapshot;
+    ScheduledWork m_pending;
+    bool m_unreadable = false;
+    bool m_lastSaveFailed = false;
+};
+
+} // namespace norva

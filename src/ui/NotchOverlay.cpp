@@ -1,0 +1,68 @@
+#include "ui/NotchOverlay.h"
+
+#include "app/Log.h"
+
+#include <QPainterPath>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QRegion>
+#include <QScreen>
+
+namespace norva {
+
+NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
+                           SettingsStore& settings, QObject* parent)
+    : QObject(parent), m_notch(clock, settings), m_display(display), m_screen(screen)
+{
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Norva/NotchWindow.qml")));
+    QObject* created = component.createWithInitialProperties(
+        {{QStringLiteral("overlay"), QVariant::fromValue(this)},
+         {QStringLiteral("notch"), QVariant::fromValue(&m_notch)}});
+    m_window = qobject_cast<QQuickWindow*>(created);
+    if (!m_window) {
+        logLine(QStringLiteral("Norva: the notch window on ") + display.name +
+                QStringLiteral(" could not be made (") + component.errorString().trimmed() + QStringLiteral(")"));
+        delete created;
+        return;
+    }
+    m_window->setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool |
+                       Qt::NoDropShadowWindowHint);
+    m_window->setColor(Qt::transparent);
+    place();
+    connect(screen, &QScreen::geometryChanged, this, &NotchOverlay::place);
+    m_window->show();
+}
+
+NotchOverlay::~NotchOverlay()
+{
+    delete m_window;
+}
+
+void NotchOverlay::place()
+{
+    if (!m_window || !m_screen)
+        return;
+    const QRect area = m_screen->geometry();
+    m_window->setScreen(m_screen);
+    m_window->setGeometry(area.x() + (area.width() - windowWidth) / 2, area.y(), windowWidth, windowHeight);
+}
+
+void NotchOverlay::setShape(const QRectF& rect, double bottomRadius)
+{
+    if (!m_window)
+        return;
+    // Square top corners against the screen edge, rounded bottom ones, like the notch itself.
+    QPainterPath path;
+    const double r = std::min({bottomRadius, rect.width() / 2, rect.height()});
+    path.moveTo(rect.topLeft());
+    path.lineTo(rect.topRight());
+    path.lineTo(rect.right(), rect.bottom() - r);
+    path.quadTo(rect.bottomRight(), QPointF(rect.right() - r, rect.bottom()));
+    path.lineTo(rect.left() + r, rect.bottom());
+    path.quadTo(rect.bottomLeft(), QPointF(rect.left(), rect.bottom() - r));
+    path.closeSubpath();
+    m_window->setMask(QRegion(path.toFillPolygon().toPolygon()));
+}
+
+} // namespace norva

@@ -1,0 +1,27 @@
+import QtQuick
+
+// What a page shows while it has nothing yet: its name and one calm sentence.
+Item {
+    property string title
+    property string text
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 6
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: parent.parent.title
+            color: Theme.text
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontTitle
+            font.weight: Font.DemiBold
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: parent.parent.text
+            color: Theme.textDim
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontBody
+        }
+    }
+}

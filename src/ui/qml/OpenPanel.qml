@@ -1,0 +1,46 @@
+import QtQuick
+
+// The open notch: a row of page tabs and the current page. A page that is not built yet says
+// what will be there.
+Item {
+    id: panel
+    required property var notch
+    readonly property var currentPageInfo: app.pageInfo(notch.currentPage)
+
+    Row {
+        id: tabs
+        anchors { top: parent.top; topMargin: 38; horizontalCenter: parent.horizontalCenter }
+        spacing: 4
+        Repeater {
+            model: app.pages
+            delegate: PageTab {
+                required property var modelData
+                title: modelData.title
+                selected: modelData.id === panel.notch.currentPage
+                onClicked: panel.notch.openPage(modelData.id)
+            }
+        }
+    }
+
+    Item {
+        id: body
+        anchors { top: tabs.bottom; topMargin: Theme.spacing; left: parent.left; right: parent.right
+                  bottom: parent.bottom; leftMargin: Theme.padding + 6; rightMargin: Theme.padding + 6
+                  bottomMargin: Theme.padding }
+        clip: true
+
+        Loader {
+            id: pageLoader
+            anchors.fill: parent
+            readonly property bool built: app.hasQml(panel.currentPageInfo.qml)
+            source: built ? panel.currentPageInfo.qml : ""
+            active: built && panel.visible
+        }
+        EmptyPage {
+            anchors.fill: parent
+            visible: !pageLoader.built || pageLoader.status === Loader.Error
+            title: panel.currentPageInfo.title
+            text: panel.currentPageInfo.emptyText
+        }
+    }
+}

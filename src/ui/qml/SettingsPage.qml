@@ -1,0 +1,52 @@
+import QtQuick
+
+// The settings a person reaches for most, two columns of switches.
+Item {
+    Grid {
+        anchors.fill: parent
+        anchors.topMargin: 4
+        columns: 2
+        columnSpacing: 28
+        rowSpacing: 2
+        readonly property real cell: (width - columnSpacing) / 2
+
+        ToggleRow {
+            width: parent.cell
+            label: "Open on hover"
+            detail: "Otherwise a click opens the notch."
+            checked: settings.openOnHover
+            onToggled: on => settings.openOnHover = on
+        }
+        ToggleRow {
+            width: parent.cell
+            label: "Peek on hover"
+            checked: settings.peekOnHover
+            onToggled: on => settings.peekOnHover = on
+        }
+        ToggleRow {
+            width: parent.cell
+            label: "Answer prompts on the notch"
+            detail: "Claude Code, Codex and Copilot CLI ask here."
+            checked: settings.answerPromptsOnNotch
+            onToggled: on => settings.answerPromptsOnNotch = on
+        }
+        ToggleRow {
+            width: parent.cell
+            label: "Keep clipboard history"
+            checked: settings.clipboardHistory
+            onToggled: on => settings.clipboardHistory = on
+        }
+        ToggleRow {
+            width: parent.cell
+            label: "Show the tray icon"
+            checked: settings.showMenuBarIcon
+            onToggled: on => settings.showMenuBarIcon = on
+        }
+        ToggleRow {
+            width: parent.cell
+            label: "Start Norva at login"
+            checked: settings.launchAtLogin
+            onToggled: on => settings.launchAtLogin = on
+        }
+    }
+}

@@ -1,0 +1,254 @@
+#include "ManualClock.h"
+#include "MemoryPreferences.h"
+#include "TempHome.h"
+#include "TestMain.h"
+
+#include "activities/ActivityDemo.h"
+#include "activities/ClosedFaceModel.h"
+#include "activities/LiveActivityCoordinator.h"
+#include "app/SettingsKeys.h"
+#include "app/SettingsStore.h"
+
+#include <QDirIterator>
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace norva;
+using norva::test::ManualClock;
+using Kind = ActivityContent::Kind;
+
+namespace {
+
+LiveActivity make(const QString& id, ActivityContent content, int priority = 0)
+{
+    LiveActivity activity;
+    activity.id = id;
+    activity.priority = priority;
+    activity.content = std::move(content);
+    return activity;
+}
+
+struct FaceRig {
+    ManualClock clock;
+    test::MemoryPreferences preferences;
+    SettingsStore settings{preferences};
+    LiveActivityCoordinator coordinator{clock};
+    ClosedFaceModel face{coordinator};
+    FaceRig()
+    {
+        coordinator.follow(settings);
+        face.follow(settings);
+    }
+};
+
+} // namespace
+
+// The closed face's model: what it hands the QML and what the person's pointer and clicks do.
+class ClosedFaceModelTest : public QObject {
+    Q_OBJECT
+private slots:
+    void symbolsAndTonesFollowThePayload_data()
+    {
+        using D = ActivityContent::DownloadState;
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("symbol");
+        QTest::addColumn<QString>("tone");
+        QTest::newRow("download running") << 0 << "download"
+                                          << "accent";
+        QTest::newRow("download paused") << 1 << "downloadPaused"
+                                         << "accent";
+        QTest::newRow("download finished") << 2 << "downloadDone"
+                                           << "good";
+        QTest::newRow("volume") << 3 << "volume"
+                                << "neutral";
+        QTest::newRow("volume muted") << 4 << "volumeMuted"
+                                      << "neutral";
+        QTest::newRow("volume at zero") << 5 << "volumeMuted"
+                                        << "neutral";
+        QTest::newRow("on battery") << 6 << "battery"
+                                    << "good";
+        QTest::newRow("charging") << 7 << "charging"
+                                  << "good";
+        QTest::newRow("device low") << 8 << "battery"
+                                    << "warn";
+        QTest::newRow("agent prompt") << 9 << "agentPrompt"
+                                      << "warn";
+        QTest::newRow("agent runs") << 10 << "agentRun"
+                                    << "accent";
+        QTest::newRow("recording") << 11 << "recording"
+                                   << "bad";
+        Q_UNUSED(D::running);
+    }
+    void symbolsAndTonesFollowThePayload()
+    {
+        using D = ActivityContent::DownloadState;
+        const QList<ActivityContent> contents = {
+            ActivityContent::download(D::running),
+            ActivityContent::download(D::paused),
+            ActivityContent::download(D::finished),
+            ActivityContent::volume({0.5, false}),
+            ActivityContent::volume({0.5, true}),
+            ActivityContent::volume({0.0, false}),
+            ActivityContent::charging({40, false}),
+            ActivityContent::charging({40, true}),
+            ActivityContent::device(ActivityContent::DeviceEvent::low),
+            ActivityContent::agentPrompt(),
+            ActivityContent::agentWorking(ActivityContent::AgentStep::run),
+            ActivityContent::screenRecording(),
+        };
+        QFETCH(int, row);
+        QFETCH(QString, symbol);
+        QFETCH(QString, tone);
+        QCOMPARE(ClosedFaceModel::symbolFor(contents[row]), symbol);
+        QCOMPARE(ClosedFaceModel::toneFor(contents[row]), tone);
+    }
+
+    void levelsAndBatteriesShowTheirOwnNumbersWhenTheProducerGaveNone()
+    {
+        FaceRig rig;
+        rig.coordinator.upsert(make("volume", ActivityContent::volume({0.404, false})));
+        QCOMPARE(rig.face.value(), QStringLiteral("40%"));
+        QCOMPARE(rig.face.progress(), 0.404);
+        rig.coordinator.upsert(make("volume", ActivityContent::volume({0.8, true})));
+        QCOMPARE(rig.face.value(), QStringLiteral("0%")); // muted reads as silent
+        LiveActivity battery = make("charging", ActivityContent::charging({73, true}));
+        battery.priority = 1;
+        rig.coordinator.upsert(battery);
+        QCOMPARE(rig.face.value(), QStringLiteral("73%"));
+        battery.text.value = QStringLiteral("Full at 14:10");
+        rig.coordinator.upsert(battery);
+        QCOMPARE(rig.face.value(), QStringLiteral("Full at 14:10"));
+    }
+
+    void theFaceChangesOnlyWhenWhatItDrawsChanges()
+    {
+        FaceRig rig;
+        QSignalSpy changed(&rig.face, &ClosedFaceModel::changed);
+        LiveActivity timer = make("timer", ActivityContent::timer());
+        timer.text.value = QStringLiteral("24:59");
+        rig.coordinator.upsert(timer);
+        rig.coordinator.upsert(timer);
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(rig.face.active());
+        QCOMPARE(rig.face.leftPiece(), QStringLiteral("mark"));
+        QCOMPARE(rig.face.rightPiece(), QStringLiteral("value"));
+        rig.coordinator.remove(QStringLiteral("timer"));
+        QCOMPARE(changed.count(), 2);
+        QVERIFY(!rig.face.active());
+        QCOMPARE(rig.face.leftPiece(), QStringLiteral("nothing"));
+    }
+
+    void thePointerOverTheNotchKeepsAToastUntilAfterTheGrace()
+    {
+        FaceRig rig;
+        LiveActivity volume = make("volume", ActivityContent::volume({0.5, false}));
+        volume.hold = 1.0;
+        rig.coordinator.upsert(volume);
+        rig.clock.advance(Seconds(0.4));
+        rig.face.setPointerInside(true);
+        rig.clock.advance(Seconds(20));
+        QVERIFY(rig.face.active());
+        rig.face.setPointerInside(false);
+        rig.clock.advance(LiveActivityCoordinator::kHoldGrace + Seconds(0.59));
+        QVERIFY(rig.face.active());
+        rig.clock.advance(Seconds(0.01));
+        QVERIFY(!rig.face.active());
+    }
+
+    void thePointerStopsTheRotationItIsLookingAt()
+    {
+        FaceRig rig;
+        rig.coordinator.upsert(make("a", ActivityContent::timer()));
+        rig.coordinator.upsert(make("b", ActivityContent::download(ActivityContent::DownloadState::running)));
+        QVERIFY(rig.face.rotating());
+        rig.face.setPointerInside(true);
+        QVERIFY(!rig.face.rotating());
+        rig.clock.advance(Seconds(12));
+        QCOMPARE(rig.face.activityId(), QStringLiteral("a"));
+        rig.face.setPointerInside(false);
+        rig.clock.advance(LiveActivityCoordinator::kHoldGrace);
+        QVERIFY(rig.face.rotating());
+        rig.clock.advance(LiveActivityCoordinator::kRotationInterval);
+        QCOMPARE(rig.face.activityId(), QStringLiteral("b"));
+    }
+
+    void aClickRunsTheActivityOrOpensItsPage()
+    {
+        FaceRig rig;
+        QSignalSpy open(&rig.face, &ClosedFaceModel::openRequested);
+        QVERIFY(!rig.face.tap()); // nothing live
+        int taps = 0;
+        LiveActivity timer = make("timer", ActivityContent::timer(), 5);
+        timer.onTap = [&] { ++taps; };
+        rig.coordinator.upsert(timer);
+        QVERIFY(rig.face.tap());
+        QCOMPARE(taps, 1);
+        QCOMPARE(open.count(), 0);
+        LiveActivity shelf = make("shelf", ActivityContent::shelf(), 9);
+        shelf.urgentTab = QStringLiteral("shelf");
+        rig.coordinator.upsert(shelf); // an urgent page opens the notch on it at once
+        QCOMPARE(open.count(), 1);
+        QCOMPARE(open.last().at(0).toString(), QStringLiteral("shelf"));
+        QVERIFY(rig.face.tap());
+        QCOMPARE(open.count(), 2);
+        QCOMPARE(open.last().at(0).toString(), QStringLiteral("shelf"));
+    }
+
+    void anOpenDetailClosesWhenAnotherActivityShows()
+    {
+        FaceRig rig;
+        LiveActivity timer = make("timer", ActivityContent::timer());
+        timer.text.detail = QStringLiteral("Round 2 of 4");
+        rig.coordinator.upsert(timer);
+        rig.coordinator.upsert(make("plain", ActivityContent::shelf()));
+        rig.face.setDetailOpen(true);
+        QVERIFY(rig.face.detailOpen());
+        rig.clock.advance(LiveActivityCoordinator::kRotationInterval);
+        QCOMPARE(rig.face.activityId(), QStringLiteral("plain"));
+        QVERIFY(!rig.face.detailOpen());
+        rig.face.setDetailOpen(true); // nothing to expand on this one
+        QVERIFY(!rig.face.detailOpen());
+    }
+
+    void musicEarsFollowThePreferences()
+    {
+        FaceRig rig;
+        rig.face.setMusicPlaying(true);
+        QCOMPARE(rig.face.leftPiece(), QStringLiteral("music"));
+        QCOMPARE(rig.face.musicLeft(), QStringLiteral("artAndRing"));
+        rig.coordinator.upsert(make("timer", ActivityContent::timer()));
+        QCOMPARE(rig.face.leftPiece(), QStringLiteral("music"));
+        QCOMPARE(rig.face.rightPiece(), QStringLiteral("value"));
+        rig.settings.write(QStringLiteral("none"), SettingsKeys::musicLeft);
+        QCOMPARE(rig.face.leftPiece(), QStringLiteral("mark"));
+        rig.coordinator.remove(QStringLiteral("timer"));
+        QCOMPARE(rig.face.leftPiece(), QStringLiteral("nothing"));
+        QCOMPARE(rig.face.musicRight(), QStringLiteral("equaliser"));
+    }
+
+    void theDemoShowsItsSamplesAndTouchesNoFiles()
+    {
+        test::TempHome home;
+        FaceRig rig;
+        ActivityDemo demo(rig.coordinator, rig.clock);
+        demo.start();
+        QCOMPARE(rig.coordinator.activities().size(), 2);
+        QVERIFY(rig.face.rotating());
+        rig.clock.advance(ActivityDemo::kVolumeEvery);
+        QCOMPARE(rig.face.activityId(), QStringLiteral("volume")); // the level change shows over the rest
+        rig.clock.advance(Seconds(ActivityDemo::kVolumeHold));
+        QVERIFY(!rig.coordinator.find("volume"));
+        const LiveActivity* timer = rig.coordinator.find("timer");
+        QVERIFY(timer);
+        QCOMPARE(timer->text.value, QStringLiteral("24:50"));
+        timer->onTap(); // the sample timer pauses on a click
+        rig.clock.advance(Seconds(5));
+        QCOMPARE(rig.coordinator.find("timer")->text.value, QStringLiteral("24:50"));
+        demo.stop();
+        QVERIFY(rig.coordinator.activities().isEmpty());
+        QDirIterator files(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        QVERIFY2(!files.hasNext(), qPrintable(files.hasNext() ? files.next() : QString()));
+    }
+};
+NORVA_TEST(ClosedFaceModelTest)
+#include "tst_ClosedFaceModel.moc"

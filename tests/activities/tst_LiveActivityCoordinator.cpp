@@ -1,0 +1,551 @@
+#include "LogCapture.h"
+#include "ManualClock.h"
+#include "MemoryPreferences.h"
+#include "TestMain.h"
+
+#include "activities/LiveActivityCoordinator.h"
+#include "app/SettingsStore.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace norva;
+using norva::test::LogCapture;
+using norva::test::ManualClock;
+using Kind = ActivityContent::Kind;
+
+namespace {
+
+LiveActivity lasting(const QString& id, int priority = 0, ActivityContent content = ActivityContent::timer())
+{
+    LiveActivity activity;
+    activity.id = id;
+    activity.priority = priority;
+    activity.content = std::move(content);
+    return activity;
+}
+
+LiveActivity download(const QString& id, double progress)
+{
+    LiveActivity activity =
+        lasting(id, 0, ActivityContent::download(ActivityContent::DownloadState::running));
+    activity.text.progress = progress;
+    return activity;
+}
+
+LiveActivity volumeChange(double level, double hold)
+{
+    LiveActivity activity = lasting(QStringLiteral("volume"), 50, ActivityContent::volume({level, false}));
+    activity.hold = hold;
+    return activity;
+}
+
+QStringList ids(const LiveActivityCoordinator& coordinator)
+{
+    QStringList list;
+    for (const LiveActivity& activity : coordinator.activities())
+        list << activity.id;
+    return list;
+}
+
+// A coordinator following a settings store over in-memory preferences, on a manual clock.
+struct Rig {
+    ManualClock clock;
+    test::MemoryPreferences preferences;
+    SettingsStore settings{preferences};
+    LiveActivityCoordinator coordinator{clock};
+    Rig() { coordinator.follow(settings); }
+};
+
+} // namespace
+
+// The coordinator's list, switches, holds and rotation, driven by a manual clock.
+class LiveActivityCoordinatorTest : public QObject {
+    Q_OBJECT
+private slots:
+    void upsertOfAKnownIdKeepsItsPlaceAndTakesTheNewContent()
+    {
+        Rig rig;
+        QSignalSpy changed(&rig.coordinator, &LiveActivityCoordinator::activitiesChanged);
+        rig.coordinator.upsert(download(QStringLiteral("dl-1"), 0.1));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        rig.coordinator.upsert(download(QStringLiteral("dl-1"), 0.7));
+        QCOMPARE(ids(rig.coordinator), QStringList({"dl-1", "timer"}));
+        QCOMPARE(rig.coordinator.find("dl-1")->text.progress, std::optional<double>(0.7));
+        QCOMPARE(changed.count(), 3); // once per change
+    }
+
+    void switchesGovernTheirKinds_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("which"); // -1: the kind has no switch
+        QTest::newRow("download") << int(Kind::download) << int(ActivitySwitch::downloads);
+        QTest::newRow("volume") << int(Kind::volume) << int(ActivitySwitch::volume);
+        QTest::newRow("brightness") << int(Kind::brightness) << int(ActivitySwitch::volume);
+        QTest::newRow("charging") << int(Kind::charging) << int(ActivitySwitch::charging);
+        QTest::newRow("device") << int(Kind::device) << int(ActivitySwitch::devices);
+        QTest::newRow("meeting") << int(Kind::meeting) << int(ActivitySwitch::meetings);
+        QTest::newRow("timer") << int(Kind::timer) << int(ActivitySwitch::timers);
+        QTest::newRow("taskDue") << int(Kind::taskDue) << int(ActivitySwitch::reminders);
+        QTest::newRow("agentPrompt") << int(Kind::agentPrompt) << -1;
+        QTest::newRow("shelf") << int(Kind::shelf) << -1;
+        QTest::newRow("quota") << int(Kind::quota) << -1;
+        QTest::newRow("screenshot") << int(Kind::screenshot) << -1;
+    }
+    void switchesGovernTheirKinds()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, which);
+        Rig rig;
+        QVERIFY(rig.coordinator.allows(Kind(kind))); // every switch defaults to on
+        // Turn every switch off: only kinds that have a switch are refused.
+        for (int s = 0; s <= int(ActivitySwitch::reminders); ++s)
+            rig.settings.setActivitySwitch(ActivitySwitch(s), false);
+        QCOMPARE(rig.coordinator.allows(Kind(kind)), which < 0);
+        if (which >= 0) {
+            rig.settings.setActivitySwitch(ActivitySwitch(which), true);
+            QVERIFY(rig.coordinator.allows(Kind(kind)));
+        }
+    }
+
+    void turningOffTheDownloadsSwitchParksADownloadAndBringsBackItsLatestState()
+    {
+        Rig rig;
+        LogCapture log;
+        rig.coordinator.upsert(download(QStringLiteral("dl-7"), 0.2));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+
+        rig.settings.setActivitySwitch(ActivitySwitch::downloads, false);
+        QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
+        QVERIFY(rig.coordinator.isParked("dl-7"));
+        // The producer keeps publishing while the switch is off: the parked copy follows it.
+        rig.coordinator.upsert(download(QStringLiteral("dl-7"), 0.5));
+        rig.coordinator.upsert(download(QStringLiteral("dl-7"), 0.9));
+        QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
+
+        rig.settings.setActivitySwitch(ActivitySwitch::downloads, true);
+        QCOMPARE(ids(rig.coordinator), QStringList({"timer", "dl-7"}));
+        QCOMPARE(rig.coordinator.find("dl-7")->text.progress, std::optional<double>(0.9));
+        QVERIFY(!rig.coordinator.isParked("dl-7"));
+        QCOMPARE(log.lines(),
+                 QStringList({"Norva activities: dl-7 left the notch (its switch in Settings > Live "
+                              "activities is off)",
+                              "Norva activities: dl-7 came back onto the notch (its switch in Settings > "
+                              "Live activities is on)"}));
+    }
+
+    void aRefusedActivityIsLoggedOncePerIdUntilItIsAdmitted()
+    {
+        Rig rig;
+        rig.settings.setActivitySwitch(ActivitySwitch::timers, false);
+        LogCapture log;
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer-2")));
+        QCOMPARE(log.lines(), QStringList({"Norva activities: timer stays off the notch (its switch in "
+                                           "Settings > Live activities is off)",
+                                           "Norva activities: timer-2 stays off the notch (its switch in "
+                                           "Settings > Live activities is off)"}));
+        QVERIFY(rig.coordinator.activities().isEmpty());
+        QVERIFY(rig.coordinator.isRefused("timer"));
+        rig.settings.setActivitySwitch(ActivitySwitch::timers, true); // both come back
+        QCOMPARE(ids(rig.coordinator), QStringList({"timer", "timer-2"}));
+        rig.settings.setActivitySwitch(ActivitySwitch::timers, false);
+        QCOMPARE(log.count("timer-2 left the notch"), 1);
+        rig.coordinator.remove(QStringLiteral("timer-2"));
+        QVERIFY(!rig.coordinator.isParked("timer-2"));
+        // Its leaving already told why: a refused update of the same id says nothing more.
+        rig.coordinator.upsert(lasting(QStringLiteral("timer-2")));
+        QCOMPARE(log.count("timer-2 stays off the notch"), 1);
+        QVERIFY(rig.coordinator.isParked("timer-2"));
+    }
+
+    void aVolumeChangeWithItsSwitchOffIsNeverParked()
+    {
+        Rig rig;
+        rig.settings.setActivitySwitch(ActivitySwitch::volume, false);
+        rig.coordinator.upsert(volumeChange(0.4, 1.5));
+        QVERIFY(!rig.coordinator.isParked("volume"));
+        QVERIFY(rig.coordinator.isRefused("volume"));
+        rig.settings.setActivitySwitch(ActivitySwitch::volume, true);
+        QVERIFY(rig.coordinator.activities().isEmpty());
+    }
+
+    void aLiveToastWhoseSwitchGoesOffLeavesWithoutParking()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, 1.5));
+        rig.settings.setActivitySwitch(ActivitySwitch::volume, false);
+        QVERIFY(rig.coordinator.activities().isEmpty());
+        QVERIFY(!rig.coordinator.isParked("volume"));
+        QVERIFY(!rig.coordinator.holdRemaining("volume"));
+        rig.settings.setActivitySwitch(ActivitySwitch::volume, true);
+        QVERIFY(rig.coordinator.activities().isEmpty());
+    }
+
+    void removingForgetsAParkedCopyUnlessAskedToKeepIt()
+    {
+        Rig rig;
+        rig.coordinator.upsert(download(QStringLiteral("a"), 0.1));
+        rig.coordinator.upsert(download(QStringLiteral("b"), 0.1));
+        rig.settings.setActivitySwitch(ActivitySwitch::downloads, false);
+        QSignalSpy changed(&rig.coordinator, &LiveActivityCoordinator::activitiesChanged);
+        rig.coordinator.remove(QStringLiteral("a")); // the download finished meanwhile
+        rig.coordinator.remove(QStringLiteral("b"), /*keepingParked*/ true);
+        QCOMPARE(changed.count(), 0); // neither was live: nothing to publish
+        rig.settings.setActivitySwitch(ActivitySwitch::downloads, true);
+        QCOMPARE(ids(rig.coordinator), QStringList({"b"}));
+    }
+
+    void removingAnIdThatIsNotLiveDoesNothing()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        QSignalSpy changed(&rig.coordinator, &LiveActivityCoordinator::activitiesChanged);
+        LogCapture log;
+        rig.coordinator.remove(QStringLiteral("nobody"));
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(log.lines().isEmpty());
+        QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
+    }
+
+    void aToastLeavesWhenItsHoldRunsOut()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, 1.5));
+        rig.clock.advance(Seconds(1.49));
+        QVERIFY(rig.coordinator.find("volume"));
+        rig.clock.advance(Seconds(0.01));
+        QVERIFY(!rig.coordinator.find("volume"));
+        QVERIFY(!rig.coordinator.holdRemaining("volume"));
+    }
+
+    void upsertingAToastAgainRestartsItsHoldFromTheNewValue()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, 2.0));
+        rig.clock.advance(Seconds(1.5));
+        rig.coordinator.upsert(volumeChange(0.5, 3.0));
+        QCOMPARE(*rig.coordinator.holdRemaining("volume"), 3.0);
+        rig.clock.advance(Seconds(2.9)); // the first hold would have ended 2.4 s ago
+        QVERIFY(rig.coordinator.find("volume"));
+        rig.clock.advance(Seconds(0.1));
+        QVERIFY(!rig.coordinator.find("volume"));
+    }
+
+    void aToastMadeLastingByAnUpdateStays()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, 1.0));
+        LiveActivity lastingNow = volumeChange(0.4, 1.0);
+        lastingNow.hold.reset();
+        rig.coordinator.upsert(lastingNow);
+        rig.clock.advance(Seconds(60));
+        QVERIFY(rig.coordinator.find("volume"));
+    }
+
+    void aHoldThatWasReplacedDoesNotEndTheNewActivity()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, 1.0));
+        rig.clock.advance(Seconds(0.5));
+        rig.coordinator.remove(QStringLiteral("volume"));
+        rig.coordinator.upsert(volumeChange(0.6, 2.0));
+        rig.clock.advance(Seconds(0.6)); // the first hold's instant has passed
+        QVERIFY(rig.coordinator.find("volume"));
+        rig.clock.advance(Seconds(1.4));
+        QVERIFY(!rig.coordinator.find("volume"));
+    }
+
+    void negativeHoldsEndAtOnce()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, -3.0));
+        QCOMPARE(*rig.coordinator.holdRemaining("volume"), 0.0);
+        rig.clock.advance(Seconds(0));
+        QVERIFY(!rig.coordinator.find("volume"));
+    }
+
+    void pausedHoldsKeepToastsAndResumeWithWhatWasLeftAfterTheGrace()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        rig.coordinator.upsert(volumeChange(0.4, 2.0));
+        rig.clock.advance(Seconds(0.5));
+        rig.coordinator.pauseHolds();
+        QVERIFY(!rig.coordinator.isRotating());
+        QSignalSpy rotated(&rig.coordinator, &LiveActivityCoordinator::rotated);
+        rig.clock.advance(Seconds(30));
+        QVERIFY(rig.coordinator.find("volume"));
+        QCOMPARE(rotated.count(), 0);
+        QCOMPARE(*rig.coordinator.holdRemaining("volume"), 1.5);
+
+        rig.coordinator.resumeHoldsAfterGrace();
+        rig.clock.advance(Seconds(0.89));
+        QVERIFY(rig.coordinator.holdsPaused());
+        QCOMPARE(*rig.coordinator.holdRemaining("volume"), 1.5);
+        rig.clock.advance(Seconds(0.01));
+        QVERIFY(!rig.coordinator.holdsPaused());
+        QVERIFY(rig.coordinator.isRotating());
+        rig.clock.advance(Seconds(1.49));
+        QVERIFY(rig.coordinator.find("volume"));
+        rig.clock.advance(Seconds(0.01));
+        QVERIFY(!rig.coordinator.find("volume"));
+    }
+
+    void comingBackWithinTheGraceKeepsHoldsPaused()
+    {
+        Rig rig;
+        rig.coordinator.upsert(volumeChange(0.4, 1.0));
+        rig.coordinator.pauseHolds();
+        rig.coordinator.resumeHoldsAfterGrace();
+        rig.clock.advance(Seconds(0.5));
+        rig.coordinator.pauseHolds(); // the pointer is back over the notch
+        rig.clock.advance(Seconds(10));
+        QVERIFY(rig.coordinator.holdsPaused());
+        QVERIFY(rig.coordinator.find("volume"));
+    }
+
+    void aToastPublishedWhileHoldsArePausedWaitsForTheResume()
+    {
+        Rig rig;
+        rig.coordinator.pauseHolds();
+        rig.coordinator.upsert(volumeChange(0.4, 1.0));
+        rig.clock.advance(Seconds(5));
+        QVERIFY(rig.coordinator.find("volume"));
+        rig.coordinator.resumeHolds();
+        rig.clock.advance(Seconds(1.0));
+        QVERIFY(!rig.coordinator.find("volume"));
+    }
+
+    void twoActivitiesTakeTurnsEveryFourSeconds()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        QVERIFY(!rig.coordinator.isRotating()); // one activity: nothing to rotate
+        rig.coordinator.upsert(download(QStringLiteral("dl"), 0.3));
+        QVERIFY(rig.coordinator.isRotating());
+        QSignalSpy rotated(&rig.coordinator, &LiveActivityCoordinator::rotated);
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("timer"));
+        rig.clock.advance(Seconds(3.99));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("timer"));
+        rig.clock.advance(Seconds(0.01));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("dl"));
+        rig.clock.advance(Seconds(4));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("timer"));
+        QCOMPARE(rotated.count(), 2);
+        rig.coordinator.remove(QStringLiteral("dl"));
+        QVERIFY(!rig.coordinator.isRotating());
+    }
+
+    void progressUpdatesDoNotHoldBackTheRotation()
+    {
+        Rig rig;
+        rig.coordinator.upsert(download(QStringLiteral("dl"), 0.0));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        for (int second = 1; second <= 4; ++second) {
+            rig.clock.advance(Seconds(1));
+            rig.coordinator.upsert(download(QStringLiteral("dl"), second / 10.0));
+        }
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("timer"));
+    }
+
+    void aPinnedActivityIsNotRotatedAway()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        LiveActivity prompt = lasting(QStringLiteral("agent-1"), -5, ActivityContent::agentPrompt());
+        prompt.pinned = true;
+        rig.coordinator.upsert(prompt);
+        QVERIFY(!rig.coordinator.isRotating());
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("agent-1")); // pinned wins over priority
+        rig.clock.advance(Seconds(20));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("agent-1"));
+        prompt.pinned = false;
+        rig.coordinator.upsert(prompt);
+        QVERIFY(rig.coordinator.isRotating());
+    }
+
+    void theHighestPriorityShowsAndOnlyItsEqualsTakeTurns()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("low"), 1));
+        rig.coordinator.upsert(lasting(QStringLiteral("high-a"), 9));
+        rig.coordinator.upsert(lasting(QStringLiteral("mid"), 5));
+        rig.coordinator.upsert(lasting(QStringLiteral("high-b"), 9));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("high-a"));
+        QStringList seen;
+        for (int turn = 0; turn < 4; ++turn) {
+            rig.clock.advance(LiveActivityCoordinator::kRotationInterval);
+            seen << *rig.coordinator.shownId();
+        }
+        QCOMPARE(seen, QStringList({"high-b", "high-a", "high-b", "high-a"}));
+    }
+
+    void anActivityLeavingBeforeTheShownOneKeepsTheShownOne()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("a")));
+        rig.coordinator.upsert(lasting(QStringLiteral("b")));
+        rig.coordinator.upsert(lasting(QStringLiteral("c")));
+        rig.clock.advance(Seconds(8)); // a -> b -> c
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("c"));
+        rig.coordinator.remove(QStringLiteral("a"));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("c"));
+        rig.coordinator.remove(QStringLiteral("c")); // the shown one leaves: the next is first
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("b"));
+    }
+
+    void promoteOfAnUnknownIdChangesNothing()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("a")));
+        rig.coordinator.upsert(lasting(QStringLiteral("b")));
+        rig.clock.advance(Seconds(1));
+        LogCapture log;
+        QSignalSpy rotated(&rig.coordinator, &LiveActivityCoordinator::rotated);
+        QVERIFY(!rig.coordinator.promote(QStringLiteral("ghost")));
+        QCOMPARE(log.lines(), QStringList({"Norva activities: promote ghost did nothing (it is not live)"}));
+        QCOMPARE(rotated.count(), 0);
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("a"));
+        rig.clock.advance(Seconds(3)); // the rotation kept its rhythm
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("b"));
+    }
+
+    void promoteCannotDisplaceAPinnedActivity()
+    {
+        Rig rig;
+        LiveActivity prompt = lasting(QStringLiteral("agent-1"), 0, ActivityContent::agentPrompt());
+        prompt.pinned = true;
+        rig.coordinator.upsert(prompt);
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        LogCapture log;
+        QVERIFY(!rig.coordinator.promote(QStringLiteral("timer")));
+        QCOMPARE(log.lines(),
+                 QStringList({"Norva activities: promote timer did nothing (agent-1 is pinned and "
+                              "owns the body)"}));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("agent-1"));
+        QVERIFY(rig.coordinator.promote(QStringLiteral("agent-1"))); // promoting the pinned one is fine
+    }
+
+    void aPromotedActivityShowsForAWholeTurnEvenBelowTheTopPriority()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("a"), 5));
+        rig.coordinator.upsert(lasting(QStringLiteral("b"), 5));
+        rig.coordinator.upsert(lasting(QStringLiteral("low"), 0));
+        rig.clock.advance(Seconds(3));
+        QSignalSpy rotated(&rig.coordinator, &LiveActivityCoordinator::rotated);
+        QVERIFY(rig.coordinator.promote(QStringLiteral("low")));
+        QCOMPARE(rotated.count(), 1);
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("low"));
+        rig.clock.advance(Seconds(3.9)); // the old rhythm would have turned at 1 s
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("low"));
+        rig.clock.advance(Seconds(0.1));
+        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("a"));
+    }
+
+    void performReportsWhyAnActionDidNothing()
+    {
+        Rig rig;
+        rig.coordinator.upsert(lasting(QStringLiteral("agent-1"), 0, ActivityContent::agentPrompt()));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
+        QStringList answered;
+        rig.coordinator.addProvider({Kind::agentPrompt}, [&](const QString& action, const LiveActivity& a) {
+            if (action != QLatin1String("allow"))
+                return false;
+            answered << a.id;
+            rig.coordinator.remove(a.id); // answering takes the card away
+            return true;
+        });
+        LogCapture log;
+        QCOMPARE(rig.coordinator.perform(QStringLiteral("allow"), QStringLiteral("agent-1")),
+                 LiveActivityCoordinator::Outcome::done);
+        QCOMPARE(answered, QStringList({"agent-1"}));
+        QCOMPARE(rig.coordinator.perform(QStringLiteral("allow"), QStringLiteral("agent-1")),
+                 LiveActivityCoordinator::Outcome::notLive);
+        QCOMPARE(rig.coordinator.perform(QStringLiteral("pause"), QStringLiteral("timer")),
+                 LiveActivityCoordinator::Outcome::unanswered);
+        QCOMPARE(log.lines(),
+                 QStringList({"Norva activities: allow on agent-1 did nothing (the activity already left "
+                              "the notch)",
+                              "Norva activities: pause on timer did nothing (no provider answers it)"}));
+    }
+
+    void urgentTabFollowsTheMostImportantActivityThatWantsAPage()
+    {
+        Rig rig;
+        QSignalSpy urgent(&rig.coordinator, &LiveActivityCoordinator::urgentTabChanged);
+        rig.coordinator.upsert(lasting(QStringLiteral("timer"), 10));
+        QVERIFY(!rig.coordinator.urgentTab());
+        LiveActivity shelf = lasting(QStringLiteral("shelf"), 1, ActivityContent::shelf());
+        shelf.urgentTab = QStringLiteral("shelf");
+        rig.coordinator.upsert(shelf);
+        LiveActivity prompt = lasting(QStringLiteral("agent-1"), 5, ActivityContent::agentPrompt());
+        prompt.urgentTab = QStringLiteral("agents");
+        rig.coordinator.upsert(prompt);
+        QCOMPARE(*rig.coordinator.urgentTab(), QStringLiteral("agents"));
+        rig.coordinator.upsert(prompt); // same answer: no second signal
+        QCOMPARE(urgent.count(), 2);
+        rig.coordinator.remove(QStringLiteral("agent-1"));
+        QCOMPARE(*rig.coordinator.urgentTab(), QStringLiteral("shelf"));
+    }
+
+    void layoutGivesTheEars_data()
+    {
+        QTest::addColumn<bool>("withActivity");
+        QTest::addColumn<bool>("transient");
+        QTest::addColumn<bool>("music");
+        QTest::addColumn<QString>("musicLeft");
+        QTest::addColumn<int>("left");
+        QTest::addColumn<int>("right");
+        using P = Ear::Piece;
+        QTest::newRow("nothing") << false << false << false << "artAndRing" << int(P::nothing)
+                                 << int(P::nothing);
+        QTest::newRow("music alone") << false << false << true << "artAndRing" << int(P::music)
+                                     << int(P::music);
+        QTest::newRow("music without left ear")
+            << false << false << true << "none" << int(P::nothing) << int(P::music);
+        QTest::newRow("activity alone")
+            << true << false << false << "artAndRing" << int(P::activityMark) << int(P::activityValue);
+        QTest::newRow("activity beside music")
+            << true << false << true << "artAndRing" << int(P::music) << int(P::activityValue);
+        QTest::newRow("toast over music")
+            << true << true << true << "artAndRing" << int(P::activityMark) << int(P::activityValue);
+        QTest::newRow("music left ear off")
+            << true << false << true << "none" << int(P::activityMark) << int(P::activityValue);
+    }
+    void layoutGivesTheEars()
+    {
+        QFETCH(bool, withActivity);
+        QFETCH(bool, transient);
+        QFETCH(bool, music);
+        QFETCH(QString, musicLeft);
+        QFETCH(int, left);
+        QFETCH(int, right);
+        Rig rig;
+        if (withActivity)
+            rig.coordinator.upsert(transient ? volumeChange(0.3, 2) : lasting(QStringLiteral("timer")));
+        const ClosedLayout face =
+            rig.coordinator.layout(music, ClosedPrefs{musicLeft, QStringLiteral("equaliser")});
+        QCOMPARE(int(face.left.piece), left);
+        QCOMPARE(int(face.right.piece), right);
+        QCOMPARE(face.shown.has_value(), withActivity);
+        if (face.left.piece == Ear::Piece::music)
+            QCOMPARE(face.left.music, musicLeft);
+    }
+
+    void kindWordsRoundTrip()
+    {
+        for (int k = 0; k < ActivityContent::kindCount; ++k) {
+            const QString word = ActivityContent::kindWord(Kind(k));
+            QVERIFY(!word.isEmpty());
+            QCOMPARE(ActivityContent::kindFromWord(word), std::optional<Kind>(Kind(k)));
+        }
+        QCOMPARE(ActivityContent::kindWord(Kind::quota), QStringLiteral("quota"));
+        QCOMPARE(ActivityContent::kindWord(Kind::sodalRecording), QStringLiteral("sodalRecording"));
+        QVERIFY(!ActivityContent::kindFromWord(QStringLiteral("Download")));
+    }
+};
+NORVA_TEST(LiveActivityCoordinatorTest)
+#include "tst_LiveActivityCoordinator.moc"

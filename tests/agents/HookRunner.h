@@ -1,0 +1,60 @@
+#pragma once
+
+#include "TempHome.h"
+
+#include <QByteArray>
+#include <QMap>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace norva::test {
+
+// Runs Norva's hook scripts for real with sh, inside a temporary HOME. A stand-in `date` on PATH
+// answers NORVA_TEST_NOW when a test sets a fixed "now", so the 30 s boundary is exact.
+class HookRunner {
+public:
+    struct Result {
+        QByteArray out;
+        int exitCode = -1;
+        qint64 ms = 0;
+    };
+
+    explicit HookRunner(const TempHome& home);
+
+    QString folder() const { return m_folder; }
+    QString file(const QString& name) const { return m_folder + QLatin1Char('/') + name; }
+    bool exists(const QString& name) const;
+
+    // A fixed "now" for the scripts (whole seconds since the epoch); 0 goes back to the real time.
+    void setNow(qint64 epoch) { m_now = epoch; }
+    qint64 now() const;
+    void setEnv(const QString& name, const QString& value) { m_env.insert(name, value); }
+    // Sets a file's modification time to now minus `age` seconds (creating it when missing).
+    void age(const QString& name, qint64 seconds);
+    void freshHeartbeat() { age(QStringLiteral("heartbeat"), 0); }
+
+    // Starts `sh script args...` with the payload on stdin; `wrapper` runs it under another program.
+    std::unique_ptr<QProcess> start(const QString& script, const QByteArray& payload,
+                                    const QStringList& args = {}, const QStringList& wrapper = {});
+    static Result finish(QProcess& process, int timeoutMs = 20000);
+    Result run(const QString& script, const QByteArray& payload, const QStringList& args = {});
+
+    // Waits for a file whose name starts with the prefix (and ends with the suffix); its name or empty.
+    QString waitFor(const QString& prefix, const QString& suffix = {}, int timeoutMs = 10000) const;
+    QStringList names(const QString& prefix) const;
+    // Writes a file as Norva would (temporary name, then moved into place).
+    void answer(const QString& name, const QByteArray& body) const;
+
+private:
+    QProcessEnvironment environment() const;
+
+    QString m_folder;
+    QString m_stubs;
+    qint64 m_now = 0;
+    QMap<QString, QString> m_env;
+};
+
+} // namespace norva::test

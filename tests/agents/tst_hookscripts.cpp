@@ -1,0 +1,477 @@
+#include "HookRunner.h"
+#include "TempHome.h"
+#include "TestMain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+using namespace norva;
+using test::HookRunner;
+
+namespace {
+
+const QByteArray askBody =
+    R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})";
+const QByteArray codexAllow =
+    R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})";
+const QByteArray denyBody =
+    R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied by your team's rule: never run git push*"}})";
+constexpr qint64 fixedNow = 1900000000;
+
+QByteArray claudePayload(const QString& tool, const QString& mode, const QString& id,
+                         const QString& session = "s-1")
+{
+    return QStringLiteral(
+               R"({"session_id":"%4","transcript_path":"/tmp/t.jsonl","cwd":"/work/app","hook_event_name":"PreToolUse","tool_name":"%1","tool_input":{"command":"git push"},"permission_mode":"%2","tool_use_id":"%3"})")
+        .arg(tool, mode, id, session)
+        .toUtf8();
+}
+
+QByteArray codexPayload(const QString& event, const QString& mode = "default",
+                        const QString& session = "cx-1")
+{
+    return QStringLiteral(
+               R"({"session_id":"%3","transcript_path":"/tmp/c.jsonl","cwd":"/work/app","hook_event_name":"%1","permission_mode":"%2","tool_name":"shell","tool_input":{"command":["bash","-lc","ls"]}})")
+        .arg(event, mode, session)
+        .toUtf8();
+}
+
+QByteArray copilotPayload(const QString& session = "cp-1", const QString& prompt = "list files")
+{
+    return QStringLiteral(
+               R"({"sessionId":"%1","cwd":"/work/app","toolName":"bash","toolInput":{"command":"ls","description":"%2"}})")
+        .arg(session, prompt)
+        .toUtf8();
+}
+
+} // namespace
+
+// The hook scripts, run for real with sh on real payloads: liveness, the wait and its answers, the
+// never-allow check, questions, session ends, the identity record and Copilot's autonomy test.
+class HookScriptsTest : public QObject {
+    Q_OBJECT
+private slots:
+    void heartbeatAgeDecidesLiveness_data()
+    {
+        QTest::addColumn<int>("age");
+        QTest::addColumn<bool>("alive");
+        QTest::newRow("fresh") << 0 << true;
+        QTest::newRow("exactly 30 s") << 30 << true;
+        QTest::newRow("31 s") << 31 << false;
+        QTest::newRow("missing") << -1 << false;
+    }
+    void heartbeatAgeDecidesLiveness()
+    {
+        QFETCH(int, age);
+        QFETCH(bool, alive);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.setNow(fixedNow);
+        if (age >= 0)
+            hooks.age("heartbeat", age);
+        // An answer already waiting shows whether the hook went to the notch at all.
+        hooks.answer("resp-t1", R"({"answer":"from notch"})");
+        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t1"));
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out.trimmed(), alive ? QByteArray(R"({"answer":"from notch"})") : askBody);
+        QCOMPARE(hooks.exists("resp-t1"), !alive);
+        QVERIFY(!hooks.exists("pending-t1.json"));
+        QVERIFY(!hooks.exists("alive-t1"));
+    }
+
+    void emptyResponseHandsBackInEachAgentsWay_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("prefix");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t2")
+                                << "pending-t2" << askBody;
+        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
+                               << "pending-codex-cx-1-" << QByteArray("{}");
+        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
+                                 << "pending-copilot-cp-1-" << QByteArray();
+    }
+    void emptyResponseHandsBackInEachAgentsWay()
+    {
+        QFETCH(QString, script);
+        QFETCH(QStringList, args);
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, prefix);
+        QFETCH(QByteArray, expected);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
+        hooks.freshHeartbeat();
+        auto process = hooks.start(script, payload, args);
+        const QString pending = hooks.waitFor(prefix, ".json");
+        QVERIFY(!pending.isEmpty());
+        const QString id = pending.mid(8, pending.size() - 8 - 5);
+        QTRY_VERIFY(hooks.exists("alive-" + id));
+        hooks.answer("resp-" + id, QByteArray());
+        const auto result = HookRunner::finish(*process);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out.trimmed(), expected);
+        QVERIFY(hooks.names("pending-").isEmpty());
+        QVERIFY(hooks.names("alive-").isEmpty());
+        QVERIFY(hooks.names("resp-").isEmpty());
+    }
+
+    void staleHeartbeatWhileWaitingHandsBack_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t3")
+                                << askBody;
+        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
+                               << QByteArray("{}");
+        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
+                                 << QByteArray();
+    }
+    void staleHeartbeatWhileWaitingHandsBack()
+    {
+        QFETCH(QString, script);
+        QFETCH(QStringList, args);
+        QFETCH(QByteArray, payload);
+        QFETCH(QByteArray, expected);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
+        hooks.freshHeartbeat();
+        auto process = hooks.start(script, payload, args);
+        QVERIFY(!hooks.waitFor("alive-").isEmpty());
+        hooks.age("heartbeat", 25); // still trusted: the hook keeps waiting
+        QVERIFY(!process->waitForFinished(400));
+        hooks.age("heartbeat", 31); // Norva stopped beating 31 s ago
+        const auto result = HookRunner::finish(*process, 5000);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out.trimmed(), expected);
+        QVERIFY(hooks.names("pending-").isEmpty());
+        QVERIFY(hooks.names("alive-").isEmpty());
+    }
+
+    void noNorvaMeansNoFilesAndAnImmediateAnswer_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("claude permission")
+            << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t4") << askBody;
+        QTest::newRow("claude question") << "pretooluse.sh" << QStringList()
+                                         << claudePayload("AskUserQuestion", "default", "t5") << QByteArray();
+        QTest::newRow("claude without id")
+            << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "") << askBody;
+        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
+                               << QByteArray("{}");
+        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
+                                 << QByteArray();
+    }
+    void noNorvaMeansNoFilesAndAnImmediateAnswer()
+    {
+        QFETCH(QString, script);
+        QFETCH(QStringList, args);
+        QFETCH(QByteArray, payload);
+        QFETCH(QByteArray, expected);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
+        const auto result = hooks.run(script, payload, args);
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out.trimmed(), expected);
+        QVERIFY(hooks.names("pending-").isEmpty());
+        QVERIFY(hooks.names("alive-").isEmpty());
+    }
+
+    void otherModesAreLeftToClaudeButStillChecked()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        hooks.answer("team-deny-active", QByteArray());
+        auto process = hooks.start("pretooluse.sh", claudePayload("Bash", "acceptEdits", "t6"));
+        const QString check = hooks.waitFor("denycheck-claude-pre-", ".json");
+        QVERIFY(!check.isEmpty());
+        QCOMPARE(test::TempHome::read(hooks.file(check)), claudePayload("Bash", "acceptEdits", "t6"));
+        const QString key = check.mid(QStringLiteral("denycheck-").size()).chopped(5);
+        hooks.answer("denyresp-" + key, denyBody);
+        const auto result = HookRunner::finish(*process);
+        QCOMPARE(result.out.trimmed(), denyBody);
+        QVERIFY(hooks.names("pending-").isEmpty());
+        QVERIFY(hooks.names("denycheck-").isEmpty());
+        QVERIFY(hooks.names("denyresp-").isEmpty());
+
+        // No objection: an empty answer lets the call go on to Claude Code's own rules.
+        process = hooks.start("pretooluse.sh", claudePayload("Bash", "bypassPermissions", "t7"));
+        const QString second = hooks.waitFor("denycheck-claude-pre-", ".json");
+        hooks.answer("denyresp-" + second.mid(10).chopped(5), QByteArray());
+        const auto passed = HookRunner::finish(*process);
+        QCOMPARE(passed.out, QByteArray());
+        QCOMPARE(passed.exitCode, 0);
+        QVERIFY(hooks.names("pending-").isEmpty());
+    }
+
+    void denyWaitZeroSkipsTheWait()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        hooks.answer("team-deny-active", QByteArray());
+        hooks.setEnv("NORVA_DENY_WAIT", "0");
+        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", "plan", "t8"));
+        QCOMPARE(result.out, QByteArray());
+        QVERIFY(hooks.names("denycheck-").isEmpty());
+        QVERIFY(hooks.names(".dc-").isEmpty());
+    }
+
+    void unansweredCheckMeansNoObjection()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        hooks.answer("team-deny-active", QByteArray());
+        hooks.setEnv("NORVA_DENY_WAIT", "4");
+        const auto result = hooks.run("codex-hook.sh", codexPayload("PreToolUse", "bypassPermissions"));
+        QCOMPARE(result.out, QByteArray());
+        QVERIFY(hooks.names("denycheck-").isEmpty());
+    }
+
+    void notchOffRunsOnlyTheCheck_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t9")
+                                << QByteArray();
+        QTest::newRow("claude question")
+            << "pretooluse.sh" << QStringList() << claudePayload("AskUserQuestion", "default", "t10")
+            << QByteArray();
+        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
+                               << QByteArray("{}");
+        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
+                                 << QByteArray();
+    }
+    void notchOffRunsOnlyTheCheck()
+    {
+        QFETCH(QString, script);
+        QFETCH(QStringList, args);
+        QFETCH(QByteArray, payload);
+        QFETCH(QByteArray, expected);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
+        hooks.freshHeartbeat();
+        hooks.answer("notch-off", QByteArray());
+        const auto result = hooks.run(script, payload, args);
+        QCOMPARE(result.out.trimmed(), expected);
+        QVERIFY(hooks.names("pending-").isEmpty());
+    }
+
+    void codexBypassIsAllowedAfterTheCheck()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        const auto result =
+            hooks.run("codex-hook.sh", codexPayload("PermissionRequest", "bypassPermissions"));
+        QCOMPARE(result.out.trimmed(), codexAllow);
+        QVERIFY(hooks.names("pending-").isEmpty());
+    }
+
+    void questionLeavesPendingAndPidThenPostToolUseClears()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        const QByteArray question = claudePayload("AskUserQuestion", "default", "q1");
+        const auto result = hooks.run("pretooluse.sh", question);
+        QCOMPARE(result.out, QByteArray());
+        QCOMPARE(test::TempHome::read(hooks.file("pending-q1.json")), question);
+        QVERIFY(hooks.exists("pending-q1.pid"));
+        QVERIFY(!hooks.exists("alive-q1"));
+        QCOMPARE(hooks.run("posttooluse.sh", question).exitCode, 0);
+        QVERIFY(!hooks.exists("pending-q1.json"));
+        QVERIFY(!hooks.exists("pending-q1.pid"));
+    }
+
+    void sessionEndRemovesOnlyThatSessionsFiles_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("agent");
+        QTest::newRow("codex Stop") << "codex-hook.sh" << QStringList()
+                                    << codexPayload("Stop", "default", "S1") << "codex";
+        QTest::newRow("copilot sessionEnd")
+            << "copilot-hook.sh" << QStringList{"sessionEnd"} << copilotPayload("S1") << "copilot";
+    }
+    void sessionEndRemovesOnlyThatSessionsFiles()
+    {
+        QFETCH(QString, script);
+        QFETCH(QStringList, args);
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, agent);
+        test::TempHome home;
+        HookRunner hooks(home);
+        for (const char* name :
+             {"pending-%1-S1-11.json", "alive-%1-S1-11", "pending-%1-S2-12.json", "alive-%1-S2-12"})
+            hooks.answer(QString::fromLatin1(name).arg(agent), "{}");
+        hooks.answer("pending-S1.json", "{}");
+        QCOMPARE(hooks.run(script, payload, args).exitCode, 0);
+        QVERIFY(!hooks.exists(QStringLiteral("pending-%1-S1-11.json").arg(agent)));
+        QVERIFY(!hooks.exists(QStringLiteral("alive-%1-S1-11").arg(agent)));
+        QVERIFY(hooks.exists(QStringLiteral("pending-%1-S2-12.json").arg(agent)));
+        QVERIFY(hooks.exists(QStringLiteral("alive-%1-S2-12").arg(agent)));
+        QVERIFY(hooks.exists("pending-S1.json"));
+    }
+
+    void copilotAutonomyKeepsCopilotsOwnRules_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("prompt");
+        QTest::addColumn<bool>("card");
+        QTest::newRow("--allow-tool=shell") << "copilot --allow-tool=shell"
+                                            << "ls" << false;
+        QTest::newRow("--allow-tool shell") << "copilot --allow-tool shell"
+                                            << "ls" << false;
+        QTest::newRow("--yolo") << "copilot --yolo"
+                                << "ls" << false;
+        QTest::newRow("--allow-all-paths") << "copilot --allow-all-paths"
+                                           << "ls" << false;
+        QTest::newRow("--allow-all at the end") << "copilot --allow-all"
+                                                << "ls" << false;
+        QTest::newRow("/yolo typed inside") << "copilot"
+                                            << "/yolo" << true;
+        QTest::newRow("similar flag") << "copilot --allow-toolbox"
+                                      << "ls" << true;
+    }
+    void copilotAutonomyKeepsCopilotsOwnRules()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(QString, prompt);
+        QFETCH(bool, card);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        hooks.setEnv("NORVA_COPILOT_ARGS", arguments);
+        auto process = hooks.start("copilot-hook.sh", copilotPayload("cp-2", prompt), {"permissionRequest"});
+        if (card) {
+            const QString pending = hooks.waitFor("pending-copilot-cp-2-", ".json");
+            QVERIFY(!pending.isEmpty());
+            hooks.answer("resp-" + pending.mid(8).chopped(5), R"({"behavior":"allow"})");
+        }
+        const auto result = HookRunner::finish(*process);
+        QCOMPARE(result.out.trimmed(), card ? QByteArray(R"({"behavior":"allow"})") : QByteArray());
+        QVERIFY(hooks.names("pending-").isEmpty());
+        // The jump-back record is made even when Copilot decides alone.
+        QVERIFY(hooks.exists("term-cp-2.json"));
+    }
+
+    void copilotAutonomyIsReadFromTheAncestors()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        // The hook's parent carries the flag on its command line, as a copilot started with it would.
+        auto process = hooks.start("copilot-hook.sh", copilotPayload("cp-3"), {"permissionRequest"},
+                                   {"/bin/sh", "-c", "\"$@\"; exit $?", "copilot", "--allow-all-tools"});
+        // The wrapper passes the script and its arguments after the flag; sh sees them as "$@".
+        const auto result = HookRunner::finish(*process);
+        QCOMPARE(result.out, QByteArray());
+        QVERIFY(hooks.names("pending-").isEmpty());
+    }
+
+    void copilotPendingCarriesTheTranscriptPath()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
+        hooks.setEnv("COPILOT_HOME", home.file("cp home"));
+        const QByteArray payload = copilotPayload("cp-4");
+        auto process = hooks.start("copilot-hook.sh", payload, {"permissionRequest"});
+        const QString pending = hooks.waitFor("pending-copilot-cp-4-", ".json");
+        QVERIFY(!pending.isEmpty());
+        const QByteArray text = test::TempHome::read(hooks.file(pending));
+        const QByteArray transcript = home.file("cp home/session-state/cp-4/events.jsonl").toUtf8();
+        QCOMPARE(text, "{\"transcript_path\":\"" + transcript + "\"," + payload.mid(1));
+        QCOMPARE(QJsonDocument::fromJson(text).object().value("toolName").toString(), QStringLiteral("bash"));
+        hooks.answer("resp-" + pending.mid(8).chopped(5), QByteArray());
+        QCOMPARE(HookRunner::finish(*process).out, QByteArray());
+    }
+
+    void identityRecordNamesTheTerminal_data()
+    {
+        QTest::addColumn<QString>("terminal");
+        for (const char* name : {"gnome-terminal-server", "konsole", "kitty", "alacritty", "wezterm-gui",
+                                 "foot", "xterm", "tilix", "ghostty"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void identityRecordNamesTheTerminal()
+    {
+        QFETCH(QString, terminal);
+        test::TempHome home;
+        HookRunner hooks(home);
+        // A stand-in terminal: the shell under the terminal's name, running the hook as its child.
+        const QString fake = home.file("terminals/" + terminal);
+        QDir().mkpath(home.file("terminals"));
+        QVERIFY(QFile::link("/bin/dash", fake));
+        auto process = hooks.start("codex-hook.sh", codexPayload("SessionStart", "default", "ts-1"), {},
+                                   {fake, "-c", "\"$@\"; exit $?", "terminal"});
+        const qint64 terminalPid = process->processId();
+        QCOMPARE(HookRunner::finish(*process).exitCode, 0);
+        const QByteArray record = test::TempHome::read(hooks.file("term-ts-1.json"));
+        const QJsonObject identity = QJsonDocument::fromJson(record).object();
+        QCOMPARE(identity.keys().size(), 8);
+        QVERIFY(record.startsWith("{\"transcript_path\":\"/tmp/c.jsonl\",\"cwd\":\"/work/app\",\"tty\":"));
+        QCOMPARE(identity.value("term_pid").toString(), QString::number(terminalPid));
+    }
+
+    void identityIsRefreshedOnlyWhenOld()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.answer("term-s-9.json", "old");
+        hooks.age("term-s-9.json", 200);
+        hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t11", "s-9"));
+        QCOMPARE(test::TempHome::read(hooks.file("term-s-9.json")), QByteArray("old"));
+        hooks.age("term-s-9.json", 301);
+        hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t12", "s-9"));
+        const QJsonObject identity =
+            QJsonDocument::fromJson(test::TempHome::read(hooks.file("term-s-9.json"))).object();
+        QCOMPARE(identity.value("cwd").toString(), QStringLiteral("/work/app"));
+        QCOMPARE(identity.value("transcript_path").toString(), QStringLiteral("/tmp/t.jsonl"));
+    }
+
+    void fieldExtractionTakesTheLastOnALineAndCutsAtAnEscapedQuote()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        // A payload whose tool input repeats "tool_use_id" later on the line: the last one wins.
+        const QByteArray payload =
+            R"({"tool_name":"Bash","permission_mode":"default","tool_use_id":"first","tool_input":{"tool_use_id":"last"}})";
+        hooks.answer("resp-last", R"({"x":1})");
+        QCOMPARE(hooks.run("pretooluse.sh", payload).out.trimmed(), QByteArray(R"({"x":1})"));
+    }
+
+    void slashInAnIdNeverLeavesTheFolder()
+    {
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", "default", "../../escape"));
+        QCOMPARE(result.out.trimmed(), askBody);
+        QVERIFY(!QFile::exists(home.file(".local/share/escape.json")));
+        QVERIFY(!QFile::exists(home.file(".local/share/pending-../../escape.json")));
+    }
+};
+NORVA_TEST(HookScriptsTest)
+#include "tst_hookscripts.moc"

@@ -1,0 +1,346 @@
+#include "LogCapture.h"
+#include "ManualClock.h"
+#include "MemoryPreferences.h"
+#include "TestMain.h"
+
+#include "app/SettingsKeys.h"
+#include "app/SettingsStore.h"
+#include "notch/NotchLayout.h"
+#include "notch/NotchViewModel.h"
+
+#include <QtTest>
+
+using namespace norva;
+using norva::test::LogCapture;
+using norva::test::ManualClock;
+using norva::test::MemoryPreferences;
+using State = NotchViewModel::State;
+
+namespace {
+
+// A notch with its own preferences and a clock that moves only when told.
+struct Rig {
+    ManualClock clock;
+    MemoryPreferences prefs;
+    SettingsStore settings{prefs};
+    NotchViewModel notch{clock, settings};
+
+    Rig() { notch.setPages({QStringLiteral("music"), QStringLiteral("agents")}); }
+    void advance(double seconds) { clock.advance(Seconds(seconds)); }
+    // Seconds until the notch reaches the state, stepping the clock by 10 ms; -1 if it never does.
+    double secondsUntil(State state, double limit = 3.0)
+    {
+        for (int step = 0; step <= limit * 100; ++step) {
+            if (notch.state() == state)
+                return step / 100.0;
+            advance(0.01);
+        }
+        return -1;
+    }
+};
+
+} // namespace
+
+class NotchViewModelTest : public QObject {
+    Q_OBJECT
+private slots:
+    void hoverOpensAfterTheResolvedDelay_data()
+    {
+        QTest::addColumn<QVariant>("openOnHover");
+        QTest::addColumn<double>("delay");
+        QTest::addColumn<bool>("peekOnHover");
+        QTest::addColumn<bool>("fullscreen");
+        QTest::addColumn<QString>("guard");
+        QTest::addColumn<double>("opensAfter"); // -1: never by hovering
+        QTest::newRow("plain delay") << QVariant(true) << 0.3 << false << false << "longer" << 0.3;
+        QTest::newRow("short delay is no shorter than the peek") << QVariant(true) << 0.05 << true << false << "longer" << 0.09;
+        QTest::newRow("short delay floor without peek") << QVariant(true) << 0.05 << false << false << "longer" << 0.09;
+        QTest::newRow("fullscreen raises to 0.6") << QVariant(true) << 0.2 << true << true << "longer" << 0.6;
+        QTest::newRow("fullscreen keeps longer delay") << QVariant(true) << 1.0 << true << true << "longer" << 1.0;
+        QTest::newRow("fullscreen normal") << QVariant(true) << 0.2 << true << true << "normal" << 0.2;
+        QTest::newRow("fullscreen click") << QVariant(true) << 0.2 << true << true << "click" << -1.0;
+        QTest::newRow("fullscreen unknown guard is longer") << QVariant(true) << 0.2 << false << true << "sometimes" << 0.6;
+        QTest::newRow("open on hover absent") << QVariant() << 0.2 << true << false << "longer" << -1.0;
+        QTest::newRow("open on hover off") << QVariant(false) << 0.2 << false << false << "longer" << -1.0;
+    }
+
+    void hoverOpensAfterTheResolvedDelay()
+    {
+        QFETCH(QVariant, openOnHover);
+        QFETCH(double, delay);
+        QFETCH(bool, peekOnHover);
+        QFETCH(bool, fullscreen);
+        QFETCH(QString, guard);
+        QFETCH(double, opensAfter);
+        Rig rig;
+        if (openOnHover.isValid())
+            rig.prefs.setValue(SettingsKeys::openOnHover, openOnHover);
+        rig.prefs.setValue(SettingsKeys::openHoverDelay, delay);
+        rig.prefs.setValue(SettingsKeys::peekOnHover, peekOnHover);
+        rig.prefs.setValue(SettingsKeys::fullscreenGuard, guard);
+        rig.notch.setFullscreenOnDisplay(fullscreen);
+        rig.notch.pointerEntered();
+        const double took = rig.secondsUntil(State::open);
+        QVERIFY2(qAbs(took - opensAfter) < 0.011, qPrintable(QString::number(took)));
+    }
+
+    void panelNeverOpensBeforeThePeekShows()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.prefs.setValue(SettingsKeys::openHoverDelay, 0.1);
+        rig.prefs.setValue(SettingsKeys::peekDelay, 0.3);
+        const QDateTime start = rig.clock.now();
+        QStringList states;
+        connect(&rig.notch, &NotchViewModel::stateChanged, this,
+                [&] { states << rig.notch.stateName() + '@' + QString::number(rig.clock.secondsSince(start)); });
+        rig.notch.pointerEntered();
+        rig.advance(1);
+        QCOMPARE(states, QStringList({QStringLiteral("peek@0.3"), QStringLiteral("open@0.3")}));
+    }
+
+    void hoverWithoutOpenOnHoverStillPeeks()
+    {
+        Rig rig;
+        rig.notch.pointerEntered();
+        QCOMPARE(rig.secondsUntil(State::peek), 0.07);
+        rig.advance(5);
+        QCOMPARE(rig.notch.state(), State::peek);
+    }
+
+    void heldButtonDelaysOpeningUntilRelease()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.notch.setPressedMouseButtons(1);
+        rig.notch.pointerEntered();
+        rig.advance(2);
+        QCOMPARE(rig.notch.state(), State::closed); // not even the peek while a drag is under way
+        rig.notch.setPressedMouseButtons(0);
+        rig.advance(0.06);
+        QCOMPARE(rig.notch.state(), State::open);
+    }
+
+    void releaseAfterPointerLeftDoesNotOpen()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.notch.setPressedMouseButtons(1);
+        rig.notch.pointerEntered();
+        rig.advance(0.5);
+        rig.notch.pointerExited();
+        rig.notch.setPressedMouseButtons(0);
+        rig.advance(2);
+        QCOMPARE(rig.notch.state(), State::closed);
+    }
+
+    void leavingThePeekClosesAfter022UnlessThePointerComesBack()
+    {
+        Rig rig;
+        rig.notch.pointerEntered();
+        rig.advance(0.1);
+        QCOMPARE(rig.notch.state(), State::peek);
+        rig.notch.pointerExited();
+        rig.advance(0.21);
+        QCOMPARE(rig.notch.state(), State::peek);
+        rig.notch.pointerEntered();
+        rig.advance(1);
+        QCOMPARE(rig.notch.state(), State::peek);
+        rig.notch.pointerExited();
+        QCOMPARE(rig.secondsUntil(State::closed), 0.22);
+    }
+
+    void leavingTheOpenPanelClosesAfter07()
+    {
+        Rig rig;
+        rig.notch.clicked();
+        QCOMPARE(rig.notch.state(), State::open);
+        rig.notch.pointerExited();
+        QCOMPARE(rig.secondsUntil(State::closed), 0.7);
+    }
+
+    void leavingJustAfterAHoverOpenGetsTheExtendedGrace()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.notch.pointerEntered();
+        QVERIFY(rig.secondsUntil(State::open) > 0);
+        rig.notch.pointerExited();
+        QCOMPARE(rig.secondsUntil(State::closed), 0.9);
+    }
+
+    void cardThatHoldsOpenRechecksEvery04()
+    {
+        Rig rig;
+        rig.notch.clicked();
+        rig.notch.setCardShowing(true);
+        rig.notch.setCardHoldsOpen(true);
+        rig.notch.pointerExited();
+        rig.advance(0.7);
+        QCOMPARE(rig.notch.state(), State::open);
+        QCOMPARE(rig.clock.secondsToNext(), 0.4);
+        rig.advance(0.4 * 5);
+        QCOMPARE(rig.notch.state(), State::open);
+        rig.notch.setCardHoldsOpen(false);
+        const double took = rig.secondsUntil(State::closed);
+        QVERIFY2(took > 0 && took <= 0.4, qPrintable(QString::number(took)));
+    }
+
+    void menuOpenSchedulesNoCloseAtAll()
+    {
+        Rig rig;
+        rig.notch.clicked();
+        rig.notch.setMenuOpen(true);
+        rig.notch.pointerExited();
+        QCOMPARE(rig.clock.pendingCount(), 0);
+        rig.advance(10);
+        QCOMPARE(rig.notch.state(), State::open);
+    }
+
+    void pinnedPanelIgnoresLeaving()
+    {
+        Rig rig;
+        rig.notch.clicked();
+        rig.notch.setPinnedOpen(true);
+        rig.notch.pointerExited();
+        rig.advance(5);
+        QCOMPARE(rig.notch.state(), State::open);
+    }
+
+    void closedNotchWithNothingExpandedSchedulesNothing()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::peekOnHover, false);
+        rig.notch.pointerEntered();
+        rig.notch.pointerExited();
+        QCOMPARE(rig.clock.pendingCount(), 0);
+    }
+
+    void activityDetailOpensAfter045AndClosesWhenThePointerLeaves()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::peekOnHover, false);
+        rig.notch.setPointerOverDetailActivity(true);
+        rig.notch.pointerEntered();
+        rig.advance(0.44);
+        QVERIFY(!rig.notch.activityDetailOpen());
+        rig.advance(0.01);
+        QVERIFY(rig.notch.activityDetailOpen());
+        rig.notch.pointerExited();
+        rig.advance(0.21);
+        QVERIFY(rig.notch.activityDetailOpen());
+        rig.advance(0.01);
+        QVERIFY(!rig.notch.activityDetailOpen());
+        QCOMPARE(rig.notch.state(), State::closed);
+    }
+
+    void notchThatClosedUnderThePointerDoesNotReopenAtOnce()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.prefs.setValue(SettingsKeys::peekOnHover, false);
+        rig.notch.clicked();
+        rig.notch.escape();
+        QCOMPARE(rig.notch.state(), State::closed);
+        rig.notch.pointerEntered(); // within the courtesy window
+        rig.advance(2);
+        QCOMPARE(rig.notch.state(), State::closed);
+        rig.notch.pointerExited();
+        rig.notch.pointerEntered();
+        QVERIFY(rig.secondsUntil(State::open) > 0);
+    }
+
+    void openingAnUnknownPageKeepsThePagerWhereItWas()
+    {
+        Rig rig;
+        rig.notch.openPage(QStringLiteral("agents"));
+        QCOMPARE(rig.notch.currentPage(), QStringLiteral("agents"));
+        rig.notch.close();
+        rig.notch.openPage(QStringLiteral("nowhere"));
+        QCOMPARE(rig.notch.state(), State::open);
+        QCOMPARE(rig.notch.currentPage(), QStringLiteral("agents"));
+    }
+
+    void openSize_data()
+    {
+        QTest::addColumn<double>("need");
+        QTest::addColumn<bool>("meeting");
+        QTest::addColumn<bool>("alert");
+        QTest::addColumn<double>("height");
+        QTest::newRow("module") << 200.0 << false << false << 334.0;
+        QTest::newRow("capped") << 900.0 << false << false << NotchViewModel::maxPanelHeight;
+        QTest::newRow("capped then banners") << 900.0 << true << true << NotchViewModel::maxPanelHeight + 94;
+        QTest::newRow("meeting banner") << 100.0 << true << false << 284.0;
+        QTest::newRow("alert banner") << 100.0 << false << true << 278.0;
+    }
+
+    void openSize()
+    {
+        QFETCH(double, need);
+        QFETCH(bool, meeting);
+        QFETCH(bool, alert);
+        QFETCH(double, height);
+        Rig rig;
+        rig.notch.setPageNeed(need);
+        rig.notch.setMeetingBannerShowing(meeting);
+        rig.notch.setAlertBannerShowing(alert);
+        QCOMPARE(rig.notch.currentOpenSize(), QSizeF(760, height));
+    }
+
+    void layoutInputsOutOfRangeAreCorrectedAndLogged()
+    {
+        LogCapture log;
+        QCOMPARE(NotchLayout::stageHeight(2), 176.0);
+        QCOMPARE(NotchLayout::stageHeight(5), 268.0);
+        QCOMPARE(NotchLayout::stageHeight(0), 84.0);
+        QCOMPARE(NotchLayout::panelHeight(NotchLayout::stageHeight(1)), 182.0);
+        QCOMPARE(NotchLayout::panelHeight(-4), 98.0);
+        QCOMPARE(NotchLayout::modulePanelHeight(-1), 134.0);
+        QCOMPARE(log.lines(),
+                 QStringList({QStringLiteral("Norva: DS.Layout.stageHeight got 5 cells, outside 1...3; clamped to 3"),
+                              QStringLiteral("Norva: DS.Layout.stageHeight got 0 cells, outside 1...3; clamped to 1"),
+                              QStringLiteral("Norva: DS.Layout.panelHeight(stage:) got a negative stage height (-4); "
+                                             "treating it as 0"),
+                              QStringLiteral("Norva: DS.Layout.modulePanelHeight got a negative need (-1); treating "
+                                             "it as 0")}));
+    }
+
+    void hoverOpenPlaysTheHapticOnlyWhenOn()
+    {
+        Rig rig;
+        int played = 0;
+        rig.notch.setHapticPlayer([&] { ++played; });
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.notch.pointerEntered();
+        rig.advance(1);
+        QCOMPARE(played, 1);
+        rig.notch.close();
+        rig.notch.clicked();
+        QCOMPARE(played, 1); // a click is felt already
+        rig.notch.close();
+        rig.prefs.setValue(SettingsKeys::hoverHaptics, false);
+        rig.notch.pointerExited();
+        rig.advance(1);
+        rig.notch.pointerEntered();
+        rig.advance(1);
+        QCOMPARE(rig.notch.state(), State::open);
+        QCOMPARE(played, 1);
+    }
+
+    void destroyedViewModelEndsItsTimersSilently()
+    {
+        ManualClock clock;
+        MemoryPreferences prefs;
+        SettingsStore settings(prefs);
+        prefs.setValue(SettingsKeys::openOnHover, true);
+        {
+            NotchViewModel notch(clock, settings);
+            notch.pointerEntered();
+        }
+        clock.advance(Seconds(2)); // would crash if a job still pointed at the dead view model
+        QCOMPARE(clock.pendingCount(), 0);
+    }
+};
+
+NORVA_TEST(NotchViewModelTest)
+#include "tst_NotchViewModel.moc"

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "app/PreferencesDatabase.h"
+
+#include <QHash>
+
+namespace norva::test {
+
+// Preferences held in memory, for tests of the parts that only read and write them. outsideChange()
+// stands for another process writing the same preferences.
+class MemoryPreferences final : public PreferencesDatabase {
+    Q_OBJECT
+public:
+    std::optional<QVariant> value(const QString& key) const override
+    {
+        const auto it = m_values.constFind(key);
+        return it == m_values.cend() ? std::nullopt : std::optional<QVariant>(*it);
+    }
+    void setValue(const QString& key, const std::optional<QVariant>& value) override
+    {
+        if (value)
+            m_values.insert(key, *value);
+        else
+            m_values.remove(key);
+        emit changed();
+    }
+    void outsideChange(const QString& key, const std::optional<QVariant>& value) { setValue(key, value); }
+
+private:
+    QHash<QString, QVariant> m_values;
+};
+
+} // namespace norva::test

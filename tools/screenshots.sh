@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Starts Norva under a private Xvfb with a throw-away HOME and saves screenshots of the notch
+# closed, peeking and open (and of each page given with --pages). Usage:
+#   tools/screenshots.sh [--out DIR] [--pages "music clipboard ..."] [-- norva arguments]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+out=build/screenshots
+pages=""
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --out) out=$2; shift 2 ;;
+        --pages) pages=$2; shift 2 ;;
+        --) shift; break ;;
+        *) break ;;
+    esac
+done
+mkdir -p "$out"
+norva=${NORVA_BINARY:-build/norva}
+[ -x "$norva" ] || { echo "build Norva first (cmake --build build --target norva)" >&2; exit 1; }
+
+home=$(mktemp -d)
+display_number=$((90 + RANDOM % 100))
+Xvfb ":$display_number" -screen 0 1600x900x24 -wr -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+norva_pid=
+trap 'kill $norva_pid $xvfb 2>/dev/null; rm -rf "$home"' EXIT
+export DISPLAY=":$display_number"
+sleep 1
+start_norva() {
+    HOME="$home" XDG_RUNTIME_DIR="$home" "$norva" "$@" 2>>"$out/norva.log" &
+    norva_pid=$!
+    sleep "${NORVA_SETTLE:-2}"
+}
+stop_norva() {
+    kill "$norva_pid" 2>/dev/null || true
+    wait "$norva_pid" 2>/dev/null || true
+}
+shot() { # name: the top of the screen, where the notch lives
+    import -window root -crop 900x520+350+0 +repage "$out/$1.png"
+    echo "$out/$1.png"
+}
+
+start_norva "$@"
+shot closed
+xdotool mousemove 800 14
+sleep 0.4
+shot peek
+xdotool click 1
+sleep 0.6
+shot open
+stop_norva
+xdotool mousemove 800 800
+for page in $pages; do
+    start_norva --open-page "$page" "$@"
+    shot "page-$page"
+    stop_norva
+done
