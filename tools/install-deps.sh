@@ -5,13 +5,14 @@ set -euo pipefail
 
 build_packages=(
     build-essential cmake pkg-config ccache
-    qt6-base-dev qt6-declarative-dev libical-dev libgl-dev
+    qt6-base-dev qt6-declarative-dev libical-dev libgl-dev libxcb1-dev
 )
 run_packages=(
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-window
     qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtqml-workerscript
     qml6-module-qtquick-shapes libglx-mesa0 libgl1-mesa-dri fonts-dejavu-core
     tzdata
+    python3
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11

@@ -1,5 +1,6 @@
 #include "agents/TeamPolicy.h"
 
+#include "agents/ApprovalsFolder.h"
 #include "agents/TeamDenyResponder.h"
 #include "agents/TeamEnforcement.h"
 #include "app/Log.h"
@@ -209,7 +210,7 @@ void TeamPolicy::apply(const QList<TeamRule>& rules, const QString& source)
                 QStringLiteral(" never, ") + QString::number(rules.size() - never) +
                 QStringLiteral(" always)"));
 
-    Paths::ensureFolder(m_approvalsFolder);
+    ApprovalsFolder(m_approvalsFolder).ensure(); // private to the person, never through a link
     TeamEnforcement::writeFlags(m_approvalsFolder, m_rules);
     TeamDenyResponder* responder = m_responder;
     const QString folder = m_approvalsFolder;
@@ -283,6 +284,21 @@ TeamDecision TeamPolicy::decidePrompt(const QString& tool, const QJsonObject& in
     if (!subject)
         return TeamDecision::none();
     return TeamRules::decide(*subject, isQuestion, m_rules, switchedOff(), true);
+}
+
+} // namespace norva
+
+namespace norva {
+
+std::optional<QString> TeamPolicy::allowReasonFor(const QString& agent, const QString& tool,
+                                                  const QJsonObject& input, bool isQuestion) const
+{
+    const TeamDecision decision = decidePrompt(tool, input, isQuestion);
+    if (decision.outcome != TeamDecision::Outcome::allow)
+        return std::nullopt;
+    logLine(QStringLiteral("Norva team: allowed ") + agent + QStringLiteral("'s ") + tool +
+            QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) + QLatin1Char(')'));
+    return TeamRules::reason(decision);
 }
 
 } // namespace norva

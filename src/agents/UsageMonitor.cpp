@@ -18,6 +18,9 @@ constexpr double kStaleReadingSeconds = 6 * 3600;
 constexpr qint64 kSecondsPerMinute = 60;
 constexpr qint64 kSecondsPerHour = 3600;
 constexpr qint64 kSecondsPerDay = 86400;
+// Where a window's bar turns to a warning colour, and where it reads as used up.
+constexpr int kHighPercent = 70;
+constexpr int kFullPercent = 90;
 
 const QString kPrefix = QStringLiteral("Norva agents: Claude usage");
 
@@ -112,9 +115,13 @@ QVariantList UsageMonitor::windowsForView() const
     const QDateTime now = m_clock.now();
     auto add = [&](const std::optional<UsageBridge::Window>& window, const QString& label) {
         if (window)
-            list.append(QVariantMap{{QStringLiteral("label"), label},
-                                    {QStringLiteral("percent"), window->percent},
-                                    {QStringLiteral("resetText"), resetText(window->resetsAt, now)}});
+            list.append(QVariantMap{
+                {QStringLiteral("label"), label},
+                {QStringLiteral("percent"), window->percent},
+                {QStringLiteral("level"), window->percent >= kFullPercent   ? QStringLiteral("full")
+                                          : window->percent >= kHighPercent ? QStringLiteral("high")
+                                                                            : QStringLiteral("normal")},
+                {QStringLiteral("resetText"), resetText(window->resetsAt, now)}});
     };
     add(m_limits.fiveHour, QStringLiteral("5 hours"));
     add(m_limits.sevenDay, QStringLiteral("7 days"));

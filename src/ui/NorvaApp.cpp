@@ -1,6 +1,8 @@
 #include "ui/NorvaApp.h"
 
+#include "agents/UsageBridge.h"
 #include "app/Log.h"
+#include "app/Paths.h"
 #include "app/Platform.h"
 #include "app/SettingsKeys.h"
 #include "notch/DisplayPicker.h"
@@ -34,6 +36,7 @@ const Page kPages[] = {
     {"todos", "To-dos", "TodosPage.qml", "Your to-dos and quick notes will be here."},
     {"calendar", "Calendar", "CalendarPage.qml", "Your next meetings will be here."},
     {"weather", "Weather", "WeatherPage.qml", "The forecast for your places will be here."},
+    {"team", "Team", "TeamRulesSection.qml", "Your team's rules for coding agents will be here."},
     {"settings", "Settings", "SettingsPage.qml", "Settings will be here."},
 };
 
@@ -88,6 +91,7 @@ bool NorvaApp::start()
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
+    startAgentsTeam();
 
     exposeToQml();
     rebuildOverlays();
@@ -118,6 +122,41 @@ void NorvaApp::exposeToQml()
     QQmlContext* context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("app"), this);
     context->setContextProperty(QStringLiteral("settings"), m_settings.get());
+    context->setContextProperty(QStringLiteral("team"), m_team.get());
+    context->setContextProperty(QStringLiteral("usage"), m_usage.get());
+    context->setContextProperty(QStringLiteral("terminalJumper"), m_terminalJumper.get());
+}
+
+// Team rules, Claude Code's usage windows and the terminal jump-back. The team's never rules keep
+// the agent hooks installed (AgentPromptSwitch::setTeamNeedsHooks follows hooksNeededChanged), and
+// its always rules answer notch prompts (AgentPromptsManager::setAutoAllow with allowReasonFor).
+void NorvaApp::startAgentsTeam()
+{
+    m_team = std::make_unique<TeamPolicy>(*m_settings, m_clock, Paths::approvalsFolder(),
+                                          TeamPolicy::defaultUserRulesFile(), TeamPolicy::defaultManagedRulesFile());
+    m_team->start();
+    m_usage = std::make_unique<UsageMonitor>(m_clock, Paths::approvalsFolder());
+    m_usage->start();
+    m_windowActivator = makeWindowActivator();
+    m_terminalJumper = std::make_unique<TerminalJumper>(*m_windowActivator);
+    applyUsageBridge();
+    connect(m_settings.get(), &SettingsStore::changed, this, &NorvaApp::applyUsageBridge);
+}
+
+// The usage bridge sits in Claude Code's status line only while the person wants the usage shown.
+void NorvaApp::applyUsageBridge()
+{
+    if (m_options.demo)
+        return; // the demo never edits the agents' configuration
+    const bool wanted = m_settings->flag(UsageMonitor::showUsageKey, false);
+    if (m_usageBridgeOn == wanted)
+        return;
+    m_usageBridgeOn = wanted;
+    const UsageBridge bridge;
+    if (wanted && !bridge.isInstalled())
+        bridge.install();
+    else if (!wanted && bridge.isInstalled())
+        bridge.uninstall();
 }
 
 void NorvaApp::rebuildOverlays()

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "agents/TeamPolicy.h"
+#include "agents/TerminalJumper.h"
+#include "agents/UsageMonitor.h"
+#include "agents/WindowActivator.h"
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
@@ -11,6 +15,7 @@
 #include <QVariantList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace norva {
@@ -47,6 +52,8 @@ private:
     void exposeToQml();
     void rebuildOverlays();
     void noteFirstFrame();
+    void startAgentsTeam();
+    void applyUsageBridge();
 
     Options m_options;
     Clock& m_clock;
@@ -55,6 +62,11 @@ private:
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;
+    std::unique_ptr<TeamPolicy> m_team;
+    std::unique_ptr<UsageMonitor> m_usage;
+    std::unique_ptr<WindowActivator> m_windowActivator;
+    std::unique_ptr<TerminalJumper> m_terminalJumper;
+    std::optional<bool> m_usageBridgeOn;
     QString m_displaySignature;
 };
 

@@ -88,14 +88,16 @@ private slots:
 
         const HookRun denied = runHook(script, payload("git status && git push origin main", "acceptEdits"));
         QCOMPARE(denied.exitCode, 0);
-        const QJsonObject body = QJsonDocument::fromJson(denied.output).object().value("hookSpecificOutput").toObject();
+        const QJsonObject body =
+            QJsonDocument::fromJson(denied.output).object().value("hookSpecificOutput").toObject();
         QCOMPARE(body.value("permissionDecision").toString(), QStringLiteral("deny"));
         QCOMPARE(body.value("permissionDecisionReason").toString(),
                  QStringLiteral("Denied by your team's rule: never run git push*"));
         // The hook waits 40 rounds of 0.025 s and then lets the call pass: a deny printed at all is a
         // deny that came within that wait.
         QVERIFY(!folder.exists("pending-toolu_e2e.json")); // never a card in acceptEdits mode
-        const QStringList left = QDir(folder.path()).entryList({"denycheck-*", "denyresp-*", ".dc-*"}, QDir::Files);
+        const QStringList left =
+            QDir(folder.path()).entryList({"denycheck-*", "denyresp-*", ".dc-*"}, QDir::Files);
         QCOMPARE(left, QStringList{});
 
         // A harmless command gets an empty answer: the hook prints nothing and Claude Code goes on.
