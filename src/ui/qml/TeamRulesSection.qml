@@ -35,13 +35,12 @@ Item {
                 id: ruleRow
                 required property var modelData
                 width: parent.width
-                height: modelData.never ? neverRow.implicitHeight : alwaysRow.implicitHeight
+                height: modelData.never ? 28 : alwaysRow.implicitHeight
 
                 Row {
                     id: neverRow
                     visible: ruleRow.modelData.never
                     spacing: Theme.spacing
-                    implicitHeight: 28
                     anchors.verticalCenter: parent.verticalCenter
                     Rectangle {
                         width: 8; height: 8; radius: 4
