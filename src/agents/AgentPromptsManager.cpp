@@ -87,6 +87,18 @@ void AgentPromptsManager::apply(QList<PromptCard> cards)
     // An answer written while this scan ran must not bring its card back.
     m_answered.intersect(seen);
     cards.removeIf([this](const PromptCard& card) { return m_answered.contains(card.id); });
+    if (m_autoAllow) {
+        // A prompt the team's always rule covers is answered before it is ever shown or chimed.
+        cards.removeIf([this](const PromptCard& card) {
+            if (card.isQuestion || prompt(card.id))
+                return false;
+            const auto reason = m_autoAllow(card);
+            if (!reason || !m_exchange.writeDecision(card.id, ApprovalExchange::Decision::allow, *reason))
+                return false;
+            m_answered.insert(card.id);
+            return true;
+        });
+    }
     std::sort(cards.begin(), cards.end(), [](const PromptCard& a, const PromptCard& b) {
         return a.arrivedAt != b.arrivedAt ? a.arrivedAt < b.arrivedAt : a.id < b.id;
     });

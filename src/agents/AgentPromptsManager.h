@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QSet>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -44,6 +45,11 @@ public:
     // Hands a permission prompt back to the agent's own terminal prompt and takes its card away.
     bool releaseToTerminal(const QString& id);
 
+    // Answers a new permission prompt before it is shown, for a team's always-allow rules: returns
+    // the allow reason when the prompt is covered, none when the person decides.
+    using AutoAllow = std::function<std::optional<QString>(const PromptCard&)>;
+    void setAutoAllow(AutoAllow autoAllow) { m_autoAllow = std::move(autoAllow); }
+
     ApprovalsFolderWatch& folderWatch() { return m_watch; }
     const ApprovalsFolder& folder() const { return m_folder; }
 
@@ -70,6 +76,7 @@ private:
     QList<PromptCard> m_prompts;
     // Prompts answered since the scan that may still see their pending file.
     QSet<QString> m_answered;
+    AutoAllow m_autoAllow;
     bool m_scanRunning = false;
     bool m_scanAgain = false;
     bool m_started = false;

@@ -15,12 +15,14 @@ const QString deniedReason = QStringLiteral("Denied from the Norva notch");
 
 ApprovalExchange::ApprovalExchange(ApprovalsFolder folder) : m_folder(std::move(folder)) {}
 
-std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Decision decision)
+std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Decision decision,
+                                                          const QString& reasonOverride)
 {
     const bool allowed = decision != Decision::deny;
     switch (agent) {
     case CodingAgent::claude: {
-        const QString reason = decision == Decision::deny           ? deniedReason
+        const QString reason = !reasonOverride.isEmpty()            ? reasonOverride
+                               : decision == Decision::deny         ? deniedReason
                                : decision == Decision::allowTrusted ? trustedReason
                                                                     : approvedReason;
         return QJsonObject{{QStringLiteral("hookSpecificOutput"),
@@ -33,7 +35,8 @@ std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Dec
         QJsonObject verdict{
             {QStringLiteral("behavior"), allowed ? QStringLiteral("allow") : QStringLiteral("deny")}};
         if (!allowed)
-            verdict.insert(QStringLiteral("message"), deniedReason);
+            verdict.insert(QStringLiteral("message"),
+                           reasonOverride.isEmpty() ? deniedReason : reasonOverride);
         return QJsonObject{
             {QStringLiteral("hookSpecificOutput"),
              QJsonObject{{QStringLiteral("hookEventName"), QStringLiteral("PermissionRequest")},
@@ -43,16 +46,17 @@ std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Dec
         QJsonObject verdict{
             {QStringLiteral("behavior"), allowed ? QStringLiteral("allow") : QStringLiteral("deny")}};
         if (!allowed)
-            verdict.insert(QStringLiteral("message"), deniedReason);
+            verdict.insert(QStringLiteral("message"),
+                           reasonOverride.isEmpty() ? deniedReason : reasonOverride);
         return verdict;
     }
     }
     return std::nullopt;
 }
 
-bool ApprovalExchange::writeDecision(const QString& id, Decision decision) const
+bool ApprovalExchange::writeDecision(const QString& id, Decision decision, const QString& reason) const
 {
-    const auto body = decisionBody(CodingAgents::fromPromptId(id), decision);
+    const auto body = decisionBody(CodingAgents::fromPromptId(id), decision, reason);
     const QByteArray text = body ? QJsonDocument(*body).toJson(QJsonDocument::Compact) : QByteArray();
     if (text.isEmpty()) {
         logLine(QStringLiteral("Norva agents: answering ") + id +

@@ -19,10 +19,12 @@ public:
     explicit ApprovalExchange(ApprovalsFolder folder);
 
     // The body the agent reads from its hook for this decision; none when no body can be formed.
-    static std::optional<QJsonObject> decisionBody(CodingAgent agent, Decision decision);
+    // `reason`, when given, replaces the notch's own words (a team rule's "Allowed by your team's rule").
+    static std::optional<QJsonObject> decisionBody(CodingAgent agent, Decision decision,
+                                                   const QString& reason = QString());
 
     // Writes the decision for the prompt; logs one line and returns false when it could not.
-    bool writeDecision(const QString& id, Decision decision) const;
+    bool writeDecision(const QString& id, Decision decision, const QString& reason = QString()) const;
     // Writes an empty answer and removes the prompt's file; false (logged) on failure.
     bool releaseToTerminal(const QString& id) const;
 

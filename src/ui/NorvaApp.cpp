@@ -1,6 +1,8 @@
 #include "ui/NorvaApp.h"
 
 #include "agents/AgentsDemo.h"
+#include "agents/UsageBridge.h"
+#include "agents/CodingAgent.h"
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/Platform.h"
@@ -38,6 +40,7 @@ const Page kPages[] = {
     {"todos", "To-dos", "TodosPage.qml", "Your to-dos and quick notes will be here."},
     {"calendar", "Calendar", "CalendarPage.qml", "Your next meetings will be here."},
     {"weather", "Weather", "WeatherPage.qml", "The forecast for your places will be here."},
+    {"team", "Team", "TeamRulesSection.qml", "Your team's rules for coding agents will be here."},
     {"settings", "Settings", "SettingsPage.qml", "Settings will be here."},
 };
 
@@ -106,6 +109,7 @@ bool NorvaApp::start()
     startClipboardAndShelf();
     startMusic();
     startLiveActivityProducers();
+    startAgentsTeam();
 
     exposeToQml();
     rebuildOverlays();
@@ -152,6 +156,46 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("music"), m_music.get());
     context->setContextProperty(QStringLiteral("activities"), m_activities.get());
     context->setContextProperty(QStringLiteral("closedFace"), m_closedFace.get());
+    context->setContextProperty(QStringLiteral("team"), m_team.get());
+    context->setContextProperty(QStringLiteral("usage"), m_usage.get());
+    context->setContextProperty(QStringLiteral("terminalJumper"), m_terminalJumper.get());
+}
+
+// Team rules, Claude Code's usage windows and the terminal jump-back. The team's never rules keep
+// the agent hooks installed (AgentPromptSwitch::setTeamNeedsHooks follows hooksNeededChanged), and
+// its always rules answer notch prompts (AgentPromptsManager::setAutoAllow with allowReasonFor).
+void NorvaApp::startAgentsTeam()
+{
+    m_team = std::make_unique<TeamPolicy>(*m_settings, m_clock, Paths::approvalsFolder(),
+                                          TeamPolicy::defaultUserRulesFile(), TeamPolicy::defaultManagedRulesFile());
+    m_team->start();
+    connect(m_team.get(), &TeamPolicy::hooksNeededChanged, m_promptSwitch.get(), &AgentPromptSwitch::setTeamNeedsHooks);
+    m_promptSwitch->setTeamNeedsHooks(m_team->hasNeverRules());
+    m_agentPrompts->setAutoAllow([team = m_team.get()](const PromptCard& card) {
+        return team->allowReasonFor(CodingAgents::word(card.agent), card.tool, card.input, card.isQuestion);
+    });
+    m_usage = std::make_unique<UsageMonitor>(m_clock, Paths::approvalsFolder());
+    m_usage->start();
+    m_windowActivator = makeWindowActivator();
+    m_terminalJumper = std::make_unique<TerminalJumper>(*m_windowActivator);
+    applyUsageBridge();
+    connect(m_settings.get(), &SettingsStore::changed, this, &NorvaApp::applyUsageBridge);
+}
+
+// The usage bridge sits in Claude Code's status line only while the person wants the usage shown.
+void NorvaApp::applyUsageBridge()
+{
+    if (m_options.demo)
+        return; // the demo never edits the agents' configuration
+    const bool wanted = m_settings->flag(UsageMonitor::showUsageKey, false);
+    if (m_usageBridgeOn == wanted)
+        return;
+    m_usageBridgeOn = wanted;
+    const UsageBridge bridge;
+    if (wanted && !bridge.isInstalled())
+        bridge.install();
+    else if (!wanted && bridge.isInstalled())
+        bridge.uninstall();
 }
 
 // The features' live activities on the closed notch: waiting agent prompts, the shelf, the music ears.

@@ -9,6 +9,10 @@
 #include "activities/ActivityDemo.h"
 #include "activities/ClosedFaceModel.h"
 #include "activities/LiveActivityCoordinator.h"
+#include "agents/TeamPolicy.h"
+#include "agents/TerminalJumper.h"
+#include "agents/UsageMonitor.h"
+#include "agents/WindowActivator.h"
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
@@ -30,6 +34,7 @@
 #include <QVariantList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace norva {
@@ -72,6 +77,8 @@ private:
     void startMusic();
     void startLiveActivityProducers();
     void wireClosedFace(NotchOverlay& overlay);
+    void startAgentsTeam();
+    void applyUsageBridge();
 
     Options m_options;
     std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
@@ -97,6 +104,12 @@ private:
     std::unique_ptr<ShelfDesk> m_shelfDesk;
     std::unique_ptr<LyricsManager> m_lyrics;
     std::unique_ptr<MusicManager> m_music;
+    // Team rules, Claude Code's usage windows and the terminal jump-back.
+    std::unique_ptr<TeamPolicy> m_team;
+    std::unique_ptr<UsageMonitor> m_usage;
+    std::unique_ptr<WindowActivator> m_windowActivator;
+    std::unique_ptr<TerminalJumper> m_terminalJumper;
+    std::optional<bool> m_usageBridgeOn;
     // Producers that publish the features' live activities to the closed notch.
     std::unique_ptr<AgentPromptActivities> m_agentActivities;
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;

@@ -1,0 +1,206 @@
+#include "platform/linux/X11WindowActivator.h"
+
+#include <xcb/xcb.h>
+
+#include <QByteArray>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace norva {
+namespace {
+
+// ICCCM WM_STATE values.
+constexpr quint32 kIconicState = 3;
+// The source indication of _NET_ACTIVE_WINDOW: 2 is a pager, which window managers obey at once,
+// where a request from an application (1) may only make the window ask for attention.
+constexpr quint32 kSourcePager = 2;
+constexpr quint32 kLongestPropertyWords = 4096;
+
+struct Connection {
+    xcb_connection_t* connection = nullptr;
+    xcb_window_t root = XCB_WINDOW_NONE;
+
+    explicit Connection(const QString& display)
+    {
+        int screenNumber = 0;
+        const QByteArray name = display.toLocal8Bit();
+        connection = xcb_connect(name.isEmpty() ? nullptr : name.constData(), &screenNumber);
+        if (xcb_connection_has_error(connection))
+            return;
+        xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+        for (int index = 0; screens.rem > 0; ++index, xcb_screen_next(&screens)) {
+            if (index == screenNumber) {
+                root = screens.data->root;
+                break;
+            }
+        }
+    }
+    ~Connection() { xcb_disconnect(connection); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    bool ok() const { return !xcb_connection_has_error(connection) && root != XCB_WINDOW_NONE; }
+
+    xcb_atom_t atom(const char* name) const
+    {
+        const auto cookie = xcb_intern_atom(connection, 0, uint16_t(strlen(name)), name);
+        std::unique_ptr<xcb_intern_atom_reply_t, decltype(&free)> reply(
+            xcb_intern_atom_reply(connection, cookie, nullptr), &free);
+        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    }
+
+    // The 32-bit items of a property; empty when it is missing.
+    QList<quint32> property(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const
+    {
+        const auto cookie = xcb_get_property(connection, 0, window, property, type, 0, kLongestPropertyWords);
+        std::unique_ptr<xcb_get_property_reply_t, decltype(&free)> reply(
+            xcb_get_property_reply(connection, cookie, nullptr), &free);
+        QList<quint32> items;
+        if (!reply || reply->format != 32)
+            return items;
+        const auto* values = static_cast<const quint32*>(xcb_get_property_value(reply.get()));
+        const int count = xcb_get_property_value_length(reply.get()) / 4;
+        for (int index = 0; index < count; ++index)
+            items.append(values[index]);
+        return items;
+    }
+
+    QList<quint32> children(xcb_window_t window) const
+    {
+        std::unique_ptr<xcb_query_tree_reply_t, decltype(&free)> reply(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr), &free);
+        QList<quint32> result;
+        if (!reply)
+            return result;
+        const xcb_window_t* list = xcb_query_tree_children(reply.get());
+        for (int index = 0; index < xcb_query_tree_children_length(reply.get()); ++index)
+            result.append(list[index]);
+        return result;
+    }
+
+    bool isViewable(xcb_window_t window) const
+    {
+        std::unique_ptr<xcb_get_window_attributes_reply_t, decltype(&free)> reply(
+            xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
+                                            nullptr),
+            &free);
+        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+    }
+
+    bool isMinimised(xcb_window_t window) const
+    {
+        const xcb_atom_t wmState = atom("WM_STATE");
+        const QList<quint32> state = property(window, wmState, wmState);
+        if (!state.isEmpty() && state.first() == kIconicState)
+            return true;
+        const QList<quint32> netState = property(window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM);
+        return netState.contains(atom("_NET_WM_STATE_HIDDEN"));
+    }
+
+    // Waits until the server has handled every request sent so far.
+    void sync() const
+    {
+        free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    }
+
+    QList<quint32> windowsOf(qint64 pid) const
+    {
+        const xcb_atom_t pidAtom = atom("_NET_WM_PID");
+        QList<quint32> candidates = property(root, atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
+        if (candidates.isEmpty()) {
+            // No EWMH window manager: the top-level windows, and one level below for reparenting ones.
+            for (const quint32 top : children(root))
+                candidates << top << children(top);
+        }
+        QList<quint32> result;
+        for (const quint32 window : candidates) {
+            const QList<quint32> owner = property(window, pidAtom, XCB_ATOM_CARDINAL);
+            if (!owner.isEmpty() && qint64(owner.first()) == pid)
+                result.append(window);
+        }
+        return result;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<WindowActivator> makeWindowActivator()
+{
+    return std::make_unique<X11WindowActivator>();
+}
+
+X11WindowActivator::X11WindowActivator(QString display) : m_display(std::move(display)) {}
+
+bool X11WindowActivator::isRunning(qint64 pid) const
+{
+    return pid >= 2 && (::kill(pid_t(pid), 0) == 0 || errno == EPERM);
+}
+
+QList<quint32> X11WindowActivator::windowsOf(qint64 pid) const
+{
+    const Connection x(m_display);
+    return x.ok() ? x.windowsOf(pid) : QList<quint32>();
+}
+
+bool X11WindowActivator::activate(qint64 pid)
+{
+    if (!isRunning(pid))
+        return false;
+    const Connection x(m_display);
+    if (!x.ok())
+        return true;
+    const QList<quint32> windows = x.windowsOf(pid);
+    if (windows.isEmpty())
+        return true;
+    xcb_window_t window = windows.first();
+    for (const quint32 candidate : windows) {
+        if (x.isViewable(candidate)) {
+            window = candidate;
+            break;
+        }
+    }
+    if (!x.isViewable(window))
+        xcb_map_window(x.connection, window);
+
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = x.atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = kSourcePager;
+    message.data.data32[1] = XCB_CURRENT_TIME;
+    xcb_send_event(x.connection, 0, x.root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+
+    const bool managed = !x.property(x.root, x.atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW).isEmpty();
+    if (!managed) {
+        // Nobody answers the message without a window manager: raise and focus the window here.
+        const uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(x.connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        x.sync();
+        if (x.isViewable(window))
+            xcb_set_input_focus(x.connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    }
+    x.sync();
+    return true;
+}
+
+void X11WindowActivator::unminimize(qint64 pid)
+{
+    const Connection x(m_display);
+    if (!x.ok())
+        return;
+    for (const quint32 window : x.windowsOf(pid)) {
+        // Mapping an iconic window asks the window manager to restore it (ICCCM 4.1.4).
+        if (x.isMinimised(window))
+            xcb_map_window(x.connection, window);
+    }
+    x.sync();
+}
+
+} // namespace norva

@@ -1,0 +1,79 @@
+import QtQuick
+
+// The team's rules in force on this computer, each in its own words ("never run git push*").
+// Never rules are fixed; an always rule has a switch, so the person can choose to be asked instead.
+Item {
+    id: section
+    // The team policy; the Team page hands over the one Norva runs.
+    property var policy: typeof team !== "undefined" ? team : null
+    readonly property var rules: policy ? policy.rules : []
+
+    Column {
+        anchors.fill: parent
+        spacing: Theme.spacing
+
+        Text {
+            text: "Your team's rules"
+            color: Theme.text
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontTitle
+        }
+        Text {
+            width: parent.width
+            text: section.rules.length === 0
+                  ? "No team rules apply on this computer."
+                  : "Never rules deny a matching call in every agent, even when the notch doesn't answer prompts."
+            color: Theme.textFaint
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall
+            wrapMode: Text.WordWrap
+        }
+
+        Repeater {
+            model: section.rules
+            delegate: Item {
+                id: ruleRow
+                required property var modelData
+                width: parent.width
+                height: modelData.never ? 28 : alwaysRow.implicitHeight
+
+                Row {
+                    id: neverRow
+                    visible: ruleRow.modelData.never
+                    spacing: Theme.spacing
+                    anchors.verticalCenter: parent.verticalCenter
+                    Rectangle {
+                        width: 8; height: 8; radius: 4
+                        anchors.verticalCenter: parent.verticalCenter
+                        color: Theme.bad
+                    }
+                    Text {
+                        text: ruleRow.modelData.phrase
+                        color: Theme.text
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.fontBody
+                    }
+                }
+                ToggleRow {
+                    id: alwaysRow
+                    visible: !ruleRow.modelData.never
+                    width: parent.width
+                    label: ruleRow.modelData.phrase
+                    detail: ruleRow.modelData.on ? "Answered for you on the notch." : "Off: you're asked as usual."
+                    checked: ruleRow.modelData.on
+                    onToggled: on => section.policy.setAlwaysRuleOn(ruleRow.modelData.identifier, on)
+                }
+            }
+        }
+
+        Text {
+            visible: section.policy !== null && section.policy.source.length > 0
+            width: parent.width
+            text: section.policy ? "From " + section.policy.source : ""
+            color: Theme.textFaint
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall
+            elide: Text.ElideMiddle
+        }
+    }
+}

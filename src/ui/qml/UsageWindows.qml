@@ -1,0 +1,62 @@
+import QtQuick
+
+// Claude Code's two usage allowances (5 hours and 7 days): how much is used and when each resets.
+// Shown beside the agent sessions; hidden when there is no fresh reading.
+Row {
+    id: usageRow
+    // The usage reader; the sessions page hands over the one Norva runs.
+    property var monitor: typeof usage !== "undefined" ? usage : null
+    readonly property var windows: monitor ? monitor.windows : []
+
+    visible: windows.length > 0
+    spacing: Theme.padding
+    height: visible ? 40 : 0
+
+    Repeater {
+        model: usageRow.windows
+        delegate: Column {
+            id: window
+            required property var modelData
+            width: 150
+            spacing: 3
+
+            Row {
+                width: parent.width
+                Text {
+                    width: parent.width - percentText.width
+                    text: window.modelData.label
+                    color: Theme.textDim
+                    font.family: Theme.fontFamily
+                    font.pixelSize: Theme.fontSmall
+                }
+                Text {
+                    id: percentText
+                    text: window.modelData.percent + "%"
+                    color: Theme.text
+                    font.family: Theme.fontFamily
+                    font.pixelSize: Theme.fontSmall
+                }
+            }
+            Rectangle {
+                width: parent.width
+                height: 5
+                radius: 2.5
+                color: Theme.separator
+                Rectangle {
+                    width: parent.width * window.modelData.percent / 100
+                    height: parent.height
+                    radius: parent.radius
+                    color: window.modelData.level === "full" ? Theme.bad
+                         : window.modelData.level === "high" ? Theme.warn : Theme.accent
+                    Behavior on width { NumberAnimation { duration: Theme.normal; easing.type: Easing.OutCubic } }
+                }
+            }
+            Text {
+                text: window.modelData.resetText
+                color: Theme.textFaint
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontSmall
+            }
+        }
+    }
+}
