@@ -3,6 +3,7 @@
 #include "agents/AgentConfigFile.h"
 #include "agents/ApprovalHook.h"
 #include "agents/HookScripts.h"
+#include "app/JsonNumber.h"
 #include "app/Log.h"
 #include "app/Paths.h"
 
@@ -34,7 +35,7 @@ std::optional<UsageBridge::Window> parseWindow(const QJsonValue& value, const QD
     const QJsonValue used = window.contains(QStringLiteral("used_percentage"))
                                 ? window.value(QStringLiteral("used_percentage"))
                                 : window.value(QStringLiteral("utilization"));
-    const auto share = UsageBridge::parseShare(used);
+    const auto share = jsonNumber(used);
     const auto resetsAt = UsageBridge::parseResetsAt(window.value(QStringLiteral("resets_at")));
     if (!share || !resetsAt)
         return std::nullopt;
@@ -152,19 +153,6 @@ bool UsageBridge::uninstall() const
                     QStringLiteral(" could not be removed (") + removed.error + QLatin1Char(')'));
     }
     return result;
-}
-
-std::optional<double> UsageBridge::parseShare(const QJsonValue& value)
-{
-    if (value.isDouble())
-        return value.toDouble();
-    if (value.isString()) {
-        bool ok = false;
-        const double number = value.toString().trimmed().toDouble(&ok);
-        if (ok && std::isfinite(number))
-            return number;
-    }
-    return std::nullopt;
 }
 
 std::optional<QDateTime> UsageBridge::parseResetsAt(const QJsonValue& value)

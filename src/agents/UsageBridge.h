@@ -46,7 +46,6 @@ public:
     QString command() const;
 
     static Reading parseLimits(const QByteArray& json, const QDateTime& now);
-    static std::optional<double> parseShare(const QJsonValue& value);
     static std::optional<QDateTime> parseResetsAt(const QJsonValue& value);
 
     static inline const QString scriptName = QStringLiteral("statusline.sh");

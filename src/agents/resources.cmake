@@ -15,10 +15,3 @@ qt_add_resources(norva_core "agent_usage_bridge"
     BASE ${CMAKE_CURRENT_SOURCE_DIR}/agents
     FILES
         agents/scripts/statusline.sh)
-
-# The jump-back brings a terminal's window forward through the X server (libxcb, which every X11
-# desktop and Qt's own xcb platform already load).
-if(NOT APPLE)
-    pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
-    target_link_libraries(norva_core PUBLIC PkgConfig::XCB)
-endif()

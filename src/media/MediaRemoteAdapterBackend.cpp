@@ -1,6 +1,7 @@
 #include "media/MediaRemoteAdapterBackend.h"
 
 #include "app/Background.h"
+#include "app/JsonNumber.h"
 #include "app/Log.h"
 #include "media/ProcessRun.h"
 
@@ -28,9 +29,9 @@ QString text(const QJsonObject& state, const QString& key)
 std::optional<double> secondsFrom(const QJsonObject& state, const QString& microsKey,
                                   const QString& secondsKey)
 {
-    if (const auto micros = MediaRemoteAdapterBackend::doubleValue(state.value(microsKey)))
+    if (const auto micros = jsonNumber(state.value(microsKey)))
         return *micros / 1'000'000.0;
-    return MediaRemoteAdapterBackend::doubleValue(state.value(secondsKey));
+    return jsonNumber(state.value(secondsKey));
 }
 
 QString artworkKeyOf(const QString& base64)
@@ -208,19 +209,6 @@ void MediaRemoteAdapterBackend::apply(const QJsonObject& payload, bool isDiff)
     publish();
 }
 
-std::optional<double> MediaRemoteAdapterBackend::doubleValue(const QJsonValue& value)
-{
-    if (value.isDouble())
-        return value.toDouble();
-    if (value.isString()) {
-        bool ok = false;
-        const double number = value.toString().trimmed().toDouble(&ok);
-        if (ok && std::isfinite(number))
-            return number;
-    }
-    return std::nullopt;
-}
-
 MediaSnapshot MediaRemoteAdapterBackend::snapshotFrom(const QJsonObject& state, const QDateTime& now)
 {
     MediaSnapshot snapshot;
@@ -236,8 +224,8 @@ MediaSnapshot MediaRemoteAdapterBackend::snapshotFrom(const QJsonObject& state, 
         snapshot.bundleIdentifier = bundle;
     snapshot.elapsed = secondsFrom(state, QStringLiteral("elapsedTimeMicros"), QStringLiteral("elapsedTime"));
     snapshot.duration = secondsFrom(state, QStringLiteral("durationMicros"), QStringLiteral("duration"));
-    snapshot.playbackRate = doubleValue(state.value(QStringLiteral("playbackRate")));
-    if (const auto micros = doubleValue(state.value(QStringLiteral("timestampEpochMicros"))))
+    snapshot.playbackRate = jsonNumber(state.value(QStringLiteral("playbackRate")));
+    if (const auto micros = jsonNumber(state.value(QStringLiteral("timestampEpochMicros"))))
         snapshot.timestamp = QDateTime::fromMSecsSinceEpoch(std::llround(*micros / 1000.0), Qt::UTC);
     else
         snapshot.timestamp = now;

@@ -53,7 +53,6 @@ public:
     bool isStreaming() const;
 
     // Reads a number that JSON holds as an integer, a double or numeric text.
-    static std::optional<double> doubleValue(const QJsonValue& value);
     // Builds the snapshot from a state dictionary; `now` stands in when it carries no timestamp.
     static MediaSnapshot snapshotFrom(const QJsonObject& state, const QDateTime& now);
 

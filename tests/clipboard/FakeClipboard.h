@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TestImages.h"
 #include "clipboard/ClipboardSource.h"
 
 #include <QBuffer>
@@ -43,15 +44,3 @@ private:
     std::optional<QString> m_app;
     quint64 m_count = 0;
 };
-
-// A square picture of one colour, as PNG bytes.
-inline QByteArray png(QColor colour, int side = 8)
-{
-    QImage image(side, side, QImage::Format_ARGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}

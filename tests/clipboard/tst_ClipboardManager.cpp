@@ -189,7 +189,7 @@ private slots:
     {
         Rig rig;
         rig.start();
-        const QByteArray red = png(Qt::red);
+        const QByteArray red = pngBytes(Qt::red);
         rig.copyPicture(red);
         QCOMPARE(rig.manager->items().size(), 1);
         const auto clip = rig.manager->items().first();
@@ -209,7 +209,7 @@ private slots:
         rig.home.write(QStringLiteral("data/ClipboardImages"), "a file where the folder should be");
         rig.start();
         LogCapture log;
-        rig.copyPicture(png(Qt::blue));
+        rig.copyPicture(pngBytes(Qt::blue));
         QCOMPARE(rig.manager->items().size(), 0);
         QCOMPARE(log.count(QStringLiteral(
                      "Norva clipboard: an image copy was not kept (could not write its file: ")),
@@ -221,7 +221,7 @@ private slots:
         Rig rig;
         rig.settings.setClipboardLimit(2);
         rig.start();
-        rig.copyPicture(png(Qt::green));
+        rig.copyPicture(pngBytes(Qt::green));
         const QString picture = rig.manager->imagePath(rig.manager->items().first());
         rig.copyText(QStringLiteral("one"));
         rig.manager->setPinned(rig.manager->items().first().id, true);
@@ -240,8 +240,8 @@ private slots:
     {
         Rig rig;
         rig.settings.setClipboardLimit(1);
-        const QString kept = rig.home.write(QStringLiteral("data/ClipboardImages/kept.png"), png(Qt::red));
-        rig.home.write(QStringLiteral("data/ClipboardImages/stray.png"), png(Qt::yellow));
+        const QString kept = rig.home.write(QStringLiteral("data/ClipboardImages/kept.png"), pngBytes(Qt::red));
+        rig.home.write(QStringLiteral("data/ClipboardImages/stray.png"), pngBytes(Qt::yellow));
         rig.home.write(QStringLiteral("data/ClipboardImages/notes.txt"), "not a picture");
         rig.home.write(QStringLiteral("data/ClipboardImages/broken.png"), "");
         QJsonArray list;
@@ -301,7 +301,7 @@ private slots:
         // The empty picture learned no hash, and the same picture copied again adds a second clip.
         QVERIFY(!rig.manager->ordered().at(1).contentHash);
         QCOMPARE(rig.manager->ordered().at(0).contentHash,
-                 std::optional<qint64>(ClipboardHistory::stableHash(png(Qt::red))));
+                 std::optional<qint64>(ClipboardHistory::stableHash(pngBytes(Qt::red))));
     }
 
     void pictureWithoutItsFileCannotLearnItsHash()
@@ -398,7 +398,7 @@ private slots:
         const QString file = rig.home.write(QStringLiteral("docs/report.pdf"), "pdf");
         rig.start();
         if (kind == QLatin1String("image"))
-            rig.copyPicture(png(Qt::magenta));
+            rig.copyPicture(pngBytes(Qt::magenta));
         else if (kind == QLatin1String("file"))
             rig.copy({{QStringLiteral("text/uri-list"), QUrl::fromLocalFile(file).toEncoded()}});
         else
@@ -471,14 +471,14 @@ private slots:
     {
         Rig rig;
         rig.start();
-        rig.copyPicture(png(Qt::cyan, 400));
+        rig.copyPicture(pngBytes(Qt::cyan, 400));
         const auto clip = rig.manager->items().first();
         QSignalSpy ready(rig.manager.get(), &ClipboardManager::thumbnailReady);
         rig.manager->requestThumbnail(clip.id);
         QVERIFY(ready.wait(5000));
         QCOMPARE(rig.manager->thumbnail(clip.id)->width(), ClipboardManager::kThumbnailSide);
 
-        rig.copyPicture(png(Qt::darkRed));
+        rig.copyPicture(pngBytes(Qt::darkRed));
         const auto broken = rig.manager->items().first();
         rig.home.write(QDir(rig.home.path()).relativeFilePath(rig.manager->imagePath(broken)),
                        "not a png at all");

@@ -165,7 +165,7 @@ private slots:
 
     void pictureAndFilesFromOtherPrograms()
     {
-        const QByteArray red = png(Qt::red);
+        const QByteArray red = pngBytes(Qt::red);
         quint64 before = m_source->changeCount();
         QVERIFY(xclip(QStringLiteral("image/png"), red));
         QSignalSpy handled(m_manager.get(), &ClipboardManager::imageCopyHandled);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TestImages.h"
+
 #include <QBuffer>
 #include <QByteArray>
 #include <QColor>
@@ -25,18 +27,6 @@ inline QByteArray readAll(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// A small single-colour PNG, as covers arrive from players.
-inline QByteArray pngBytes(const QColor& colour, int side = 8)
-{
-    QImage image(side, side, QImage::Format_RGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
 }
 
 } // namespace norva::test

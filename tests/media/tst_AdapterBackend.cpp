@@ -184,7 +184,7 @@ private slots:
     void artworkIsDecodedOnlyWhenItChanges()
     {
         HandFed fed;
-        const QByteArray art = test::pngBytes(Qt::red, 4).toBase64();
+        const QByteArray art = pngBytes(Qt::red, 4).toBase64();
         fed.backend.ingest("{\"type\":\"data\",\"payload\":{\"title\":\"S\",\"artworkData\":\"" + art +
                            "\"}}\n");
         QVERIFY(fed.seen.last().artworkChanged);

@@ -312,7 +312,7 @@ private slots:
         update.snapshot = track(QStringLiteral("A"), true);
         update.snapshot.artworkKey = QStringLiteral("k1");
         update.artworkChanged = true;
-        update.artworkData = test::pngBytes(QColor(200, 30, 30));
+        update.artworkData = pngBytes(QColor(200, 30, 30));
         update.artwork = QImage::fromData(update.artworkData);
         rig.adapter->sink.onUpdate(update);
         QVERIFY(rig.manager->artworkSource().startsWith(QStringLiteral("data:image/png;base64,")));

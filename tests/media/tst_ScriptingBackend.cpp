@@ -261,7 +261,7 @@ private slots:
     void musicArtworkIsFetchedOncePerTrack()
     {
         Rig rig;
-        const QByteArray png = test::pngBytes(Qt::blue, 3);
+        const QByteArray png = pngBytes(Qt::blue, 3);
         rig.put("artwork.reply", "«data PNGf" + png.toHex().toUpper() + "»\n");
         rig.put("music.reply", reply({"playing", "Loud", "C", "D", "2", "200", "m1"}));
         rig.start();
