@@ -1,15 +1,18 @@
 #!/usr/bin/env bash
 # Starts Norva under a private Xvfb with a throw-away HOME and saves screenshots of the notch
 # closed, peeking and open (and of each page given with --pages). Usage:
-#   tools/screenshots.sh [--out DIR] [--pages "music clipboard ..."] [-- norva arguments]
+#   tools/screenshots.sh [--out DIR] [--pages "music clipboard ..."] [--seed DIR] [-- norva arguments]
+# --seed copies DIR's contents into the throw-away HOME first (preferences, agent files...).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=build/screenshots
 pages=""
+seed=""
 while [ $# -gt 0 ]; do
     case "$1" in
         --out) out=$2; shift 2 ;;
         --pages) pages=$2; shift 2 ;;
+        --seed) seed=$2; shift 2 ;;
         --) shift; break ;;
         *) break ;;
     esac
@@ -19,6 +22,7 @@ norva=${NORVA_BINARY:-build/norva}
 [ -x "$norva" ] || { echo "build Norva first (cmake --build build --target norva)" >&2; exit 1; }
 
 home=$(mktemp -d)
+[ -z "$seed" ] || { cp -a "$seed/." "$home/"; chmod 700 "$home"; }
 display_number=$((90 + RANDOM % 100))
 Xvfb ":$display_number" -screen 0 1600x900x24 -wr -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!

@@ -47,13 +47,18 @@ bool AgentsPageModel::deny(const QString& id)
 
 bool AgentsPageModel::answerInTerminal(const QString& id)
 {
-    return m_manager.releaseToTerminal(id);
+    const auto card = m_manager.prompt(id); // read before the release takes the prompt away
+    if (!m_manager.releaseToTerminal(id))
+        return false;
+    if (card && !card->transcriptPath.isEmpty())
+        emit terminalRequested(card->transcriptPath);
+    return true;
 }
 
 void AgentsPageModel::showTerminal(const QString& id)
 {
-    if (const auto card = m_manager.prompt(id))
-        emit terminalRequested(id, card->sessionId);
+    if (const auto card = m_manager.prompt(id); card && !card->transcriptPath.isEmpty())
+        emit terminalRequested(card->transcriptPath);
 }
 
 } // namespace norva

@@ -21,14 +21,15 @@ public:
 
     Q_INVOKABLE bool allow(const QString& id);
     Q_INVOKABLE bool deny(const QString& id);
-    // Hands the prompt back to the agent's own prompt in its terminal.
+    // Hands the prompt back to the agent's own prompt in its terminal, and asks for that terminal.
     Q_INVOKABLE bool answerInTerminal(const QString& id);
     // Asks for the agent's terminal to be brought forward (the jump-back answers it).
     Q_INVOKABLE void showTerminal(const QString& id);
 
 signals:
     void cardsChanged();
-    void terminalRequested(const QString& id, const QString& sessionId);
+    // The session's transcript is what joins a prompt to the terminal the hooks recorded for it.
+    void terminalRequested(const QString& transcriptPath);
 
 private:
     void rebuild();

@@ -33,9 +33,6 @@ public:
     // "resets in 2 h 5 min": the time left until `at`, in the notch's short words.
     static QString resetText(const QDateTime& at, const QDateTime& now);
 
-    // The person's switch for showing Claude Code's usage: the bridge is installed while it is on.
-    static inline const QString showUsageKey = QStringLiteral("agents.showClaudeUsage.v1");
-
 signals:
     void windowsChanged();
 

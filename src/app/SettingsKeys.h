@@ -61,6 +61,8 @@ inline const QString shelfOpenOnDrop = QStringLiteral("shelf.openOnDrop.v1");
 inline const QString shelfKeep = QStringLiteral("shelf.keep.v1");
 inline const QString clipboardHistory = QStringLiteral("clipboard.history.v1");
 inline const QString settingsWindowSection = QStringLiteral("settings.window.section.v1");
+// Norva's own: whether Claude Code's usage windows show (the usage bridge is installed while on).
+inline const QString showClaudeUsage = QStringLiteral("agents.showClaudeUsage.v1");
 
 // Keys of the same preferences that the store does not watch; their owners read them directly.
 inline const QString hasLaunchedBefore = QStringLiteral("hasLaunchedBefore");

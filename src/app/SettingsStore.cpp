@@ -152,7 +152,7 @@ const QStringList& SettingsStore::watchedKeys()
         for (const auto& [word, kind] : activityWords())
             list << activityKey(kind);
         list << K::snappingHold << K::todosList << K::todosShowCompleted << K::shelfOpenOnDrop << K::shelfKeep
-             << K::clipboardHistory << K::settingsWindowSection;
+             << K::clipboardHistory << K::settingsWindowSection << K::showClaudeUsage;
         return list;
     }();
     return keys;
@@ -565,6 +565,8 @@ void SettingsStore::setShelfKeep(ShelfKeep keep) { write(shelfKeepText(keep), K:
 
 bool SettingsStore::clipboardHistory() const { return flag(K::clipboardHistory, true); }
 void SettingsStore::setClipboardHistory(bool on) { write(on, K::clipboardHistory); }
+bool SettingsStore::showClaudeUsage() const { return flag(K::showClaudeUsage, false); }
+void SettingsStore::setShowClaudeUsage(bool on) { write(on, K::showClaudeUsage); }
 std::optional<QString> SettingsStore::settingsWindowSection() const { return storedText(K::settingsWindowSection); }
 
 // ---- launch at login ----

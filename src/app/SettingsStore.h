@@ -27,6 +27,7 @@ class SettingsStore : public QObject {
     Q_PROPERTY(bool approvalNotification READ approvalNotification WRITE setApprovalNotification NOTIFY changed)
     Q_PROPERTY(bool answerPromptsOnNotch READ answerPromptsOnNotch WRITE setAnswerPromptsOnNotch NOTIFY changed)
     Q_PROPERTY(bool clipboardHistory READ clipboardHistory WRITE setClipboardHistory NOTIFY changed)
+    Q_PROPERTY(bool showClaudeUsage READ showClaudeUsage WRITE setShowClaudeUsage NOTIFY changed)
     Q_PROPERTY(int clipboardLimit READ clipboardLimit WRITE setClipboardLimit NOTIFY changed)
     Q_PROPERTY(bool peekOnHover READ peekOnHover WRITE setPeekOnHover NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
@@ -133,6 +134,8 @@ public:
     void setShelfKeep(ShelfKeep keep);
     bool clipboardHistory() const;
     void setClipboardHistory(bool on);
+    bool showClaudeUsage() const;
+    void setShowClaudeUsage(bool on);
     std::optional<QString> settingsWindowSection() const;
 
     // Registers or removes Norva as a program started at login.

@@ -178,6 +178,8 @@ void NorvaApp::startAgentsTeam()
     m_usage->start();
     m_windowActivator = makeWindowActivator();
     m_terminalJumper = std::make_unique<TerminalJumper>(*m_windowActivator);
+    connect(m_agentsPage.get(), &AgentsPageModel::terminalRequested, m_terminalJumper.get(),
+            &TerminalJumper::jumpToSession);
     applyUsageBridge();
     connect(m_settings.get(), &SettingsStore::changed, this, &NorvaApp::applyUsageBridge);
 }
@@ -187,7 +189,7 @@ void NorvaApp::applyUsageBridge()
 {
     if (m_options.demo)
         return; // the demo never edits the agents' configuration
-    const bool wanted = m_settings->flag(UsageMonitor::showUsageKey, false);
+    const bool wanted = m_settings->showClaudeUsage();
     if (m_usageBridgeOn == wanted)
         return;
     m_usageBridgeOn = wanted;

@@ -329,6 +329,46 @@ private slots:
         QCOMPARE(core.model->count(), 0);
     }
 
+    // The card's way to the terminal asks the jump-back for the session's terminal by its transcript;
+    // a prompt without one (or one already answered) asks for nothing.
+    void terminalButtonsAskForTheSessionsTerminal_data()
+    {
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QStringList>("requested");
+        const QByteArray withTranscript =
+            R"({"session_id":"s1","transcript_path":"/home/a/.claude/s1.jsonl","tool_name":"Bash",)"
+            R"("tool_input":{"command":"ls"},"tool_use_id":"toolu_1"})";
+        QTest::newRow("answer in the terminal") << withTranscript << "answer" << QStringList{"/home/a/.claude/s1.jsonl"};
+        QTest::newRow("show the terminal") << withTranscript << "show" << QStringList{"/home/a/.claude/s1.jsonl"};
+        QTest::newRow("no transcript") << bashPayload << "answer" << QStringList();
+        QTest::newRow("already answered") << withTranscript << "allow then show" << QStringList();
+    }
+    void terminalButtonsAskForTheSessionsTerminal()
+    {
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, button);
+        QFETCH(QStringList, requested);
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        core.folder().write("pending-toolu_1.json", payload);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QSignalSpy asked(core.model.get(), &AgentsPageModel::terminalRequested);
+        if (button == "answer") {
+            QVERIFY(core.model->answerInTerminal("toolu_1"));
+        } else if (button == "show") {
+            core.model->showTerminal("toolu_1");
+        } else {
+            QVERIFY(core.model->allow("toolu_1"));
+            core.model->showTerminal("toolu_1");
+        }
+        QStringList transcripts;
+        for (const QList<QVariant>& call : asked)
+            transcripts << call.at(0).toString();
+        QCOMPARE(transcripts, requested);
+    }
+
     void questionCardsAreNotAnsweredThroughTheExchange()
     {
         test::TempHome home;

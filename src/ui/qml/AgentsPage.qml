@@ -1,15 +1,23 @@
 import QtQuick
 
-// The Agents page: one card per waiting prompt of Claude Code, Codex or Copilot CLI, oldest first.
+// The Agents page: Claude Code's usage windows when the person shows them, then one card per
+// waiting prompt of Claude Code, Codex or Copilot CLI, oldest first.
 // A permission card answers Allow, Deny or hands the prompt back to the terminal; a question card
 // shows what the agent asks, to be answered in its own terminal.
 Item {
     id: page
     readonly property var model: typeof agentsPage !== "undefined" ? agentsPage : null
 
+    UsageWindows {
+        id: usageWindows
+        anchors { left: parent.left; right: parent.right; top: parent.top }
+        shown: settings.showClaudeUsage
+    }
+
     ListView {
         id: list
-        anchors.fill: parent
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; top: usageWindows.bottom
+                  topMargin: usageWindows.visible ? Theme.spacing : 0 }
         spacing: Theme.spacing
         clip: true
         model: page.model ? page.model.cards : []
@@ -37,7 +45,7 @@ Item {
     }
 
     EmptyPage {
-        anchors.fill: parent
+        anchors.fill: list
         visible: list.count === 0
         title: "Agents"
         text: settings.answerPromptsOnNotch ? "No agent is waiting for you."

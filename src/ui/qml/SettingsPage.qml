@@ -32,6 +32,13 @@ Item {
         }
         ToggleRow {
             width: parent.cell
+            label: "Show Claude Code's usage"
+            detail: "Adds Norva to Claude Code's status line."
+            checked: settings.showClaudeUsage
+            onToggled: on => settings.showClaudeUsage = on
+        }
+        ToggleRow {
+            width: parent.cell
             label: "Keep clipboard history"
             checked: settings.clipboardHistory
             onToggled: on => settings.clipboardHistory = on

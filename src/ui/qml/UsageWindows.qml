@@ -7,8 +7,10 @@ Row {
     // The usage reader; the sessions page hands over the one Norva runs.
     property var monitor: typeof usage !== "undefined" ? usage : null
     readonly property var windows: monitor ? monitor.windows : []
+    // The person's switch: the windows show only while it is on.
+    property bool shown: true
 
-    visible: windows.length > 0
+    visible: shown && windows.length > 0
     spacing: Theme.padding
     height: visible ? 40 : 0
 
