@@ -2,11 +2,16 @@
 
 #include "app/PreferencesDatabase.h"
 
+#include <QRect>
+
 #include <memory>
 
 namespace norva::Platform {
 
 // The one place that picks each platform seam's implementation for the running system.
 std::unique_ptr<PreferencesDatabase> makePreferencesDatabase();
+// Whether the window in front is full-screen on the display with this geometry (in the display
+// server's pixels). False whenever the desktop does not say.
+bool frontWindowIsFullscreenOn(const QRect& displayGeometry);
 
 } // namespace norva::Platform

@@ -45,6 +45,8 @@ QString NotchViewModel::stateName() const
 void NotchViewModel::pointerEntered()
 {
     const bool courtesy = m_closedAt.isValid() && m_clock.secondsSince(m_closedAt) < courtesyWindow;
+    if (m_fullscreenProbe)
+        setFullscreenOnDisplay(m_fullscreenProbe());
     mouseEntered(resolvedOpenDelay(m_settings, m_fullscreenOnDisplay), courtesy);
 }
 

@@ -116,6 +116,9 @@ public:
     void setArranging(bool on);
     bool fullscreenOnDisplay() const { return m_fullscreenOnDisplay; }
     void setFullscreenOnDisplay(bool on);
+    // Asked at each pointer entry whether a full-screen window fills this notch's display; asking
+    // then, rather than watching all the time, costs nothing while the pointer is away.
+    void setFullscreenProbe(std::function<bool()> probe) { m_fullscreenProbe = std::move(probe); }
     bool holdsOpen() const;
 
     double pageNeed() const { return m_pageNeed; }
@@ -177,6 +180,7 @@ private:
     QDateTime m_openedByHoverAt;
     QDateTime m_closedAt;
     std::function<void()> m_playHaptic;
+    std::function<bool()> m_fullscreenProbe;
 
     // The three pending pieces of work; re-arming one replaces it.
     ScheduledWork m_hoverOpenWork;

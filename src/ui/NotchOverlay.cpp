@@ -1,6 +1,7 @@
 #include "ui/NotchOverlay.h"
 
 #include "app/Log.h"
+#include "app/Platform.h"
 
 #include <QPainterPath>
 #include <QQmlComponent>
@@ -15,6 +16,14 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
                            SettingsStore& settings, QObject* parent)
     : QObject(parent), m_notch(clock, settings), m_display(display), m_screen(screen)
 {
+    m_notch.setFullscreenProbe([this] {
+        if (!m_screen)
+            return false;
+        const QRect logical = m_screen->geometry();
+        const qreal ratio = m_screen->devicePixelRatio();
+        return Platform::frontWindowIsFullscreenOn(
+            QRect((QPointF(logical.topLeft()) * ratio).toPoint(), (QSizeF(logical.size()) * ratio).toSize()));
+    });
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Norva/NotchWindow.qml")));
     QObject* created = component.createWithInitialProperties(
         {{QStringLiteral("overlay"), QVariant::fromValue(this)},

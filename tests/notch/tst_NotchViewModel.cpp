@@ -84,6 +84,33 @@ private slots:
         QVERIFY2(qAbs(took - opensAfter) < 0.011, qPrintable(QString::number(took)));
     }
 
+    // The display is asked at each entry, so a window that goes full-screen between two visits
+    // changes the second visit's delay, and leaving full-screen brings the configured one back.
+    void fullscreenIsAskedAtEachEntry()
+    {
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.prefs.setValue(SettingsKeys::openHoverDelay, 0.2);
+        rig.prefs.setValue(SettingsKeys::peekOnHover, false);
+        bool fullscreen = false;
+        int asked = 0;
+        rig.notch.setFullscreenProbe([&] {
+            ++asked;
+            return fullscreen;
+        });
+        QList<double> took;
+        for (bool front : {false, true, false}) {
+            fullscreen = front;
+            rig.notch.pointerEntered();
+            took << rig.secondsUntil(State::open);
+            rig.notch.escape();
+            rig.notch.pointerExited();
+            rig.advance(2); // past the courtesy of a notch that closed under the pointer
+        }
+        QCOMPARE(took, QList<double>({0.2, 0.6, 0.2}));
+        QCOMPARE(asked, 3);
+    }
+
     void panelNeverOpensBeforeThePeekShows()
     {
         Rig rig;

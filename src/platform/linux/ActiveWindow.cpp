@@ -1,6 +1,7 @@
 #include "platform/linux/ActiveWindow.h"
 
 #include <QGuiApplication>
+#include <QList>
 
 #include <cstdlib>
 #include <cstring>
@@ -32,14 +33,15 @@ QByteArray property(xcb_connection_t* connection, xcb_window_t window, xcb_atom_
     return value;
 }
 
-} // namespace
-
-std::optional<QString> ActiveWindow::applicationName()
+xcb_connection_t* qtConnection()
 {
     auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    xcb_connection_t* connection = x11 ? x11->connection() : nullptr;
-    if (!connection)
-        return std::nullopt;
+    return x11 ? x11->connection() : nullptr;
+}
+
+// The window the window manager names as active, with the root window it lives under.
+std::optional<std::pair<xcb_window_t, xcb_window_t>> activeWindow(xcb_connection_t* connection)
+{
     const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     const xcb_atom_t activeAtom = atom(connection, "_NET_ACTIVE_WINDOW");
     if (!screen || activeAtom == XCB_ATOM_NONE)
@@ -50,6 +52,18 @@ std::optional<QString> ActiveWindow::applicationName()
     const xcb_window_t window = *reinterpret_cast<const xcb_window_t*>(active.constData());
     if (window == XCB_WINDOW_NONE)
         return std::nullopt;
+    return std::pair{window, screen->root};
+}
+
+} // namespace
+
+std::optional<QString> ActiveWindow::applicationName()
+{
+    xcb_connection_t* connection = qtConnection();
+    const auto active = connection ? activeWindow(connection) : std::nullopt;
+    if (!active)
+        return std::nullopt;
+    const xcb_window_t window = active->first;
     // WM_CLASS holds "instance\0Class\0"; the class is the program's name as people know it.
     const QList<QByteArray> wmClass =
         property(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0');
@@ -60,6 +74,37 @@ std::optional<QString> ActiveWindow::applicationName()
     if (!title.isEmpty())
         return QString::fromUtf8(title);
     return std::nullopt;
+}
+
+bool ActiveWindow::isFullscreenOn(const QRect& displayGeometry)
+{
+    xcb_connection_t* connection = qtConnection();
+    const auto active = connection ? activeWindow(connection) : std::nullopt;
+    if (!active)
+        return false;
+    const auto [window, root] = *active;
+    const xcb_atom_t fullscreen = atom(connection, "_NET_WM_STATE_FULLSCREEN");
+    const QByteArray states = property(connection, window, atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM);
+    const auto* first = reinterpret_cast<const xcb_atom_t*>(states.constData());
+    const QList<xcb_atom_t> stateList(first, first + states.size() / int(sizeof(xcb_atom_t)));
+    if (fullscreen == XCB_ATOM_NONE || !stateList.contains(fullscreen))
+        return false;
+    // The window's own geometry is relative to its parent (the window manager's frame), so its
+    // centre is translated to root coordinates before asking which display it is on.
+    xcb_get_geometry_reply_t* geometry =
+        xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr);
+    if (!geometry)
+        return false;
+    const auto centreX = int16_t(geometry->width / 2);
+    const auto centreY = int16_t(geometry->height / 2);
+    free(geometry);
+    xcb_translate_coordinates_reply_t* onRoot = xcb_translate_coordinates_reply(
+        connection, xcb_translate_coordinates(connection, window, root, centreX, centreY), nullptr);
+    if (!onRoot)
+        return false;
+    const QPoint centre(onRoot->dst_x, onRoot->dst_y);
+    free(onRoot);
+    return displayGeometry.contains(centre);
 }
 
 } // namespace norva

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
 
 #include <optional>
@@ -11,6 +12,9 @@ namespace norva {
 class ActiveWindow {
 public:
     static std::optional<QString> applicationName();
+    // Whether the window in front says it is full-screen (_NET_WM_STATE_FULLSCREEN) and its centre
+    // lies on the display with this geometry, in the X server's pixels.
+    static bool isFullscreenOn(const QRect& displayGeometry);
 };
 
 } // namespace norva
