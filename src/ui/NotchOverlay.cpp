@@ -19,10 +19,10 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
     m_notch.setFullscreenProbe([this] {
         if (!m_screen)
             return false;
+        // Qt keeps a scaled display's origin in the display server's pixels and scales its size.
         const QRect logical = m_screen->geometry();
-        const qreal ratio = m_screen->devicePixelRatio();
-        return Platform::frontWindowIsFullscreenOn(
-            QRect((QPointF(logical.topLeft()) * ratio).toPoint(), (QSizeF(logical.size()) * ratio).toSize()));
+        const QSize native = (QSizeF(logical.size()) * m_screen->devicePixelRatio()).toSize();
+        return Platform::frontWindowIsFullscreenOn(QRect(logical.topLeft(), native));
     });
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Norva/NotchWindow.qml")));
     QObject* created = component.createWithInitialProperties(
