@@ -41,7 +41,7 @@ ClosedFaceModel::ClosedFaceModel(LiveActivityCoordinator& coordinator, QObject* 
     connect(&coordinator, &LiveActivityCoordinator::urgentTabChanged, this, [this] {
         refresh();
         if (const std::optional<QString> page = m_coordinator.urgentTab())
-            emit openRequested(*page);
+            emit urgentPageWanted(*page);
     });
     refresh();
 }

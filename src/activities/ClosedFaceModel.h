@@ -104,8 +104,10 @@ public:
 signals:
     void changed();
     void inputsChanged();
-    // The notch should open on this page ("" for wherever the pager lands by itself).
+    // The person clicked: the notch should open on this page ("" for wherever the pager lands).
     void openRequested(const QString& page);
+    // The most important live activity wants its page opened, with nobody having clicked.
+    void urgentPageWanted(const QString& page);
 
 private:
     void refresh();

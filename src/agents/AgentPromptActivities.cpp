@@ -2,6 +2,7 @@
 
 #include "activities/LiveActivityCoordinator.h"
 #include "agents/AgentPromptsManager.h"
+#include "app/SettingsStore.h"
 
 namespace norva {
 
@@ -11,9 +12,11 @@ namespace {
 const QString idPrefix = QStringLiteral("agent-prompt-");
 }
 
-AgentPromptActivities::AgentPromptActivities(AgentPromptsManager& manager,
-                                             LiveActivityCoordinator& coordinator, QObject* parent)
-    : QObject(parent), m_manager(manager), m_coordinator(coordinator)
+AgentPromptActivities::AgentPromptActivities(AgentPromptsManager& manager, LiveActivityCoordinator& coordinator,
+                                             const SettingsStore& settings, std::function<void()> openAgentsPage,
+                                             QObject* parent)
+    : QObject(parent), m_manager(manager), m_coordinator(coordinator), m_settings(settings),
+      m_openAgentsPage(std::move(openAgentsPage))
 {
     connect(&m_manager, &AgentPromptsManager::promptArrived, this, &AgentPromptActivities::publish);
     connect(&m_manager, &AgentPromptsManager::promptLeft, this,
@@ -44,7 +47,9 @@ void AgentPromptActivities::publish(const PromptCard& card)
     activity.text.title = CodingAgents::displayName(card.agent);
     activity.text.value = card.isQuestion ? QStringLiteral("asks") : card.tool;
     activity.text.detail = card.isQuestion ? card.questions.value(0) : card.subject;
-    activity.urgentTab = pageId;
+    if (card.isQuestion && m_settings.openQuestions())
+        activity.urgentTab = pageId;
+    activity.onTap = m_openAgentsPage;
     activity.hoverOpens = true;
     m_coordinator.upsert(std::move(activity));
 }

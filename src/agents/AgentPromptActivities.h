@@ -3,15 +3,20 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace norva {
 
 class AgentPromptsManager;
 class LiveActivityCoordinator;
+class SettingsStore;
 struct PromptCard;
 
-// Publishes each waiting agent prompt to the closed notch as an `agentPrompt` activity, which wants
-// the Agents page opened, and answers the activity's actions ("allow", "deny", "terminal") through
-// the exchange.
+// Publishes each waiting agent prompt to the closed notch as an `agentPrompt` activity and answers
+// the activity's actions ("allow", "deny", "terminal") through the exchange. A click on it opens the
+// Agents page; the notch opens by itself only for a question, and only when the person asked for
+// that ("agents.openQuestions.v1"): a panel springing open over their work for every command would
+// be more than most want.
 class AgentPromptActivities : public QObject {
     Q_OBJECT
 public:
@@ -19,6 +24,7 @@ public:
     static const QString pageId;
 
     AgentPromptActivities(AgentPromptsManager& manager, LiveActivityCoordinator& coordinator,
+                          const SettingsStore& settings, std::function<void()> openAgentsPage,
                           QObject* parent = nullptr);
     ~AgentPromptActivities() override;
 
@@ -30,6 +36,8 @@ private:
 
     AgentPromptsManager& m_manager;
     LiveActivityCoordinator& m_coordinator;
+    const SettingsStore& m_settings;
+    std::function<void()> m_openAgentsPage;
     int m_providerToken = 0;
 };
 

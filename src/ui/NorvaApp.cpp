@@ -105,6 +105,7 @@ bool NorvaApp::start()
     m_closedFace = std::make_unique<ClosedFaceModel>(*m_activities);
     m_closedFace->follow(*m_settings);
     connect(m_closedFace.get(), &ClosedFaceModel::openRequested, this, &NorvaApp::openNotch);
+    connect(m_closedFace.get(), &ClosedFaceModel::urgentPageWanted, this, &NorvaApp::openNotchQuietly);
     startAgents();
     startClipboardAndShelf();
     startMusic();
@@ -203,7 +204,8 @@ void NorvaApp::applyUsageBridge()
 // The features' live activities on the closed notch: waiting agent prompts, the shelf, the music ears.
 void NorvaApp::startLiveActivityProducers()
 {
-    m_agentActivities = std::make_unique<AgentPromptActivities>(*m_agentPrompts, *m_activities);
+    m_agentActivities = std::make_unique<AgentPromptActivities>(
+        *m_agentPrompts, *m_activities, *m_settings, [this] { openNotch(AgentPromptActivities::pageId); });
     m_shelfActivity = std::make_unique<ShelfActivityPublisher>(*m_shelf, *m_activities,
                                                                [this] { openNotch(QStringLiteral("shelf")); });
     const auto followMusic = [this] { m_closedFace->setMusicPlaying(m_music->hasActiveSession()); };
@@ -331,6 +333,13 @@ bool NorvaApp::hasQml(const QString& fileName) const
 
 void NorvaApp::openNotch(const QString& page)
 {
+    openNotchQuietly(page);
+    if (QQuickWindow* window = m_overlays.empty() ? nullptr : m_overlays.front()->window())
+        window->requestActivate();
+}
+
+void NorvaApp::openNotchQuietly(const QString& page)
+{
     if (m_overlays.empty())
         return;
     NotchViewModel* notch = m_overlays.front()->notch();
@@ -338,8 +347,6 @@ void NorvaApp::openNotch(const QString& page)
         notch->open(false);
     else
         notch->openPage(page);
-    if (QQuickWindow* window = m_overlays.front()->window())
-        window->requestActivate();
 }
 
 void NorvaApp::openSettings()

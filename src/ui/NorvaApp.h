@@ -66,6 +66,9 @@ public:
     Q_INVOKABLE QVariantMap pageInfo(const QString& id) const;
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void openNotch(const QString& page = {});
+    // Opens the notch on a page that an activity wants, without taking the keyboard from the
+    // program the person is typing in.
+    void openNotchQuietly(const QString& page);
     Q_INVOKABLE void quit();
 
 private:

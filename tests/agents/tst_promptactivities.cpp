@@ -23,18 +23,21 @@ struct ClockFirst {
     test::ManualClock clock{QDateTime::currentDateTimeUtc()};
 };
 struct Published : ClockFirst, test::ExchangeCore {
-    Published() : test::ExchangeCore(clock), coordinator(clock), activities(*manager, coordinator)
+    Published()
+        : test::ExchangeCore(clock), coordinator(clock),
+          activities(*manager, coordinator, settings, [this] { ++pageOpenings; })
     {
         manager->start();
     }
     LiveActivityCoordinator coordinator;
+    int pageOpenings = 0;
     AgentPromptActivities activities;
 };
 
 } // namespace
 
-// A waiting prompt on the closed notch: published as an agentPrompt activity that wants the Agents
-// page, answered through the coordinator's actions, and gone once answered.
+// A waiting prompt on the closed notch: published as an agentPrompt activity, answered through the
+// coordinator's actions, and gone once answered.
 class PromptActivitiesTest : public QObject {
     Q_OBJECT
 private slots:
@@ -51,8 +54,9 @@ private slots:
         QCOMPARE(live->content.kind(), ActivityContent::Kind::agentPrompt);
         QCOMPARE(live->text.title, QStringLiteral("Codex"));
         QCOMPARE(live->text.detail, QStringLiteral("make deploy"));
-        QCOMPARE(live->urgentTab, std::optional<QString>("agents"));
-        QCOMPARE(coordinator.urgentTab(), std::optional<QString>("agents"));
+        QVERIFY(live->onTap);
+        live->onTap();
+        QCOMPARE(published.pageOpenings, 1);
 
         QCOMPARE(coordinator.perform("deny", "agent-prompt-codex-s-5"),
                  LiveActivityCoordinator::Outcome::done);
@@ -61,6 +65,37 @@ private slots:
         test::LogCapture log;
         QCOMPARE(coordinator.perform("allow", "agent-prompt-codex-s-5"),
                  LiveActivityCoordinator::Outcome::notLive);
+    }
+
+    // Only a question opens the notch by itself, and only when the person switched that on.
+    void onlyAnAllowedQuestionWantsThePageOpened_data()
+    {
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QVariant>("openQuestions");
+        QTest::addColumn<bool>("wantsPage");
+        const QByteArray command = R"({"tool_name":"Bash","tool_input":{"command":"ls"}})";
+        const QByteArray question =
+            R"({"tool_name":"AskUserQuestion","tool_input":{"questions":[{"question":"Which branch?",)"
+            R"("options":[{"label":"main"},{"label":"dev"}]}]}})";
+        QTest::newRow("command, questions switch on") << command << QVariant(true) << false;
+        QTest::newRow("question, switch absent") << question << QVariant() << false;
+        QTest::newRow("question, switch off") << question << QVariant(false) << false;
+        QTest::newRow("question, switch on") << question << QVariant(true) << true;
+    }
+    void onlyAnAllowedQuestionWantsThePageOpened()
+    {
+        QFETCH(QByteArray, payload);
+        QFETCH(QVariant, openQuestions);
+        QFETCH(bool, wantsPage);
+        test::TempHome home;
+        Published published;
+        if (openQuestions.isValid())
+            published.prefs.setValue(QStringLiteral("agents.openQuestions.v1"), openQuestions);
+        ApprovalsFolder(Paths::approvalsFolder()).write("pending-toolu_3.json", payload);
+        QTRY_VERIFY_WITH_TIMEOUT(published.coordinator.find("agent-prompt-toolu_3") != nullptr, 5000);
+        const auto expected = wantsPage ? std::optional<QString>("agents") : std::nullopt;
+        QCOMPARE(published.coordinator.find("agent-prompt-toolu_3")->urgentTab, expected);
+        QCOMPARE(published.coordinator.urgentTab(), expected);
     }
 
     void promptThatLeavesOnItsOwnTakesItsActivity()
