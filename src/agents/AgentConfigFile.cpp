@@ -1,10 +1,10 @@
 #include "agents/AgentConfigFile.h"
 
-#include <QDir>
+#include "app/AtomicFile.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 namespace norva {
 
@@ -38,15 +38,9 @@ FileResult AgentConfigFile::write(const QJsonObject& object) const
 
 FileResult AgentConfigFile::writeWhole(const QString& path, const QJsonObject& object)
 {
-    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
-        return FileResult::failed(QStringLiteral("its folder could not be made"));
     // QJsonObject keeps its keys sorted, so Indented gives pretty-printed, sorted-key output.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return FileResult::failed(file.errorString());
-    file.write(QJsonDocument(object).toJson(QJsonDocument::Indented));
-    if (!file.commit())
-        return FileResult::failed(file.errorString());
+    if (const auto failure = writeFileAtomically(path, QJsonDocument(object).toJson(QJsonDocument::Indented)))
+        return FileResult::failed(*failure);
     return FileResult::done();
 }
 

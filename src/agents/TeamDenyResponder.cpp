@@ -2,6 +2,7 @@
 
 #include "agents/TeamEnforcement.h"
 #include "agents/TeamRules.h"
+#include "app/AtomicFile.h"
 #include "app/Log.h"
 
 #include <QDir>
@@ -9,7 +10,6 @@
 #include <QFileSystemWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 namespace norva {
 namespace {
@@ -144,10 +144,9 @@ int TeamDenyResponder::answerAll()
 
 bool TeamDenyResponder::writeAnswer(const QString& path, const QByteArray& body)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(body) != body.size() || !file.commit()) {
+    if (const auto failure = writeFileAtomically(path, body)) {
         logLine(QStringLiteral("Norva team: the answer ") + path + QStringLiteral(" could not be written (") +
-                file.errorString() + QStringLiteral("); the hook lets the call pass"));
+                *failure + QStringLiteral("); the hook lets the call pass"));
         return false;
     }
     return true;

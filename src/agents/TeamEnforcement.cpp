@@ -1,13 +1,12 @@
 #include "agents/TeamEnforcement.h"
 
 #include "agents/TeamRules.h"
+#include "app/AtomicFile.h"
 #include "app/Log.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 namespace norva {
 
@@ -57,10 +56,9 @@ bool TeamEnforcement::writeFlags(const QString& approvalsFolder, const QList<Tea
     }
     if (QFile::exists(marker))
         return true;
-    QSaveFile file(marker);
-    if (!QDir().mkpath(approvalsFolder) || !file.open(QIODevice::WriteOnly) || !file.commit()) {
+    if (const auto failure = writeFileAtomically(marker, QByteArray())) {
         logLine(QStringLiteral("Norva team: the marker ") + marker +
-                QStringLiteral(" could not be written (") + file.errorString() +
+                QStringLiteral(" could not be written (") + *failure +
                 QStringLiteral("); never-allow rules can't reach the hooks"));
         return false;
     }

@@ -1,11 +1,11 @@
 #include "storage/OwnedFolder.h"
 
+#include "app/AtomicFile.h"
 #include "app/Log.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTemporaryFile>
 
 namespace norva {
@@ -171,11 +171,7 @@ void OwnedFolder::setDeleteLater(const QStringList& names) const
         QFile::remove(path);
         return;
     }
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(names.join(QLatin1Char('\n')).toUtf8() + '\n');
-        file.commit();
-    }
+    writeFileAtomically(path, names.join(QLatin1Char('\n')).toUtf8() + '\n');
 }
 
 } // namespace norva

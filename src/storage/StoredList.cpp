@@ -1,5 +1,6 @@
 #include "storage/StoredList.h"
 
+#include "app/AtomicFile.h"
 #include "app/Log.h"
 
 #include <QDir>
@@ -8,7 +9,6 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 namespace norva {
 namespace {
@@ -82,13 +82,8 @@ bool StoredList::saveNow()
         return false;
     }
     const QByteArray bytes = QJsonDocument(m_snapshot()).toJson(QJsonDocument::Compact);
-    QDir().mkpath(QFileInfo(m_path).absolutePath());
-    QSaveFile file(m_path);
-    bool saved = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    saved = saved && file.commit();
-    if (!saved) {
-        logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") +
-                file.errorString() +
+    if (const auto failure = writeFileAtomically(m_path, bytes)) {
+        logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") + *failure +
                 QStringLiteral("); the list stays as it is and is saved at its next change"));
         m_lastSaveFailed = true;
         return false;

@@ -1,11 +1,11 @@
 #include "app/LaunchAtLogin.h"
 
+#include "app/AtomicFile.h"
 #include "app/Paths.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 namespace norva::LaunchAtLogin {
 namespace {
@@ -36,14 +36,9 @@ std::optional<QString> set(bool on)
     QString program = QCoreApplication::applicationFilePath();
     if (program.isEmpty())
         program = QStringLiteral("norva");
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    file.write("[Desktop Entry]\nType=Application\nName=Norva\nComment=The notch, alive\nExec=\"" +
-               program.toUtf8() + "\"\nTerminal=false\nX-GNOME-Autostart-enabled=true\n");
-    if (!file.commit())
-        return file.errorString();
-    return std::nullopt;
+    const QByteArray entry = "[Desktop Entry]\nType=Application\nName=Norva\nComment=The notch, alive\nExec=\"" +
+                             program.toUtf8() + "\"\nTerminal=false\nX-GNOME-Autostart-enabled=true\n";
+    return writeFileAtomically(path, entry);
 }
 
 } // namespace norva::LaunchAtLogin

@@ -1,5 +1,6 @@
 #include "platform/linux/PreferencesFile.h"
 
+#include "app/AtomicFile.h"
 #include "app/Log.h"
 
 #include <QDateTime>
@@ -7,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 #include <cmath>
@@ -289,19 +289,11 @@ void PreferencesFile::setValue(const QString& key, const std::optional<QVariant>
 
 bool PreferencesFile::save()
 {
-    QDir().mkpath(QFileInfo(m_path).absolutePath());
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        logLine(QStringLiteral("Norva settings: could not save the preferences (") + file.errorString() +
-                QStringLiteral(")"));
-        return false;
-    }
     QByteArray bytes;
     for (const Line& line : std::as_const(m_parsed.lines))
         bytes += line.text.toUtf8() + '\n';
-    file.write(bytes);
-    if (!file.commit()) {
-        logLine(QStringLiteral("Norva settings: could not save the preferences (") + file.errorString() +
+    if (const auto failure = writeFileAtomically(m_path, bytes)) {
+        logLine(QStringLiteral("Norva settings: could not save the preferences (") + *failure +
                 QStringLiteral(")"));
         return false;
     }
