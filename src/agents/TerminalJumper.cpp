@@ -3,6 +3,7 @@
 #include "agents/WindowActivator.h"
 #include "app/Log.h"
 #include "app/Paths.h"
+#include "app/ProcessRun.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -316,19 +317,10 @@ QString TerminalJumper::tmuxBinary() const
 std::optional<TerminalJumper::RunResult> TerminalJumper::run(const QString& binary,
                                                              const QStringList& arguments) const
 {
-    QProcess process;
-    process.start(binary, arguments);
-    if (!process.waitForStarted(kToolAnswerMs))
+    const ProcessResult result = runProcess(binary, arguments, {}, kToolAnswerMs);
+    if (!result.started || result.timedOut || result.crashed)
         return std::nullopt;
-    process.closeWriteChannel();
-    if (!process.waitForFinished(kToolAnswerMs)) {
-        process.kill();
-        process.waitForFinished(kToolAnswerMs);
-        return std::nullopt;
-    }
-    if (process.exitStatus() != QProcess::NormalExit)
-        return std::nullopt;
-    return RunResult{process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    return RunResult{result.exitCode, result.output, result.errorOutput};
 }
 
 std::optional<QString> TerminalJumper::tmuxPaneLocation(const QStringList& paneLines, const QString& tty)

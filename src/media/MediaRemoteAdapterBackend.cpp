@@ -3,7 +3,7 @@
 #include "app/Background.h"
 #include "app/JsonNumber.h"
 #include "app/Log.h"
-#include "media/ProcessRun.h"
+#include "app/ProcessRun.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>

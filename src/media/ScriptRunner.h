@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/ProcessRun.h"
+#include "app/ProcessRun.h"
 
 #include <QObject>
 #include <QString>

@@ -1,5 +1,6 @@
 #include "shelf/ShelfActions.h"
 
+#include "app/ProcessRun.h"
 #include "shelf/ZipWriter.h"
 
 #include <QDBusConnection>
@@ -12,7 +13,6 @@
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
-#include <QProcess>
 #include <QUrl>
 
 #include <array>
@@ -75,13 +75,12 @@ QString ShelfActions::archivePath(const QStringList& sources, const QString& fol
 
 ShelfActions::ProcessRun ShelfActions::runProcess(const QString& program, const QStringList& arguments)
 {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForStarted())
-        return {false, 0, process.errorString()};
-    process.waitForFinished(kProcessWaitMs);
-    return {true, process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.errorString()};
+    const ProcessResult result = norva::runProcess(program, arguments, {}, kProcessWaitMs);
+    if (!result.started)
+        return {false, 0, result.startError};
+    // A zip that hung or was killed has no status of its own; it counts as failed.
+    const int status = result.timedOut || result.crashed ? -1 : result.exitCode;
+    return {true, status, result.failureReason(QFileInfo(program).fileName())};
 }
 
 ShelfActions::Result<QString> ShelfActions::compress(const QStringList& sources, const QString& archive,

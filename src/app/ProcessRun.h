@@ -14,6 +14,7 @@ struct ProcessResult {
     int exitCode = -1;
     QByteArray output;
     QByteArray errorOutput;
+    QString startError; // the system's words when it could not be started ("No such file or directory")
 
     bool succeeded() const { return started && !timedOut && !crashed && exitCode == 0; }
     // Why it failed, in the words a log line puts in parentheses.

@@ -1,4 +1,4 @@
-#include "media/ProcessRun.h"
+#include "app/ProcessRun.h"
 
 #include <QProcess>
 
@@ -21,8 +21,10 @@ ProcessResult runProcess(const QString& program, const QStringList& arguments, c
     ProcessResult result;
     QProcess process;
     process.start(program, arguments);
-    if (!process.waitForStarted(timeoutMs))
+    if (!process.waitForStarted(timeoutMs)) {
+        result.startError = process.errorString();
         return result;
+    }
     result.started = true;
     if (!input.isEmpty())
         process.write(input);
