@@ -1,37 +1,14 @@
 #include "platform/linux/ActiveWindow.h"
 
+#include "platform/linux/X11Properties.h"
+
 #include <QGuiApplication>
-#include <QList>
 
 #include <cstdlib>
-#include <cstring>
 #include <xcb/xcb.h>
 
 namespace norva {
 namespace {
-
-xcb_atom_t atom(xcb_connection_t* connection, const char* name)
-{
-    const auto cookie = xcb_intern_atom(connection, 1, static_cast<uint16_t>(strlen(name)), name);
-    xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(connection, cookie, nullptr);
-    const xcb_atom_t found = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    free(reply);
-    return found;
-}
-
-QByteArray property(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name, xcb_atom_t type)
-{
-    constexpr uint32_t kLongsToRead = 256;
-    const auto cookie = xcb_get_property(connection, 0, window, name, type, 0, kLongsToRead);
-    xcb_get_property_reply_t* reply = xcb_get_property_reply(connection, cookie, nullptr);
-    QByteArray value;
-    if (reply && reply->type != XCB_ATOM_NONE) {
-        value = QByteArray(static_cast<const char*>(xcb_get_property_value(reply)),
-                           xcb_get_property_value_length(reply));
-    }
-    free(reply);
-    return value;
-}
 
 xcb_connection_t* qtConnection()
 {
@@ -43,16 +20,13 @@ xcb_connection_t* qtConnection()
 std::optional<std::pair<xcb_window_t, xcb_window_t>> activeWindow(xcb_connection_t* connection)
 {
     const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    const xcb_atom_t activeAtom = atom(connection, "_NET_ACTIVE_WINDOW");
-    if (!screen || activeAtom == XCB_ATOM_NONE)
+    if (!screen)
         return std::nullopt;
-    const QByteArray active = property(connection, screen->root, activeAtom, XCB_GET_PROPERTY_TYPE_ANY);
-    if (active.size() < int(sizeof(xcb_window_t)))
+    const QList<quint32> active = x11::propertyWords(
+        connection, screen->root, x11::atom(connection, "_NET_ACTIVE_WINDOW"), XCB_GET_PROPERTY_TYPE_ANY);
+    if (active.isEmpty() || active.first() == XCB_WINDOW_NONE)
         return std::nullopt;
-    const xcb_window_t window = *reinterpret_cast<const xcb_window_t*>(active.constData());
-    if (window == XCB_WINDOW_NONE)
-        return std::nullopt;
-    return std::pair{window, screen->root};
+    return std::pair{xcb_window_t(active.first()), screen->root};
 }
 
 } // namespace
@@ -66,11 +40,11 @@ std::optional<QString> ActiveWindow::applicationName()
     const xcb_window_t window = active->first;
     // WM_CLASS holds "instance\0Class\0"; the class is the program's name as people know it.
     const QList<QByteArray> wmClass =
-        property(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0');
+        x11::propertyBytes(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0');
     if (wmClass.size() >= 2 && !wmClass.at(1).isEmpty())
         return QString::fromLocal8Bit(wmClass.at(1));
-    const QByteArray title =
-        property(connection, window, atom(connection, "_NET_WM_NAME"), atom(connection, "UTF8_STRING"));
+    const QByteArray title = x11::propertyBytes(connection, window, x11::atom(connection, "_NET_WM_NAME"),
+                                                x11::atom(connection, "UTF8_STRING"));
     if (!title.isEmpty())
         return QString::fromUtf8(title);
     return std::nullopt;
@@ -83,11 +57,9 @@ bool ActiveWindow::isFullscreenOn(const QRect& displayGeometry)
     if (!active)
         return false;
     const auto [window, root] = *active;
-    const xcb_atom_t fullscreen = atom(connection, "_NET_WM_STATE_FULLSCREEN");
-    const QByteArray states = property(connection, window, atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM);
-    const auto* first = reinterpret_cast<const xcb_atom_t*>(states.constData());
-    const QList<xcb_atom_t> stateList(first, first + states.size() / int(sizeof(xcb_atom_t)));
-    if (fullscreen == XCB_ATOM_NONE || !stateList.contains(fullscreen))
+    const QList<quint32> states =
+        x11::propertyWords(connection, window, x11::atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM);
+    if (!states.contains(x11::atom(connection, "_NET_WM_STATE_FULLSCREEN")))
         return false;
     // The window's own geometry is relative to its parent (the window manager's frame), so its
     // centre is translated to root coordinates before asking which display it is on.

@@ -1,5 +1,7 @@
 #include "platform/linux/X11WindowActivator.h"
 
+#include "platform/linux/X11Properties.h"
+
 #include <xcb/xcb.h>
 
 #include <QByteArray>
@@ -18,7 +20,6 @@ constexpr quint32 kIconicState = 3;
 // The source indication of _NET_ACTIVE_WINDOW: 2 is a pager, which window managers obey at once,
 // where a request from an application (1) may only make the window ask for attention.
 constexpr quint32 kSourcePager = 2;
-constexpr quint32 kLongestPropertyWords = 4096;
 
 struct Connection {
     xcb_connection_t* connection = nullptr;
@@ -45,28 +46,10 @@ struct Connection {
 
     bool ok() const { return !xcb_connection_has_error(connection) && root != XCB_WINDOW_NONE; }
 
-    xcb_atom_t atom(const char* name) const
-    {
-        const auto cookie = xcb_intern_atom(connection, 0, uint16_t(strlen(name)), name);
-        std::unique_ptr<xcb_intern_atom_reply_t, decltype(&free)> reply(
-            xcb_intern_atom_reply(connection, cookie, nullptr), &free);
-        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    }
-
-    // The 32-bit items of a property; empty when it is missing.
+    xcb_atom_t atom(const char* name) const { return x11::atom(connection, name); }
     QList<quint32> property(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) const
     {
-        const auto cookie = xcb_get_property(connection, 0, window, property, type, 0, kLongestPropertyWords);
-        std::unique_ptr<xcb_get_property_reply_t, decltype(&free)> reply(
-            xcb_get_property_reply(connection, cookie, nullptr), &free);
-        QList<quint32> items;
-        if (!reply || reply->format != 32)
-            return items;
-        const auto* values = static_cast<const quint32*>(xcb_get_property_value(reply.get()));
-        const int count = xcb_get_property_value_length(reply.get()) / 4;
-        for (int index = 0; index < count; ++index)
-            items.append(values[index]);
-        return items;
+        return x11::propertyWords(connection, window, property, type);
     }
 
     QList<quint32> children(xcb_window_t window) const
