@@ -167,18 +167,22 @@ void NorvaApp::exposeToQml()
 // its always rules answer notch prompts (AgentPromptsManager::setAutoAllow with allowReasonFor).
 void NorvaApp::startAgentsTeam()
 {
-    m_team = std::make_unique<TeamPolicy>(*m_settings, m_clock, Paths::approvalsFolder(),
+    m_team = std::make_unique<TeamPolicy>(*m_settings, m_clock, m_approvalsFolder,
                                           TeamPolicy::defaultUserRulesFile(), TeamPolicy::defaultManagedRulesFile());
     m_team->start();
-    connect(m_team.get(), &TeamPolicy::hooksNeededChanged, m_promptSwitch.get(), &AgentPromptSwitch::setTeamNeedsHooks);
-    m_promptSwitch->setTeamNeedsHooks(m_team->hasNeverRules());
+    if (!m_options.demo) { // the demo never edits the agents' configuration
+        connect(m_team.get(), &TeamPolicy::hooksNeededChanged, m_promptSwitch.get(),
+                &AgentPromptSwitch::setTeamNeedsHooks);
+        m_promptSwitch->setTeamNeedsHooks(m_team->hasNeverRules());
+    }
     m_agentPrompts->setAutoAllow([team = m_team.get()](const PromptCard& card) {
         return team->allowReasonFor(CodingAgents::word(card.agent), card.tool, card.input, card.isQuestion);
     });
-    m_usage = std::make_unique<UsageMonitor>(m_clock, Paths::approvalsFolder());
+    m_usage = std::make_unique<UsageMonitor>(m_clock, m_approvalsFolder);
     m_usage->start();
     m_windowActivator = makeWindowActivator();
     m_terminalJumper = std::make_unique<TerminalJumper>(*m_windowActivator);
+    m_terminalJumper->setApprovalsFolder(m_approvalsFolder);
     connect(m_agentsPage.get(), &AgentsPageModel::terminalRequested, m_terminalJumper.get(),
             &TerminalJumper::jumpToSession);
     applyUsageBridge();
@@ -236,7 +240,8 @@ void NorvaApp::startAgents()
     // The demo's sample prompts live in a folder of their own, so no real hook talks to the demo.
     if (m_options.demo)
         m_demoFolder = std::make_unique<QTemporaryDir>();
-    const QString approvals = m_options.demo ? m_demoFolder->path() : Paths::approvalsFolder();
+    m_approvalsFolder = m_options.demo ? m_demoFolder->path() : Paths::approvalsFolder();
+    const QString& approvals = m_approvalsFolder;
     m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
     m_agentPrompts = std::make_unique<AgentPromptsManager>(m_clock, *m_settings, *m_promptAlerts, approvals);
     m_agentsPage = std::make_unique<AgentsPageModel>(*m_agentPrompts);

@@ -85,6 +85,7 @@ private:
 
     Options m_options;
     std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
+    QString m_approvalsFolder;                   // the one the agents' parts share: the demo's, or the real one
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;

@@ -69,6 +69,22 @@ private slots:
         stop(*again);
     }
 
+    // The demo shows invented prompts from a folder of its own: even a team's never rule, which
+    // otherwise keeps the hooks installed, must not make it touch the agents' configuration.
+    void demoLeavesTheAgentsAndTheirFolderAlone()
+    {
+        TempHome home;
+        home.write(QStringLiteral(".local/share/Norva/team-rules.json"),
+                   R"({ "rules": [ { "id": "no-push", "action": "never", "kind": "run", "pattern": "git push*" } ] })");
+        QByteArray seen;
+        auto demo = startNorva(home, {QStringLiteral("--demo")});
+        QVERIFY2(waitForOutput(*demo, "Norva team: 1 rule in force", seen), seen.constData());
+        QVERIFY2(waitForOutput(*demo, "Norva agents: Claude usage", seen), seen.constData());
+        stop(*demo);
+        for (const char* untouched : {".claude", ".codex", ".copilot", ".local/share/Norva/approvals"})
+            QVERIFY2(!QFileInfo::exists(home.file(QString::fromLatin1(untouched))), untouched);
+    }
+
     void secondStartSaysSoAndExits()
     {
         TempHome home;
