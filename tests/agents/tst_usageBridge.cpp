@@ -61,6 +61,15 @@ ScriptRun runBridge(const Bridge& b, const QByteArray& payload, const QString& p
     return {sh.readAllStandardOutput(), sh.exitCode()};
 }
 
+// The monitor ages a reading by its file time, so a test stamps it with its own clock rather than
+// letting the wall clock (which runs on while the test writes) decide.
+void stampModified(const QString& path, const QDateTime& at)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(at, QFileDevice::FileModificationTime));
+}
+
 } // namespace
 
 class UsageBridgeTest : public QObject {
@@ -319,10 +328,7 @@ private slots:
         QVERIFY(monitor.available());
         // Both windows reset while no new reading came: the slow re-read hides them.
         clock.advance(Seconds(4 * 86400));
-        QFile touched(folder + "/rate-limits.json");
-        QVERIFY(touched.open(QIODevice::ReadWrite));
-        QVERIFY(touched.setFileTime(clock.now(), QFileDevice::FileModificationTime));
-        touched.close();
+        stampModified(folder + "/rate-limits.json", clock.now());
         monitor.refresh();
         QVERIFY(!monitor.available());
         QVERIFY(log.lines().last().startsWith(
@@ -339,6 +345,7 @@ private slots:
         home.write("approvals/rate-limits.json",
                    "{\"five_hour\":{\"used_percentage\":5,\"resets_at\":" +
                        QByteArray::number(clock.now().addDays(2).toSecsSinceEpoch()) + "}}");
+        stampModified(folder + "/rate-limits.json", clock.now());
         UsageMonitor monitor(clock, folder);
         monitor.start();
         QVERIFY(monitor.available());
