@@ -93,10 +93,12 @@ bool NorvaApp::start()
     m_preferences = Platform::makePreferencesDatabase();
     m_settings = std::make_unique<SettingsStore>(*m_preferences);
     const bool firstLaunch = !m_settings->flag(SettingsKeys::hasLaunchedBefore, false);
+    // Written before the launch is told, so whoever reads the line finds the flag saved. The demo
+    // leaves the person's preferences as they are.
+    if (firstLaunch && !m_options.demo)
+        m_settings->write(true, SettingsKeys::hasLaunchedBefore);
     logLine(QStringLiteral("Norva: launched (version ") + QCoreApplication::applicationVersion() +
             (firstLaunch ? QStringLiteral(", first launch)") : QStringLiteral(")")));
-    if (firstLaunch)
-        m_settings->write(true, SettingsKeys::hasLaunchedBefore);
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().

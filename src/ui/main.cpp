@@ -1,6 +1,7 @@
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "ui/NorvaApp.h"
+#include "ui/QuitOnSignals.h"
 #include "ui/SingleInstance.h"
 
 #include <QApplication>
@@ -44,6 +45,7 @@ int main(int argc, char* argv[])
         return 0;
     }
     norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
+    const norva::QuitOnSignals quitOnSignals;
 
     norva::NorvaApp norvaApp({.demo = parser.isSet(demo) || parser.isSet(demoScene),
                               .exitAfterFirstFrame = parser.isSet(firstFrame),

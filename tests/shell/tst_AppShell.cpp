@@ -81,8 +81,24 @@ private slots:
         QVERIFY2(waitForOutput(*demo, "Norva team: 1 rule in force", seen), seen.constData());
         QVERIFY2(waitForOutput(*demo, "Norva agents: Claude usage", seen), seen.constData());
         stop(*demo);
-        for (const char* untouched : {".claude", ".codex", ".copilot", ".local/share/Norva/approvals"})
+        for (const char* untouched :
+             {".claude", ".codex", ".copilot", ".local/share/Norva/approvals", ".config/Norva/preferences.toml"})
             QVERIFY2(!QFileInfo::exists(home.file(QString::fromLatin1(untouched))), untouched);
+    }
+
+    // A logout or a `kill` ends Norva in order: waiting saves are written, the hooks let go.
+    void aTerminateQuitsInOrder()
+    {
+        TempHome home;
+        QByteArray seen;
+        auto norva = startNorva(home);
+        QVERIFY2(waitForOutput(*norva, "Norva: launched", seen), seen.constData());
+        norva->terminate();
+        QVERIFY(norva->waitForFinished(20000));
+        seen += norva->readAllStandardError();
+        QCOMPARE(norva->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(norva->exitCode(), 0);
+        QVERIFY2(seen.contains("Norva: quitting on SIGTERM"), seen.constData());
     }
 
     void secondStartSaysSoAndExits()
