@@ -12,12 +12,12 @@ run_packages=(
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-window
     qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtqml-workerscript
     qml6-module-qtquick-shapes libglx-mesa0 libgl1-mesa-dri fonts-dejavu-core
-    tzdata procps qt6-image-formats-plugins python3
+    tzdata procps qt6-image-formats-plugins python3 pulseaudio-utils
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
     unzip
-    mpv mpv-mpris
+    mpv mpv-mpris pulseaudio
 )
 
 wanted=("${build_packages[@]}" "${run_packages[@]}")

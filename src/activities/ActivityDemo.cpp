@@ -1,6 +1,7 @@
 #include "activities/ActivityDemo.h"
 
 #include "activities/LiveActivityCoordinator.h"
+#include "activities/VolumeActivity.h"
 
 #include <array>
 
@@ -9,12 +10,10 @@ namespace {
 
 const QString kTimerId = QStringLiteral("timer");
 const QString kDownloadId = QStringLiteral("download-demo");
-const QString kVolumeId = QStringLiteral("volume");
 const QString kPromptId = QStringLiteral("agent-demo");
 constexpr int kPromptPriority = 20;
 constexpr int kTimerPriority = 10;
 constexpr int kDownloadPriority = 10;
-constexpr int kVolumePriority = 50; // a level change shows over whatever else is live
 constexpr int kDownloadRest = 6;    // seconds the finished download stays before it starts again
 constexpr double kDownloadMegabytes = 431.0;
 
@@ -67,7 +66,7 @@ void ActivityDemo::stop()
     m_ticks.cancel();
     m_firstVolumeChange.cancel();
     m_volumeChanges.cancel();
-    for (const QString& id : {kTimerId, kDownloadId, kVolumeId, kPromptId})
+    for (const QString& id : {kTimerId, kDownloadId, VolumeActivity::id, kPromptId})
         m_coordinator.remove(id);
 }
 
@@ -131,13 +130,7 @@ void ActivityDemo::publishVolume()
 {
     static constexpr std::array<double, 4> levels = {0.35, 0.6, 0.8, 0.0};
     const double level = levels[size_t(m_volumeStep++) % levels.size()];
-    LiveActivity volume;
-    volume.id = kVolumeId;
-    volume.priority = kVolumePriority;
-    volume.content = ActivityContent::volume({level, level <= 0.0});
-    volume.text.title = QStringLiteral("Volume");
-    volume.hold = kVolumeHold;
-    m_coordinator.upsert(std::move(volume));
+    m_coordinator.upsert(VolumeActivity::make(level, false));
 }
 
 void ActivityDemo::publishPrompt()

@@ -19,7 +19,6 @@ public:
     static constexpr Seconds kTick{1.0};
     static constexpr Seconds kVolumeFirst{4.0};
     static constexpr Seconds kVolumeEvery{9.0};
-    static constexpr double kVolumeHold = 1.6;
     static constexpr int kTimerSeconds = 25 * 60;
     static constexpr int kDownloadSeconds = 40;
 

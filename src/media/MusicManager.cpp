@@ -19,7 +19,6 @@
 namespace norva {
 namespace {
 
-constexpr int kFullVolume = 100;
 
 // The players offered when nothing plays: their names and the program that opens each.
 struct LaunchablePlayer {
@@ -91,10 +90,18 @@ MusicManager::Backends MusicManager::systemBackends(Clock& clock)
 }
 
 MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics,
-                           ScriptRunner volumeRunner, QObject* parent)
+                           std::unique_ptr<OutputVolume> outputVolume, QObject* parent)
     : QObject(parent), m_clock(clock), m_settings(settings), m_backends(std::move(backends)),
-      m_lyrics(lyrics), m_volumeRunner(std::move(volumeRunner))
+      m_lyrics(lyrics), m_outputVolume(std::move(outputVolume))
 {
+    if (m_outputVolume)
+        connect(m_outputVolume.get(), &OutputVolume::changed, this, [this](double level, bool muted) {
+            if (level == m_volume && muted == m_volumeMuted)
+                return;
+            m_volume = level;
+            m_volumeMuted = muted;
+            emit volumeChanged();
+        });
     if (m_settings)
         connect(m_settings, &SettingsStore::changed, this, [this] {
             emit reducesMotionChanged();
@@ -127,6 +134,7 @@ void MusicManager::stop()
         m_backend.reset();
     }
     m_source = Source::stopped;
+    stopVolumeMonitoring();
     m_keepCheck.cancel();
     m_positionTick.cancel();
     m_noticeWork.cancel();
@@ -348,18 +356,49 @@ void MusicManager::setVolume(double level)
     if (!std::isfinite(level))
         return;
     const double clamped = std::clamp(level, 0.0, 1.0);
-    const int percent = static_cast<int>(std::lround(clamped * kFullVolume));
-    m_volumeRunner.run(this, QStringLiteral("set volume output volume ") + QString::number(percent),
-                       volumeTimeoutMs, [this, clamped](const ProcessResult& result) {
-                           if (!result.succeeded()) {
-                               logLine(QStringLiteral("Norva music: setting the volume failed (%1)")
-                                           .arg(ScriptRunner::failureText(result)));
-                               showNotice(QStringLiteral("Couldn't change the volume."));
-                               return;
-                           }
-                           m_volume = clamped;
-                           emit volumeChanged();
-                       });
+    const auto done = [this, clamped](const QString& failure) {
+        if (m_volumeTarget == clamped)
+            m_volumeTarget.reset();
+        if (!failure.isEmpty()) {
+            m_volumeTarget.reset();
+            logLine(QStringLiteral("Norva music: setting the volume failed (%1)").arg(failure));
+            showNotice(QStringLiteral("Couldn't change the volume."));
+            return;
+        }
+        if (m_volume == clamped)
+            return;
+        m_volume = clamped;
+        emit volumeChanged();
+    };
+    if (!m_outputVolume)
+        return done(QStringLiteral("no volume control on this system"));
+    m_outputVolume->set(clamped, done);
+}
+
+void MusicManager::scrollVolume(double notches)
+{
+    if (!std::isfinite(notches) || notches == 0 || (m_settings && !m_settings->scrollVolume()))
+        return;
+    const double from = m_volumeTarget.value_or(m_volume);
+    // Whole percents, as the sound server keeps them, so the steps add up without drift.
+    const double to = std::clamp(std::round((from + notches * volumeScrollStep) * 100) / 100, 0.0, 1.0);
+    emit volumeScrolled(to);
+    if (to == from)
+        return;
+    m_volumeTarget = to;
+    setVolume(to);
+}
+
+void MusicManager::startVolumeMonitoring()
+{
+    if (m_outputVolume)
+        m_outputVolume->startMonitoring();
+}
+
+void MusicManager::stopVolumeMonitoring()
+{
+    if (m_outputVolume)
+        m_outputVolume->stopMonitoring();
 }
 
 bool MusicManager::reducesMotion() const

@@ -2,7 +2,7 @@
 
 #include "app/Clock.h"
 #include "media/MediaBackend.h"
-#include "media/ScriptRunner.h"
+#include "media/OutputVolume.h"
 
 #include <QColor>
 #include <QImage>
@@ -36,6 +36,7 @@ class MusicManager : public QObject {
     Q_PROPERTY(QString sourceAppName READ sourceAppName NOTIFY snapshotChanged)
     Q_PROPERTY(QString sourceAppIcon READ sourceAppIcon NOTIFY snapshotChanged)
     Q_PROPERTY(double volume READ volume NOTIFY volumeChanged)
+    Q_PROPERTY(bool volumeMuted READ volumeMuted NOTIFY volumeChanged)
     Q_PROPERTY(QColor albumAccentColor READ albumAccentColor NOTIFY albumColoursChanged)
     Q_PROPERTY(QColor albumTint READ albumTint NOTIFY albumColoursChanged)
     Q_PROPERTY(QString albumWash READ albumWashSource NOTIFY albumColoursChanged)
@@ -58,8 +59,9 @@ public:
     // The adapter found by its locator, and scripting when osascript exists.
     static Backends systemBackends(Clock& clock);
 
+    // Without an `outputVolume`, setting the volume fails with the usual notice.
     MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics = nullptr,
-                 ScriptRunner volumeRunner = ScriptRunner(), QObject* parent = nullptr);
+                 std::unique_ptr<OutputVolume> outputVolume = {}, QObject* parent = nullptr);
     ~MusicManager() override;
 
     void start();
@@ -74,6 +76,11 @@ public:
     void send(MediaCommand command);
     Q_INVOKABLE void seek(double seconds);
     Q_INVOKABLE void setVolume(double level);
+    // A wheel over the notch: `notches` of 120ths of a turn, up is louder. Follows
+    // "music.scrollVolume.v1", and several quick notches add up before the first has landed.
+    Q_INVOKABLE void scrollVolume(double notches);
+    void startVolumeMonitoring();
+    void stopVolumeMonitoring();
     Q_INVOKABLE void dismissCurrent();
     Q_INVOKABLE bool launch(const QString& player);
 
@@ -94,6 +101,7 @@ public:
     QString sourceAppName() const;
     QString sourceAppIcon() const { return m_snapshot.bundleIdentifier.value_or(QString()); }
     double volume() const { return m_volume; }
+    bool volumeMuted() const { return m_volumeMuted; }
     QColor albumAccentColor() const { return m_accent; }
     QColor albumTint() const { return m_tint; }
     QImage albumWash() const { return m_wash; }
@@ -111,13 +119,15 @@ public:
 
     static constexpr double positionTick = 0.5; // seconds between position updates while playing
     static constexpr double noticeDuration = 4.0;
-    static constexpr int volumeTimeoutMs = 4000;
+    static constexpr double volumeScrollStep = 0.05; // per notch of the wheel
 
 signals:
     void snapshotChanged();
     void positionChanged();
     void artworkChanged();
     void volumeChanged();
+    // The person turned the volume by scrolling over the notch; `level` is where it is going.
+    void volumeScrolled(double level);
     void albumColoursChanged();
     void troubleChanged();
     void noticeChanged();
@@ -143,7 +153,7 @@ private:
     SettingsStore* m_settings;
     Backends m_backends;
     LyricsManager* m_lyrics;
-    ScriptRunner m_volumeRunner;
+    std::unique_ptr<OutputVolume> m_outputVolume;
     std::unique_ptr<MediaBackend> m_backend;
     Source m_source = Source::stopped;
     quint64 m_generation = 0; // bumps on every backend change, so late deliveries are dropped
@@ -157,6 +167,8 @@ private:
     MusicTrouble m_trouble;
     QString m_notice;
     double m_volume = 1.0;
+    bool m_volumeMuted = false;
+    std::optional<double> m_volumeTarget; // where scrolling is taking the volume, until it lands
     bool m_active = false;
     bool m_pausedWithdrawn = false;
     QString m_dismissedTrackKey;

@@ -8,6 +8,7 @@
 #include "app/Platform.h"
 #include "app/SettingsKeys.h"
 #include "clipboard/ClipboardPlatform.h"
+#include "media/MediaPlatform.h"
 #include "notch/DisplayPicker.h"
 #include "shelf/ShelfPlatform.h"
 
@@ -214,6 +215,7 @@ void NorvaApp::startLiveActivityProducers()
         *m_agentPrompts, *m_activities, *m_settings, [this] { openNotch(AgentPromptActivities::pageId); });
     m_shelfActivity = std::make_unique<ShelfActivityPublisher>(*m_shelf, *m_activities,
                                                                [this] { openNotch(QStringLiteral("shelf")); });
+    m_volumeActivity = std::make_unique<VolumeActivityPublisher>(*m_music, *m_activities, *m_settings);
     const auto followMusic = [this] { m_closedFace->setMusicPlaying(m_music->hasActiveSession()); };
     connect(m_music.get(), &MusicManager::activeSessionChanged, m_closedFace.get(), followMusic);
     followMusic();
@@ -283,9 +285,11 @@ void NorvaApp::startMusic()
     m_lyrics->follow(*m_settings);
     m_lyrics->watchReachability();
     m_music = std::make_unique<MusicManager>(m_clock, m_settings.get(), MusicManager::systemBackends(m_clock),
-                                             m_lyrics.get());
-    if (!m_options.demo)
-        m_music->start();
+                                             m_lyrics.get(), Platform::makeOutputVolume(m_clock));
+    if (m_options.demo)
+        return;
+    m_music->start();
+    m_music->startVolumeMonitoring();
 }
 
 void NorvaApp::rebuildOverlays()

@@ -25,6 +25,7 @@
 #include "shelf/ShelfManager.h"
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
+#include "media/VolumeActivityPublisher.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
 
@@ -117,6 +118,7 @@ private:
     // Producers that publish the features' live activities to the closed notch.
     std::unique_ptr<AgentPromptActivities> m_agentActivities;
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;
+    std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

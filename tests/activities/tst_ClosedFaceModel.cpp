@@ -6,6 +6,7 @@
 #include "activities/ActivityDemo.h"
 #include "activities/ClosedFaceModel.h"
 #include "activities/LiveActivityCoordinator.h"
+#include "activities/VolumeActivity.h"
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
 
@@ -255,9 +256,9 @@ private slots:
         QVERIFY(rig.face.rotating());
         rig.clock.advance(ActivityDemo::kVolumeFirst);
         QCOMPARE(rig.face.activityId(), QStringLiteral("volume")); // the level change shows over the rest
-        rig.clock.advance(Seconds(ActivityDemo::kVolumeHold));
+        rig.clock.advance(Seconds(VolumeActivity::hold));
         QVERIFY(!rig.coordinator.find("volume"));
-        rig.clock.advance(ActivityDemo::kVolumeEvery - Seconds(ActivityDemo::kVolumeHold));
+        rig.clock.advance(ActivityDemo::kVolumeEvery - Seconds(VolumeActivity::hold));
         QVERIFY(rig.coordinator.find("volume")); // and again, every few seconds
         const LiveActivity* timer = rig.coordinator.find("timer");
         QVERIFY(timer);

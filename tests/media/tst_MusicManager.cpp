@@ -4,9 +4,14 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
+#include "media/ScriptedOutputVolume.h"
+#include "media/VolumeActivityPublisher.h"
+#include "activities/LiveActivityCoordinator.h"
+#include "activities/VolumeActivity.h"
 #include "platform/linux/PreferencesFile.h"
 
 #include <QSignalSpy>
@@ -35,6 +40,25 @@ struct FakeBackend final : MediaBackend {
     void stop() override { *journal << name + QStringLiteral(" stopped"); }
     void send(MediaCommand command) override { commands << command; }
     void seek(double seconds) override { seeks << seconds; }
+};
+
+// A volume the test answers by hand: it records each level asked for and lands it when told.
+struct FakeOutputVolume final : OutputVolume {
+    QList<double> asked;
+    QList<Done> waiting;
+
+    void set(double level, Done done) override
+    {
+        asked << level;
+        waiting << std::move(done);
+    }
+    void startMonitoring() override {}
+    void stopMonitoring() override {}
+    void landAll(const QString& failure = {})
+    {
+        for (const Done& done : std::exchange(waiting, {}))
+            done(failure);
+    }
 };
 
 MediaSnapshot track(const QString& title, bool playing, double elapsed = 10, double duration = 200)
@@ -68,8 +92,7 @@ class MusicManagerTest : public QObject {
         bool scriptingExists = true;
         std::unique_ptr<MusicManager> manager;
 
-        explicit Rig(LyricsManager* lyrics = nullptr,
-                     ScriptRunner volume = ScriptRunner(QStringLiteral("/nonexistent")))
+        explicit Rig(LyricsManager* lyrics = nullptr, std::unique_ptr<OutputVolume> volume = {})
         {
             // Each factory answers nothing while its backend "does not exist here".
             auto factory = [this](const QString& name, const bool& exists, FakeBackend*& made) {
@@ -84,7 +107,7 @@ class MusicManagerTest : public QObject {
             MusicManager::Backends backends;
             backends.adapter = factory(QStringLiteral("adapter"), adapterFound, adapter);
             backends.scripting = factory(QStringLiteral("scripting"), scriptingExists, scripting);
-            manager = std::make_unique<MusicManager>(clock, &settings, backends, lyrics, volume);
+            manager = std::make_unique<MusicManager>(clock, &settings, backends, lyrics, std::move(volume));
         }
         void deliver(const MediaSnapshot& snapshot)
         {
@@ -346,7 +369,7 @@ private slots:
         const QString osascript = test::writeScript(dir.filePath(QStringLiteral("osascript")),
                                                     "cat >> \"$(dirname \"$0\")/volume.log\"; echo >> "
                                                     "\"$(dirname \"$0\")/volume.log\"\n");
-        Rig rig(nullptr, ScriptRunner(osascript));
+        Rig rig(nullptr, std::make_unique<ScriptedOutputVolume>(ScriptRunner(osascript)));
         rig.manager->setVolume(0.5);
         QTRY_COMPARE(rig.manager->volume(), 0.5);
         rig.manager->setVolume(1.7);
@@ -360,13 +383,95 @@ private slots:
         test::LogCapture log;
         QTemporaryDir dir;
         const QString osascript = test::writeScript(dir.filePath(QStringLiteral("osascript")), "exit 1\n");
-        Rig rig(nullptr, ScriptRunner(osascript));
+        Rig rig(nullptr, std::make_unique<ScriptedOutputVolume>(ScriptRunner(osascript)));
         rig.manager->setVolume(0.3);
         QTRY_COMPARE(rig.manager->notice(), QStringLiteral("Couldn't change the volume."));
         QVERIFY(
             log.contains(QStringLiteral("Norva music: setting the volume failed (osascript exited with 1)")));
         rig.clock.advance(Seconds(MusicManager::noticeDuration));
         QVERIFY(rig.manager->notice().isEmpty());
+    }
+
+    void scrollingTurnsTheVolumeAndQuickNotchesAddUp()
+    {
+        auto owned = std::make_unique<FakeOutputVolume>();
+        FakeOutputVolume& volume = *owned;
+        Rig rig(nullptr, std::move(owned));
+        QSignalSpy scrolled(rig.manager.get(), &MusicManager::volumeScrolled);
+        emit volume.changed(0.5, false); // what the sound server says at the start
+        QCOMPARE(rig.manager->volume(), 0.5);
+
+        // Two notches before the first has landed go on from where the first was going.
+        rig.manager->scrollVolume(1);
+        rig.manager->scrollVolume(1);
+        QCOMPARE(volume.asked, (QList<double>{0.55, 0.6}));
+        volume.landAll();
+        QCOMPARE(rig.manager->volume(), 0.6);
+        rig.manager->scrollVolume(-0.4); // a touchpad's part of a notch
+        rig.manager->scrollVolume(-100);
+        QCOMPARE(volume.asked.mid(2), (QList<double>{0.58, 0.0}));
+        volume.landAll();
+        QCOMPARE(rig.manager->volume(), 0.0);
+        QCOMPARE(scrolled.size(), 4);
+        QCOMPARE(scrolled.last().at(0).toDouble(), 0.0);
+
+        // At the bottom a further notch down still shows the level but asks nothing.
+        rig.manager->scrollVolume(-1);
+        QCOMPARE(volume.asked.size(), 4);
+        QCOMPARE(scrolled.size(), 5);
+
+        rig.settings.write(false, SettingsKeys::musicScrollVolume);
+        rig.manager->scrollVolume(1);
+        QCOMPARE(volume.asked.size(), 4);
+        QCOMPARE(scrolled.size(), 5);
+    }
+
+    void aFailedScrollStartsAgainFromTheKnownLevel()
+    {
+        test::LogCapture log;
+        auto owned = std::make_unique<FakeOutputVolume>();
+        FakeOutputVolume& volume = *owned;
+        Rig rig(nullptr, std::move(owned));
+        emit volume.changed(0.5, false);
+        rig.manager->scrollVolume(2);
+        volume.landAll(QStringLiteral("pactl exited with 1"));
+        QCOMPARE(rig.manager->volume(), 0.5);
+        QCOMPARE(rig.manager->notice(), QStringLiteral("Couldn't change the volume."));
+        QVERIFY(log.contains(QStringLiteral("Norva music: setting the volume failed (pactl exited with 1)")));
+        rig.manager->scrollVolume(1);
+        QCOMPARE(volume.asked.last(), 0.55);
+    }
+
+    void volumeChangesReachTheClosedNotch()
+    {
+        auto owned = std::make_unique<FakeOutputVolume>();
+        FakeOutputVolume& volume = *owned;
+        Rig rig(nullptr, std::move(owned));
+        LiveActivityCoordinator coordinator(rig.clock);
+        VolumeActivityPublisher publisher(*rig.manager, coordinator, rig.settings);
+        const auto shownLevel = [&coordinator]() -> std::optional<ActivityContent::Level> {
+            const LiveActivity* shown = coordinator.find(VolumeActivity::id);
+            if (!shown)
+                return std::nullopt;
+            return *shown->content.payload<ActivityContent::Level>();
+        };
+
+        rig.settings.write(true, SettingsKeys::replaceSystemHUD);
+        emit volume.changed(0.5, false);
+        QVERIFY2(!shownLevel(), "the first reading only learns the level");
+        emit volume.changed(0.7, false);
+        QCOMPARE(shownLevel(), (ActivityContent::Level{0.7, false}));
+        emit volume.changed(0.7, true);
+        QCOMPARE(shownLevel(), (ActivityContent::Level{0.7, true}));
+        rig.clock.advance(Seconds(VolumeActivity::hold));
+        QVERIFY2(!shownLevel(), "a volume change leaves by itself");
+
+        rig.settings.write(false, SettingsKeys::replaceSystemHUD);
+        emit volume.changed(0.2, false);
+        QVERIFY(!shownLevel());
+        // Scrolling over the notch always shows, at once, where the level is going.
+        rig.manager->scrollVolume(1);
+        QCOMPARE(shownLevel(), (ActivityContent::Level{0.25, false}));
     }
 
     void newTrackPrefetchesLyricsAndNothingPlayingClearsThem()

@@ -35,6 +35,13 @@ Item {
         onTapped: if (shape.notch.stateName !== "open") shape.notch.clicked()
     }
 
+    // Scrolling over the closed notch turns the volume; open, the wheel belongs to the pages.
+    WheelHandler {
+        enabled: shape.notch.stateName !== "open" && typeof music !== "undefined" && music !== null
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        onWheel: (event) => music.scrollVolume(event.angleDelta.y / 120)
+    }
+
     focus: true
     Keys.onEscapePressed: shape.notch.escape()
 }
