@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 
 #include <optional>
@@ -11,5 +12,12 @@ namespace norva {
 // old file only once every byte is written, so a crash or a full disk never leaves half a file.
 // Makes the folder when needed. Returns why it failed, or nothing when the file is in place.
 std::optional<QString> writeFileAtomically(const QString& path, const QByteArray& bytes);
+
+// Where a file Norva could not read is moved before Norva writes its own: beside it, named with
+// the moment in UTC ("clipboard.json.unreadable-20261118-100000") so a later one never meets it.
+inline QString unreadableCopyName(const QString& path, const QDateTime& now)
+{
+    return path + QStringLiteral(".unreadable-") + now.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+}
 
 } // namespace norva

@@ -11,16 +11,6 @@
 #include <QRegularExpression>
 
 namespace norva {
-namespace {
-
-// The name an unreadable list is moved to, with the moment so a second one never meets the first.
-QString asideName(const QString& path, const QDateTime& now)
-{
-    return path + QStringLiteral(".unreadable-") + now.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-}
-
-} // namespace
-
 StoredList::StoredList(QString path, QString area, Clock& clock, Seconds saveDelay)
     : m_path(std::move(path)), m_area(std::move(area)), m_clock(clock), m_saveDelay(saveDelay)
 {}
@@ -98,7 +88,7 @@ bool StoredList::setAsideUnreadable()
         m_unreadable = false;
         return true;
     }
-    const QString aside = asideName(m_path, m_clock.now());
+    const QString aside = unreadableCopyName(m_path, m_clock.now());
     QFile file(m_path);
     if (QFileInfo::exists(aside) || !file.rename(aside)) {
         const QString why = QFileInfo::exists(aside)

@@ -249,8 +249,7 @@ void PreferencesFile::setValue(const QString& key, const std::optional<QVariant>
         QMutexLocker lock(&m_lock);
         if (!m_parsed.readable && !m_setAside) {
             // Nothing Norva could not read is ever overwritten: the old file steps aside first.
-            const QString kept = m_path + QStringLiteral(".unreadable-") +
-                                 QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+            const QString kept = unreadableCopyName(m_path, QDateTime::currentDateTimeUtc());
             if (QFile::rename(m_path, kept))
                 logLine(QStringLiteral("Norva settings: kept the unreadable preferences file as ") + kept);
             else
