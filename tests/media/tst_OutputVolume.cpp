@@ -31,6 +31,22 @@ QString setAndWait(OutputVolume& volume, double level)
     return *failure;
 }
 
+// A real sound server, and Norva's volume watching it.
+struct WatchedServer {
+    test::SoundServerRig server;
+    test::ManualClock clock;
+    PactlOutputVolume volume{clock};
+    QSignalSpy changes{&volume, &OutputVolume::changed};
+
+    bool start()
+    {
+        if (!server.start())
+            return false;
+        volume.startMonitoring();
+        return true;
+    }
+};
+
 } // namespace
 
 class OutputVolumeTest : public QObject {
@@ -77,12 +93,10 @@ private slots:
     {
         if (!test::SoundServerRig::available())
             QSKIP("pulseaudio and pactl are not installed");
-        test::SoundServerRig server;
-        QVERIFY(server.start());
-        test::ManualClock clock;
-        PactlOutputVolume volume(clock);
-        QSignalSpy changes(&volume, &OutputVolume::changed);
-        volume.startMonitoring();
+        WatchedServer watched;
+        QVERIFY(watched.start());
+        PactlOutputVolume& volume = watched.volume;
+        const QSignalSpy& changes = watched.changes;
         QTRY_COMPARE(lastChange(changes), std::make_pair(1.0, false));
 
         QCOMPARE(setAndWait(volume, 0.4), QString());
@@ -103,21 +117,18 @@ private slots:
         if (!test::SoundServerRig::available())
             QSKIP("pulseaudio and pactl are not installed");
         test::LogCapture log;
-        test::SoundServerRig server;
-        QVERIFY(server.start());
-        test::ManualClock clock;
-        PactlOutputVolume volume(clock);
-        QSignalSpy changes(&volume, &OutputVolume::changed);
-        volume.startMonitoring();
-        QCOMPARE(setAndWait(volume, 0.3), QString());
+        WatchedServer watched;
+        QVERIFY(watched.start());
+        const QSignalSpy& changes = watched.changes;
+        QCOMPARE(setAndWait(watched.volume, 0.3), QString());
         QTRY_COMPARE(lastChange(changes), std::make_pair(0.3, false));
 
-        server.stop();
+        watched.server.stop();
         QTRY_COMPARE(log.count(QStringLiteral("Norva music: the volume watch ended (pactl exited with ")), 1);
         QVERIFY(log.lines().last().endsWith(QStringLiteral("), trying again in 5 s")));
-        QVERIFY(server.start()); // a new server starts at full volume
+        QVERIFY(watched.server.start()); // a new server starts at full volume
 
-        clock.advance(PactlOutputVolume::resubscribeDelay);
+        watched.clock.advance(PactlOutputVolume::resubscribeDelay);
         QTRY_COMPARE(lastChange(changes), std::make_pair(1.0, false));
         QVERIFY(test::SoundServerRig::waitForWatcher());
         QCOMPARE(test::SoundServerRig::pactl({"set-sink-volume", "@DEFAULT_SINK@", "60%"}).exitCode, 0);
