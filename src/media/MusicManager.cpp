@@ -15,10 +15,10 @@
 #include <QStandardPaths>
 
 #include <cmath>
+#include <utility>
 
 namespace norva {
 namespace {
-
 
 // The players offered when nothing plays: their names and the program that opens each.
 struct LaunchablePlayer {
@@ -96,7 +96,7 @@ MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backe
 {
     if (m_outputVolume)
         connect(m_outputVolume.get(), &OutputVolume::changed, this, [this](double level, bool muted) {
-            if (level == m_volume && muted == m_volumeMuted)
+            if (std::exchange(m_volumeKnown, true) && level == m_volume && muted == m_volumeMuted)
                 return;
             m_volume = level;
             m_volumeMuted = muted;
@@ -365,7 +365,7 @@ void MusicManager::setVolume(double level)
             showNotice(QStringLiteral("Couldn't change the volume."));
             return;
         }
-        if (m_volume == clamped)
+        if (std::exchange(m_volumeKnown, true) && m_volume == clamped)
             return;
         m_volume = clamped;
         emit volumeChanged();
@@ -379,6 +379,13 @@ void MusicManager::scrollVolume(double notches)
 {
     if (!std::isfinite(notches) || notches == 0 || (m_settings && !m_settings->scrollVolume()))
         return;
+    // Steps from a level Norva only guesses would jump the sound; until the level is heard, the
+    // wheel leaves it alone.
+    if (!m_volumeKnown) {
+        if (!std::exchange(m_unknownVolumeLogged, true))
+            logLine(QStringLiteral("Norva music: the volume is not known yet, so scrolling leaves it alone"));
+        return;
+    }
     const double from = m_volumeTarget.value_or(m_volume);
     // Whole percents, as the sound server keeps them, so the steps add up without drift.
     const double to = std::clamp(std::round((from + notches * volumeScrollStep) * 100) / 100, 0.0, 1.0);

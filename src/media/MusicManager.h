@@ -168,6 +168,8 @@ private:
     QString m_notice;
     double m_volume = 1.0;
     bool m_volumeMuted = false;
+    bool m_volumeKnown = false; // heard from the sound server or set by Norva at least once
+    bool m_unknownVolumeLogged = false;
     std::optional<double> m_volumeTarget; // where scrolling is taking the volume, until it lands
     bool m_active = false;
     bool m_pausedWithdrawn = false;

@@ -3,9 +3,12 @@
 #include "SoundServerRig.h"
 #include "TestMain.h"
 
+#include "MediaTestSupport.h"
+#include "media/ScriptedOutputVolume.h"
 #include "platform/linux/PactlOutputVolume.h"
 
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace norva;
@@ -87,6 +90,35 @@ private slots:
         QCOMPARE(PactlOutputVolume::parseMuted("Mute: yes\n"), std::optional<bool>(true));
         QCOMPARE(PactlOutputVolume::parseMuted("Mute: no\n"), std::optional<bool>(false));
         QCOMPARE(PactlOutputVolume::parseMuted("Connection failure\n"), std::optional<bool>());
+    }
+
+    // Without the audio framework's listener the scripted volume reads the level once, at the start.
+    void scriptedVolumeReadsTheLevelOnce_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<double>("level"); // -1: no reading
+        QTest::addColumn<bool>("muted");
+        QTest::newRow("plain") << QByteArray("40,false\n") << 0.4 << false;
+        QTest::newRow("muted") << QByteArray("0,true\n") << 0.0 << true;
+        QTest::newRow("device without volume") << QByteArray("missing value,false\n") << -1.0 << false;
+        QTest::newRow("garbled") << QByteArray("40\n") << -1.0 << false;
+    }
+    void scriptedVolumeReadsTheLevelOnce()
+    {
+        QFETCH(QByteArray, reply);
+        QFETCH(double, level);
+        QFETCH(bool, muted);
+        QTemporaryDir dir;
+        const QString osascript = test::writeScript(dir.filePath(QStringLiteral("osascript")),
+                                                    "cat > /dev/null; printf '%s' '" + reply + "'\n");
+        ScriptedOutputVolume volume{ScriptRunner(osascript)};
+        QSignalSpy changes(&volume, &OutputVolume::changed);
+        volume.startMonitoring();
+        if (level < 0) {
+            QCOMPARE(ScriptedOutputVolume::parseSettings(reply), std::nullopt);
+            return;
+        }
+        QTRY_COMPARE(lastChange(changes), std::make_pair(level, muted));
     }
 
     void setsAndHearsARealSoundServer()
