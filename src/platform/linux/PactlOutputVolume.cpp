@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <cmath>
+#include <utility>
 
 namespace norva {
 namespace {
@@ -113,7 +114,8 @@ void PactlOutputVolume::subscribe()
         if (error != QProcess::FailedToStart)
             return;
         // Without pactl there is nothing to retry: the volume simply stays unknown.
-        logOnce(QStringLiteral("Norva music: cannot watch the volume (pactl: %1)").arg(m_events->errorString()));
+        logOnce(m_watchTroubleLogged,
+                QStringLiteral("Norva music: cannot watch the volume (pactl: %1)").arg(m_events->errorString()));
     });
     m_events->setStandardInputFile(QProcess::nullDevice());
     m_events->setStandardErrorFile(QProcess::nullDevice());
@@ -135,7 +137,7 @@ void PactlOutputVolume::readEvents()
 
 void PactlOutputVolume::eventsEnded()
 {
-    logOnce(QStringLiteral("Norva music: the volume watch ended (%1), trying again in %2 s")
+    logOnce(m_watchTroubleLogged, QStringLiteral("Norva music: the volume watch ended (%1), trying again in %2 s")
                 .arg(m_events->exitStatus() == QProcess::CrashExit
                          ? QStringLiteral("pactl crashed")
                          : QStringLiteral("pactl exited with %1").arg(m_events->exitCode()))
@@ -181,10 +183,11 @@ void PactlOutputVolume::refresh()
                 refresh();
             }
             if (!outcome.reading) {
-                logOnce(QStringLiteral("Norva music: reading the volume failed (%1)").arg(outcome.failure));
+                logOnce(m_readTroubleLogged,
+                        QStringLiteral("Norva music: reading the volume failed (%1)").arg(outcome.failure));
                 return;
             }
-            m_troubleLogged = false;
+            m_readTroubleLogged = m_watchTroubleLogged = false; // the server answers again
             if (m_last == outcome.reading)
                 return;
             m_last = outcome.reading;
@@ -192,12 +195,10 @@ void PactlOutputVolume::refresh()
         });
 }
 
-void PactlOutputVolume::logOnce(const QString& line)
+void PactlOutputVolume::logOnce(bool& logged, const QString& line)
 {
-    if (m_troubleLogged)
-        return;
-    m_troubleLogged = true;
-    logLine(line);
+    if (!std::exchange(logged, true))
+        logLine(line);
 }
 
 } // namespace norva

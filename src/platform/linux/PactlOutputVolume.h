@@ -43,7 +43,8 @@ private:
     void readEvents();
     void eventsEnded();
     void refresh();
-    void logOnce(const QString& line);
+    // One line per streak of failures, not one per event or retry.
+    static void logOnce(bool& logged, const QString& line);
 
     Clock& m_clock;
     QString m_program;
@@ -51,7 +52,8 @@ private:
     bool m_monitoring = false;
     bool m_refreshing = false;
     bool m_refreshAgain = false;
-    bool m_troubleLogged = false; // one line per streak of failures, not one per event
+    bool m_watchTroubleLogged = false;
+    bool m_readTroubleLogged = false;
     quint64 m_generation = 0;     // drops readings that arrive after monitoring stopped
     std::optional<Reading> m_last;
     ScheduledWork m_resubscribe;
