@@ -37,6 +37,7 @@ class MusicManager : public QObject {
     Q_PROPERTY(QString sourceAppIcon READ sourceAppIcon NOTIFY snapshotChanged)
     Q_PROPERTY(double volume READ volume NOTIFY volumeChanged)
     Q_PROPERTY(bool volumeMuted READ volumeMuted NOTIFY volumeChanged)
+    Q_PROPERTY(bool volumeKnown READ volumeKnown NOTIFY volumeChanged)
     Q_PROPERTY(QColor albumAccentColor READ albumAccentColor NOTIFY albumColoursChanged)
     Q_PROPERTY(QColor albumTint READ albumTint NOTIFY albumColoursChanged)
     Q_PROPERTY(QString albumWash READ albumWashSource NOTIFY albumColoursChanged)
@@ -102,6 +103,7 @@ public:
     QString sourceAppIcon() const { return m_snapshot.bundleIdentifier.value_or(QString()); }
     double volume() const { return m_volume; }
     bool volumeMuted() const { return m_volumeMuted; }
+    bool volumeKnown() const { return m_volumeKnown; }
     QColor albumAccentColor() const { return m_accent; }
     QColor albumTint() const { return m_tint; }
     QImage albumWash() const { return m_wash; }

@@ -129,6 +129,7 @@ Item {
         }
 
         Row {
+            id: controls
             anchors { horizontalCenter: parent.horizontalCenter; top: progress.bottom; topMargin: Theme.spacing }
             spacing: Theme.padding * 2
             Repeater {
@@ -158,6 +159,70 @@ Item {
                             else page.now.togglePlayPause()
                         }
                     }
+                }
+            }
+        }
+
+        // The output volume: shown once Norva has heard it, so the bar never starts from a guess.
+        Item {
+            id: volumeRow
+            visible: page.now !== null && page.now.volumeKnown
+            anchors { left: parent.left; right: parent.right; top: controls.bottom; topMargin: Theme.spacing }
+            height: 18
+            ActivityGlyph {
+                id: speaker
+                anchors { left: parent.left; verticalCenter: parent.verticalCenter }
+                symbol: page.now && page.now.volumeMuted ? "volumeMuted" : "volume"
+                level: volumeTrack.level
+                color: Theme.textDim
+                size: 12
+            }
+            Item {
+                id: volumeTrack
+                anchors { left: speaker.right; leftMargin: Theme.spacing; right: parent.right
+                          verticalCenter: parent.verticalCenter }
+                height: parent.height
+                // While dragged, and until the sound server has answered, the bar shows the hand's level.
+                property real heldLevel: -1
+                readonly property real level: heldLevel >= 0 ? heldLevel
+                                            : page.now ? Math.min(1, Math.max(0, page.now.volume)) : 0
+                function choose(x) {
+                    heldLevel = levelAt(x)
+                    page.now.setVolume(heldLevel)
+                }
+                Connections {
+                    target: page.now
+                    function onVolumeChanged() { if (!drag.active) volumeTrack.heldLevel = -1 }
+                    function onNoticeChanged() { if (!drag.active) volumeTrack.heldLevel = -1 }
+                }
+                Rectangle {
+                    anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
+                    height: 4
+                    radius: 2
+                    color: Theme.separator
+                    Rectangle {
+                        width: parent.width * volumeTrack.level
+                        height: parent.height
+                        radius: 2
+                        color: page.now && page.now.volumeMuted ? Theme.textFaint : Theme.textDim
+                    }
+                }
+                Rectangle {
+                    x: volumeTrack.width * volumeTrack.level - width / 2
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 10
+                    height: 10
+                    radius: 5
+                    color: Theme.text
+                }
+                function levelAt(x) { return Math.min(1, Math.max(0, x / width)) }
+                TapHandler { onTapped: (point) => volumeTrack.choose(point.position.x) }
+                DragHandler {
+                    id: drag
+                    target: null
+                    yAxis.enabled: false
+                    onCentroidChanged: if (active) volumeTrack.heldLevel = volumeTrack.levelAt(centroid.position.x)
+                    onActiveChanged: if (!active && volumeTrack.heldLevel >= 0) page.now.setVolume(volumeTrack.heldLevel)
                 }
             }
         }
