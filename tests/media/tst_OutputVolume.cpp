@@ -7,6 +7,7 @@
 #include "media/ScriptedOutputVolume.h"
 #include "platform/linux/PactlOutputVolume.h"
 
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -166,6 +167,36 @@ private slots:
         QVERIFY(test::SoundServerRig::waitForWatcher());
         QCOMPARE(test::SoundServerRig::pactl({"set-sink-volume", "@DEFAULT_SINK@", "60%"}).exitCode, 0);
         QTRY_COMPARE(lastChange(changes), std::make_pair(0.6, false));
+    }
+
+    // With no sound server at all the watch keeps trying, ever less often, and says so once.
+    void withoutASoundServerTheWatchBacksOff()
+    {
+        if (!test::SoundServerRig::available())
+            QSKIP("pactl is not installed");
+        test::LogCapture log;
+        QTemporaryDir nowhere;
+        const QByteArray savedServer = qgetenv("PULSE_SERVER");
+        const auto restore = qScopeGuard([&savedServer] {
+            if (savedServer.isEmpty())
+                qunsetenv("PULSE_SERVER");
+            else
+                qputenv("PULSE_SERVER", savedServer);
+        });
+        qputenv("PULSE_SERVER", "unix:" + nowhere.filePath(QStringLiteral("none")).toUtf8());
+        test::ManualClock clock;
+        PactlOutputVolume volume(clock);
+        volume.startMonitoring();
+        QList<double> waits;
+        for (int attempt = 0; attempt < 8; ++attempt) {
+            QTRY_VERIFY(clock.pendingCount() == 1); // the next try is armed once this one has ended
+            waits << clock.secondsToNext();
+            clock.advance(Seconds(clock.secondsToNext()));
+        }
+        QCOMPARE(waits, (QList<double>{5, 10, 20, 40, 80, 160, 300, 300}));
+        QCOMPARE(log.count(QStringLiteral("Norva music: the volume watch ended (")), 1);
+        QTRY_COMPARE(log.count(QStringLiteral("Norva music: reading the volume failed (")), 1);
+        volume.stopMonitoring();
     }
 
     void withoutPactlTheVolumeFailsCalmly()

@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -141,13 +142,14 @@ void PactlOutputVolume::eventsEnded()
                 .arg(m_events->exitStatus() == QProcess::CrashExit
                          ? QStringLiteral("pactl crashed")
                          : QStringLiteral("pactl exited with %1").arg(m_events->exitCode()))
-                .arg(resubscribeDelay.count()));
-    m_resubscribe = m_clock.after(resubscribeDelay, [this] {
+                .arg(m_retryDelay.count()));
+    m_resubscribe = m_clock.after(m_retryDelay, [this] {
         if (!m_monitoring)
             return;
         subscribe();
         refresh();
     });
+    m_retryDelay = std::min(m_retryDelay * 2, longestResubscribeDelay);
 }
 
 void PactlOutputVolume::refresh()
@@ -188,6 +190,7 @@ void PactlOutputVolume::refresh()
                 return;
             }
             m_readTroubleLogged = m_watchTroubleLogged = false; // the server answers again
+            m_retryDelay = resubscribeDelay;
             if (m_last == outcome.reading)
                 return;
             m_last = outcome.reading;

@@ -16,8 +16,11 @@ class PactlOutputVolume : public OutputVolume {
     Q_OBJECT
 public:
     static constexpr int timeoutMs = 4000;
-    // The sound server restarts now and then (a new login, a crashed server); the watch follows.
+    // The sound server restarts now and then (a new login, a crashed server); the watch follows,
+    // waiting twice as long after each try that finds no server, up to five minutes, so a machine
+    // without sound does not start pactl every few seconds for ever.
     static constexpr Seconds resubscribeDelay{5};
+    static constexpr Seconds longestResubscribeDelay{300};
 
     struct Reading {
         double level = 0;
@@ -56,6 +59,7 @@ private:
     bool m_readTroubleLogged = false;
     quint64 m_generation = 0;     // drops readings that arrive after monitoring stopped
     std::optional<Reading> m_last;
+    Seconds m_retryDelay = resubscribeDelay;
     ScheduledWork m_resubscribe;
 };
 
