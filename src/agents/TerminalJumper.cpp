@@ -163,7 +163,7 @@ bool TerminalJumper::scriptOrActivate(const Target& target, const QString& sourc
 bool TerminalJumper::jumpNow(const Target& target)
 {
     if (target.pid >= 2)
-        unminimizeIfNeeded(target.pid);
+        m_activator.unminimize(target.pid);
     if (target.inTmux && jumpTmux(target)) {
         if (target.pid >= 2)
             m_activator.activate(target.pid);
@@ -314,15 +314,6 @@ QString TerminalJumper::tmuxBinary() const
 #endif
 }
 
-std::optional<TerminalJumper::RunResult> TerminalJumper::run(const QString& binary,
-                                                             const QStringList& arguments) const
-{
-    const ProcessResult result = runProcess(binary, arguments, {}, kToolAnswerMs);
-    if (!result.started || result.timedOut || result.crashed)
-        return std::nullopt;
-    return RunResult{result.exitCode, result.output, result.errorOutput};
-}
-
 std::optional<QString> TerminalJumper::tmuxPaneLocation(const QStringList& paneLines, const QString& tty)
 {
     const QString wanted = normalizeTTY(tty);
@@ -352,27 +343,29 @@ bool TerminalJumper::jumpTmux(const Target& target)
     if (tmux.isEmpty())
         return false;
     const QStringList server = tmuxServer(target);
-    const auto panes = run(
-        tmux, server + QStringList{QStringLiteral("list-panes"), QStringLiteral("-a"), QStringLiteral("-F"),
-                                   QStringLiteral("#{session_name}:#{window_index}.#{pane_index} "
-                                                  "#{pane_tty}")});
-    if (!panes || !panes->ok())
+    const auto tmuxRun = [&tmux, &server](const QStringList& arguments) {
+        return runProcess(tmux, server + arguments, {}, kToolAnswerMs);
+    };
+    const ProcessResult panes =
+        tmuxRun({QStringLiteral("list-panes"), QStringLiteral("-a"), QStringLiteral("-F"),
+                 QStringLiteral("#{session_name}:#{window_index}.#{pane_index} #{pane_tty}")});
+    if (!panes.succeeded())
         return false;
     const auto location = tmuxPaneLocation(
-        QString::fromUtf8(panes->output).split(QLatin1Char('\n'), Qt::SkipEmptyParts), target.tty);
+        QString::fromUtf8(panes.output).split(QLatin1Char('\n'), Qt::SkipEmptyParts), target.tty);
     if (!location)
         return false;
     const QString window = location->left(location->lastIndexOf(QLatin1Char('.')));
     const QString session = location->left(location->lastIndexOf(QLatin1Char(':')));
     // The client the person touched last is the one on screen; a detached server has none, and the
     // pane is still made current for the next attach.
-    const auto clients = run(tmux, server + QStringList{QStringLiteral("list-clients"), QStringLiteral("-F"),
-                                                        QStringLiteral("#{client_activity} #{client_tty}")});
+    const ProcessResult clients =
+        tmuxRun({QStringLiteral("list-clients"), QStringLiteral("-F"), QStringLiteral("#{client_activity} #{client_tty}")});
     QString client;
     qint64 latest = -1;
-    if (clients && clients->ok()) {
+    if (clients.succeeded()) {
         for (const QString& line :
-             QString::fromUtf8(clients->output).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+             QString::fromUtf8(clients.output).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             const qint64 activity = line.section(QLatin1Char(' '), 0, 0).toLongLong();
             if (activity > latest) {
                 latest = activity;
@@ -381,18 +374,10 @@ bool TerminalJumper::jumpTmux(const Target& target)
         }
     }
     if (!client.isEmpty())
-        run(tmux, server + QStringList{QStringLiteral("switch-client"), QStringLiteral("-c"), client,
-                                       QStringLiteral("-t"), session});
-    const auto selectedWindow =
-        run(tmux, server + QStringList{QStringLiteral("select-window"), QStringLiteral("-t"), window});
-    const auto selectedPane =
-        run(tmux, server + QStringList{QStringLiteral("select-pane"), QStringLiteral("-t"), *location});
-    return selectedWindow && selectedWindow->ok() && selectedPane && selectedPane->ok();
-}
-
-void TerminalJumper::unminimizeIfNeeded(qint64 pid)
-{
-    m_activator.unminimize(pid);
+        tmuxRun({QStringLiteral("switch-client"), QStringLiteral("-c"), client, QStringLiteral("-t"), session});
+    const bool windowSelected = tmuxRun({QStringLiteral("select-window"), QStringLiteral("-t"), window}).succeeded();
+    const bool paneSelected = tmuxRun({QStringLiteral("select-pane"), QStringLiteral("-t"), *location}).succeeded();
+    return windowSelected && paneSelected;
 }
 
 } // namespace norva

@@ -34,12 +34,6 @@ public:
         bool operator==(const Target&) const = default;
     };
     enum class ScriptOutcome { found, notFound, failed, timedOut, busy };
-    struct RunResult {
-        int exitCode = -1;
-        QByteArray output;
-        QByteArray error;
-        bool ok() const { return exitCode == 0; }
-    };
 
     explicit TerminalJumper(WindowActivator& activator, QObject* parent = nullptr);
     ~TerminalJumper() override;
@@ -63,8 +57,6 @@ public:
     // "session:window.pane" of the pane whose tty is `tty`, from list-panes lines.
     static std::optional<QString> tmuxPaneLocation(const QStringList& paneLines, const QString& tty);
     QString tmuxBinary() const;
-    std::optional<RunResult> run(const QString& binary, const QStringList& arguments) const;
-    void unminimizeIfNeeded(qint64 pid);
 
     // Seams for the stand-ins of tests and for the approvals folder in use.
     void setOsascript(const QString& path) { m_osascript = path; }
