@@ -67,6 +67,13 @@ QString PromptCard::subjectOf(const QJsonObject& input)
     return subject;
 }
 
+PromptCard::ToolCall PromptCard::toolCallOf(const QJsonObject& payload)
+{
+    return {firstText(payload, {"tool_name", "toolName"}),
+            objectOf(payload.contains(QStringLiteral("tool_input")) ? payload.value(QStringLiteral("tool_input"))
+                                                                    : payload.value(QStringLiteral("toolInput")))};
+}
+
 std::optional<PromptCard> PromptCard::fromPayload(const QString& id, const QByteArray& payload,
                                                   const QDateTime& arrivedAt)
 {
@@ -77,10 +84,9 @@ std::optional<PromptCard> PromptCard::fromPayload(const QString& id, const QByte
     PromptCard card;
     card.id = id;
     card.agent = CodingAgents::fromPromptId(id);
-    card.tool = firstText(object, {"tool_name", "toolName"});
-    card.input =
-        objectOf(object.contains(QStringLiteral("tool_input")) ? object.value(QStringLiteral("tool_input"))
-                                                               : object.value(QStringLiteral("toolInput")));
+    ToolCall call = toolCallOf(object);
+    card.tool = std::move(call.tool);
+    card.input = std::move(call.input);
     card.transcriptPath = firstText(object, {"transcript_path"});
     card.sessionId = firstText(object, {"session_id", "sessionId"});
     card.cwd = firstText(object, {"cwd"});

@@ -31,6 +31,14 @@ struct PromptCard {
 
     bool operator==(const PromptCard&) const = default;
 
+    // The tool and its arguments as the agents name them: "tool_name"/"tool_input" (Claude Code,
+    // Codex) or "toolName"/"toolInput" (Copilot, whose arguments may come as JSON text).
+    struct ToolCall {
+        QString tool;
+        QJsonObject input;
+    };
+    static ToolCall toolCallOf(const QJsonObject& payload);
+
     // Reads a pending file's payload; none when it is not a JSON object.
     static std::optional<PromptCard> fromPayload(const QString& id, const QByteArray& payload,
                                                  const QDateTime& arrivedAt);

@@ -1,5 +1,7 @@
 #include "agents/TeamDenyResponder.h"
 
+#include "agents/ApprovalsFolderWatch.h"
+#include "agents/PromptCard.h"
 #include "agents/TeamEnforcement.h"
 #include "agents/TeamRules.h"
 #include "app/AtomicFile.h"
@@ -7,7 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileSystemWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -27,24 +28,24 @@ TeamDenyResponder::TeamDenyResponder(QObject* parent) : QObject(parent) {}
 bool TeamDenyResponder::start(const QString& approvalsFolder)
 {
     stop();
-    m_watcher = new QFileSystemWatcher(this);
-    if (!m_watcher->addPath(approvalsFolder)) {
+    m_watch = new ApprovalsFolderWatch(approvalsFolder, this);
+    if (!m_watch->start()) {
         logLine(QStringLiteral("Norva team: never-allow checks in ") + approvalsFolder +
                 QStringLiteral(" can't be answered (the folder could not be watched); hooks let calls pass"));
-        delete m_watcher;
-        m_watcher = nullptr;
+        delete m_watch;
+        m_watch = nullptr;
         return false;
     }
     m_folder = approvalsFolder;
-    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, [this] { answerAll(); });
+    connect(m_watch, &ApprovalsFolderWatch::changed, this, [this] { answerAll(); });
     answerAll();
     return true;
 }
 
 void TeamDenyResponder::stop()
 {
-    delete m_watcher;
-    m_watcher = nullptr;
+    delete m_watch;
+    m_watch = nullptr;
     m_folder.clear();
     m_answered.clear();
 }
@@ -80,17 +81,9 @@ std::optional<TeamDenyResponder::CheckKey> TeamDenyResponder::parseName(const QS
 QByteArray TeamDenyResponder::answerFor(const CheckKey& key, const QByteArray& payload,
                                         const QList<TeamRule>& rules)
 {
-    const QJsonObject call = QJsonDocument::fromJson(payload).object();
-    const QString tool = call.contains(QStringLiteral("tool_name"))
-                             ? call.value(QStringLiteral("tool_name")).toString()
-                             : call.value(QStringLiteral("toolName")).toString();
-    const QJsonValue input = call.contains(QStringLiteral("tool_input"))
-                                 ? call.value(QStringLiteral("tool_input"))
-                                 : call.value(QStringLiteral("toolInput"));
-    // Copilot hands its tool arguments over as a JSON text; Claude Code and Codex as an object.
-    const QJsonObject inputObject =
-        input.isString() ? QJsonDocument::fromJson(input.toString().toUtf8()).object() : input.toObject();
-    const auto subject = TeamRules::subject(tool, inputObject);
+    const PromptCard::ToolCall call = PromptCard::toolCallOf(QJsonDocument::fromJson(payload).object());
+    const QString& tool = call.tool;
+    const auto subject = TeamRules::subject(tool, call.input);
     if (!subject)
         return {};
     const TeamDecision decision = TeamRules::decide(*subject, false, rules, {}, false);

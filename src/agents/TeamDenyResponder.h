@@ -10,9 +10,9 @@
 
 #include <optional>
 
-class QFileSystemWatcher;
-
 namespace norva {
+
+class ApprovalsFolderWatch;
 
 // Answers the hooks' never-allow checks: every "denycheck-KEY.json" that appears in the approvals
 // folder gets a "denyresp-KEY" within milliseconds, holding a deny body when a never rule matches
@@ -48,7 +48,7 @@ public:
 private:
     bool writeAnswer(const QString& path, const QByteArray& body);
 
-    QFileSystemWatcher* m_watcher = nullptr;
+    ApprovalsFolderWatch* m_watch = nullptr;
     QString m_folder;
     mutable QMutex m_rulesLock;
     QList<TeamRule> m_rules;
