@@ -3,6 +3,7 @@
 #include "agents/ApprovalsFolder.h"
 #include "agents/TeamDenyResponder.h"
 #include "agents/TeamEnforcement.h"
+#include "app/CountText.h"
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
@@ -26,11 +27,6 @@ std::optional<QByteArray> readFile(const QString& path)
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     return file.readAll();
-}
-
-QString countText(int count, const char* one, const char* many)
-{
-    return QString::number(count) + QLatin1Char(' ') + QLatin1String(count == 1 ? one : many);
 }
 
 } // namespace
@@ -205,7 +201,7 @@ void TeamPolicy::apply(const QList<TeamRule>& rules, const QString& source)
     if (rules.isEmpty())
         logLine(QStringLiteral("Norva team: no team rules in force"));
     else
-        logLine(QStringLiteral("Norva team: ") + countText(int(rules.size()), "rule", "rules") +
+        logLine(QStringLiteral("Norva team: ") + countText(rules.size(), QStringLiteral("rule"), QStringLiteral("rules")) +
                 QStringLiteral(" in force from ") + source + QStringLiteral(" (") + QString::number(never) +
                 QStringLiteral(" never, ") + QString::number(rules.size() - never) +
                 QStringLiteral(" always)"));
@@ -285,10 +281,6 @@ TeamDecision TeamPolicy::decidePrompt(const QString& tool, const QJsonObject& in
         return TeamDecision::none();
     return TeamRules::decide(*subject, isQuestion, m_rules, switchedOff(), true);
 }
-
-} // namespace norva
-
-namespace norva {
 
 std::optional<QString> TeamPolicy::allowReasonFor(const QString& agent, const QString& tool,
                                                   const QJsonObject& input, bool isQuestion) const

@@ -1,6 +1,7 @@
 #include "clipboard/ClipboardManager.h"
 
 #include "app/Background.h"
+#include "app/CountText.h"
 #include "app/Log.h"
 #include "app/SettingsStore.h"
 #include "clipboard/ClipboardSource.h"
@@ -27,7 +28,7 @@ const QString kUriList = QStringLiteral("text/uri-list");
 
 QString clips(int count)
 {
-    return QString::number(count) + (count == 1 ? QStringLiteral(" clip") : QStringLiteral(" clips"));
+    return countText(count, QStringLiteral("clip"), QStringLiteral("clips"));
 }
 
 // A picture made ready off the main thread: its PNG bytes, their hash and the file it went to.

@@ -1,6 +1,7 @@
 #include "shelf/ShelfManager.h"
 
 #include "app/Background.h"
+#include "app/CountText.h"
 #include "app/Log.h"
 #include "app/SettingsStore.h"
 #include "shelf/ScreenshotSource.h"
@@ -20,7 +21,7 @@ constexpr double kDaySeconds = 24 * 60 * 60;
 
 QString itemsText(int count)
 {
-    return QString::number(count) + (count == 1 ? QStringLiteral(" item") : QStringLiteral(" items"));
+    return countText(count, QStringLiteral("item"), QStringLiteral("items"));
 }
 
 // A file made for dropped content, or the log line that says why none was.

@@ -1,6 +1,7 @@
 #include "storage/OwnedFolder.h"
 
 #include "app/AtomicFile.h"
+#include "app/CountText.h"
 #include "app/Log.h"
 
 #include <QDir>
@@ -23,8 +24,7 @@ QString OwnedFolder::folderName() const
 
 QString OwnedFolder::plural(int count) const
 {
-    return QString::number(count) + QLatin1Char(' ') + m_noun +
-           (count == 1 ? QString() : QStringLiteral("s"));
+    return countText(count, m_noun, m_noun + QLatin1Char('s'));
 }
 
 void OwnedFolder::prepare()

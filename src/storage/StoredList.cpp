@@ -1,6 +1,7 @@
 #include "storage/StoredList.h"
 
 #include "app/AtomicFile.h"
+#include "app/CountText.h"
 #include "app/Log.h"
 
 #include <QDir>
@@ -124,9 +125,9 @@ void StoredList::clearHalfWritten() const
 
 void StoredList::reportSkipped(int count) const
 {
-    logLine(m_area + QStringLiteral(": skipped ") + QString::number(count) +
-            (count == 1 ? QStringLiteral(" entry of ") : QStringLiteral(" entries of ")) + fileName() +
-            QStringLiteral(" that did not read"));
+    logLine(m_area + QStringLiteral(": skipped ") +
+            countText(count, QStringLiteral("entry"), QStringLiteral("entries")) + QStringLiteral(" of ") +
+            fileName() + QStringLiteral(" that did not read"));
 }
 
 } // namespace norva
