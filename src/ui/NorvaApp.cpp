@@ -1,8 +1,8 @@
 #include "ui/NorvaApp.h"
 
 #include "agents/AgentsDemo.h"
-#include "agents/UsageBridge.h"
 #include "agents/CodingAgent.h"
+#include "agents/UsageBridge.h"
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/Platform.h"

@@ -4,14 +4,14 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "activities/LiveActivityCoordinator.h"
+#include "activities/VolumeActivity.h"
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
 #include "media/ScriptedOutputVolume.h"
 #include "media/VolumeActivityPublisher.h"
-#include "activities/LiveActivityCoordinator.h"
-#include "activities/VolumeActivity.h"
 #include "platform/linux/PreferencesFile.h"
 
 #include <QSignalSpy>
