@@ -1,0 +1,16 @@
+#include "calendar/Meeting.h"
+
+namespace norva {
+
+QString Meeting::key() const
+{
+    if (const ManualMeeting* own = manual())
+        return QStringLiteral("norva/") + own->id.toString(QUuid::WithoutBraces);
+    const EventOccurrence& from = event()->ekOccurrence;
+    QString key = from.calendarId + QLatin1Char('/') + from.fileName + QLatin1Char('/') + from.uid;
+    if (from.recurrenceId)
+        key += QLatin1Char('/') + QString::number(from.recurrenceId->toSecsSinceEpoch());
+    return key;
+}
+
+} // namespace norva
