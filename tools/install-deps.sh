@@ -18,6 +18,7 @@ test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
     unzip
     mpv mpv-mpris pulseaudio
+    todoman khal vdirsyncer radicale
 )
 
 wanted=("${build_packages[@]}" "${run_packages[@]}")
