@@ -24,6 +24,7 @@ void AgentsPageModel::rebuild()
             {QStringLiteral("isQuestion"), card.isQuestion},
             {QStringLiteral("tool"), card.tool},
             {QStringLiteral("subject"), card.subject},
+            {QStringLiteral("writes"), card.writes},
             {QStringLiteral("folder"), QDir(card.cwd).dirName()},
             {QStringLiteral("questions"), card.questions},
             {QStringLiteral("options"), card.options},

@@ -32,7 +32,9 @@ void DesktopPromptAlerts::notify(const QString& title, const QString& body)
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
-    call << QStringLiteral("Norva") << uint(0) << QString() << title << body << QStringList() << QVariantMap()
+    // Servers with "body-markup" read the body as markup; a command or path must show as written.
+    call << QStringLiteral("Norva") << uint(0) << QString() << title << body.toHtmlEscaped() << QStringList()
+         << QVariantMap()
          << notificationTimeoutDefault;
     m_bus.asyncCall(call);
 }

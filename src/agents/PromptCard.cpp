@@ -6,8 +6,6 @@
 namespace norva {
 namespace {
 
-constexpr int subjectLimit = 600; // a card shows a few lines; the terminal has the rest
-
 const QStringList& wrappingShells()
 {
     static const QStringList shells = {"bash",          "sh",           "zsh",
@@ -62,9 +60,29 @@ QString PromptCard::subjectOf(const QJsonObject& input)
         subject = firstText(input, {"file_path", "notebook_path", "path", "url", "query", "pattern"});
     if (subject.isEmpty() && !input.isEmpty())
         subject = QString::fromUtf8(QJsonDocument(input).toJson(QJsonDocument::Compact));
-    if (subject.size() > subjectLimit)
-        subject = subject.left(subjectLimit) + QChar(0x2026);
+    // Never shortened: the person must see the whole of what would run.
     return subject;
+}
+
+QString PromptCard::writesOf(const QJsonObject& input)
+{
+    if (const QString whole = firstText(input, {"content", "file_text", "new_source", "patch"}); !whole.isEmpty())
+        return whole;
+    const auto replacement = [](const QJsonObject& edit) {
+        const QString before = edit.value(QStringLiteral("old_string")).toString();
+        const QString after = edit.value(QStringLiteral("new_string")).toString();
+        if (before.isEmpty() && after.isEmpty())
+            return QString();
+        return QStringLiteral("Replace:\n") + before + QStringLiteral("\nWith:\n") + after;
+    };
+    QStringList pieces;
+    if (const QString one = replacement(input); !one.isEmpty())
+        pieces << one;
+    for (const QJsonValue& edit : input.value(QStringLiteral("edits")).toArray()) {
+        if (const QString piece = replacement(edit.toObject()); !piece.isEmpty())
+            pieces << piece;
+    }
+    return pieces.join(QStringLiteral("\n\n"));
 }
 
 PromptCard::ToolCall PromptCard::toolCallOf(const QJsonObject& payload)
@@ -103,6 +121,7 @@ std::optional<PromptCard> PromptCard::fromPayload(const QString& id, const QByte
         }
     } else {
         card.subject = subjectOf(card.input);
+        card.writes = writesOf(card.input);
     }
     return card;
 }

@@ -24,6 +24,9 @@ struct PromptCard {
     QString cwd;
     // What the tool acts on, as the card shows it: the command, the file, the address or the query.
     QString subject;
+    // For a file edit: what will be written (the new content, or each replaced text and its
+    // replacement, or the patch), whole; empty for other tools.
+    QString writes;
     // For a question: each question's text, and its options.
     QStringList questions;
     QStringList options;
@@ -44,6 +47,9 @@ struct PromptCard {
                                                  const QDateTime& arrivedAt);
     // The subject of a tool call: "command" (a text, or an argument list), a file path, a URL or a query.
     static QString subjectOf(const QJsonObject& input);
+    // What an edit tool will write: "content", "file_text", "new_source", a patch, or the
+    // "old_string"/"new_string" pairs of an edit (one pair, or the "edits" list).
+    static QString writesOf(const QJsonObject& input);
 };
 
 } // namespace norva

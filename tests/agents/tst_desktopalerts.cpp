@@ -53,10 +53,12 @@ private slots:
             QVERIFY(server.registerService("org.freedesktop.Notifications"));
             QDBusConnection client = QDBusConnection::connectToBus(address, "norva");
             DesktopPromptAlerts alerts(client);
-            alerts.notify("Claude Code asks to use Bash", "git push");
+            // The body is escaped for servers that read markup in it.
+            alerts.notify("Claude Code asks to use Bash", "echo <b>hi</b> <!-- && rm -rf ~ -->");
             QTRY_COMPARE_WITH_TIMEOUT(fake.received.size(), 1, 5000);
             QCOMPARE(fake.received.at(0),
-                     QStringLiteral("Norva | Claude Code asks to use Bash | git push | -1"));
+                     QStringLiteral("Norva | Claude Code asks to use Bash | "
+                                    "echo &lt;b&gt;hi&lt;/b&gt; &lt;!-- &amp;&amp; rm -rf ~ --&gt; | -1"));
         }
         QDBusConnection::disconnectFromBus("notification-server");
         QDBusConnection::disconnectFromBus("norva");

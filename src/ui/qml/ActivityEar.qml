@@ -57,7 +57,7 @@ Item {
                 level: ear.face.progress
                 size: 12
             }
-            Text {
+            PlainText {
                 anchors.verticalCenter: parent.verticalCenter
                 text: ear.face.value !== "" ? ear.face.value : ear.face.title
                 color: ear.face.tone === "neutral" ? Theme.text : ear.tint

@@ -23,7 +23,7 @@ Item {
         "shelf": "\u2630", "quota": "\u2139", "device": "\u2328", "screenshot": "\u2750"
     })
 
-    Text {
+    PlainText {
         visible: !glyph.bars
         anchors.centerIn: parent
         text: glyph.characters[glyph.symbol] !== undefined ? glyph.characters[glyph.symbol] : "\u25CF"

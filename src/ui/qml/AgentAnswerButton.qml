@@ -15,7 +15,7 @@ Rectangle {
     border.width: 1
     Behavior on color { ColorAnimation { duration: Theme.fast } }
 
-    Text {
+    PlainText {
         id: text
         anchors.centerIn: parent
         text: button.label

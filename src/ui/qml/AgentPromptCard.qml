@@ -1,10 +1,12 @@
 import QtQuick
 
-// A permission prompt: which agent asks, for which tool, and the command or file it acts on, with
-// Allow, Deny and the way back to the agent's own prompt in the terminal.
+// A permission prompt: which agent asks, for which tool, and the command or file it acts on, whole,
+// with what an edit will write, then Allow, Deny and the way back to the agent's own prompt in the
+// terminal.
 Rectangle {
     id: cardView
     required property var card
+    property bool answerable: true // false for a moment after another card was answered
     signal allow
     signal deny
     signal answerInTerminal
@@ -20,40 +22,39 @@ Rectangle {
 
         Row {
             spacing: Theme.spacing
-            Text {
+            PlainText {
                 text: cardView.card.agent
                 color: Theme.text
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontBody
                 font.weight: Font.DemiBold
             }
-            Text {
+            PlainText {
                 text: cardView.card.tool + (cardView.card.folder ? "  ·  " + cardView.card.folder : "")
                 color: Theme.textDim
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontBody
             }
         }
-        Rectangle {
+        LiteralText {
             width: parent.width
-            implicitHeight: subject.implicitHeight + Theme.spacing * 2
-            radius: Theme.radiusSmall
-            color: Theme.panel
-            Text {
-                id: subject
-                anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter
-                          margins: Theme.spacing }
-                text: cardView.card.subject
-                color: Theme.text
-                font.family: "DejaVu Sans Mono"
-                font.pixelSize: Theme.fontSmall + 1
-                wrapMode: Text.WrapAnywhere
-                maximumLineCount: 4
-                elide: Text.ElideRight
-            }
+            text: cardView.card.subject
+        }
+        PlainText {
+            visible: cardView.card.writes !== ""
+            text: "Will write"
+            color: Theme.textDim
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall
+        }
+        LiteralText {
+            visible: cardView.card.writes !== ""
+            width: parent.width
+            text: cardView.card.writes
         }
         Row {
             spacing: Theme.spacing
+            enabled: cardView.answerable
             AgentAnswerButton { label: "Allow"; tint: Theme.good; onClicked: cardView.allow() }
             AgentAnswerButton { label: "Deny"; tint: Theme.bad; onClicked: cardView.deny() }
             AgentAnswerButton { label: "Answer in the terminal"; onClicked: cardView.answerInTerminal() }

@@ -16,7 +16,7 @@ Rectangle {
         anchors { left: parent.left; right: parent.right; top: parent.top; margins: Theme.padding }
         spacing: Theme.spacing
 
-        Text {
+        PlainText {
             text: cardView.card.agent + " has a question"
             color: Theme.text
             font.family: Theme.fontFamily
@@ -25,7 +25,7 @@ Rectangle {
         }
         Repeater {
             model: cardView.card.questions
-            delegate: Text {
+            delegate: PlainText {
                 required property string modelData
                 width: content.width
                 text: modelData
@@ -46,7 +46,7 @@ Rectangle {
                     height: option.implicitHeight + 8
                     radius: Theme.radiusSmall
                     color: Theme.panel
-                    Text {
+                    PlainText {
                         id: option
                         anchors.centerIn: parent
                         text: parent.modelData

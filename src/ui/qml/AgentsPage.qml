@@ -7,6 +7,11 @@ import QtQuick
 Item {
     id: page
     readonly property var model: typeof agentsPage !== "undefined" ? agentsPage : null
+    // After a card is answered, the next one ignores clicks for a moment and stays where it is, so
+    // the second click of a double click never answers the card that slides under the pointer.
+    readonly property int answerPause: 400
+    function answered() { answerGuard.restart() }
+    Timer { id: answerGuard; interval: page.answerPause }
 
     UsageWindows {
         id: usageWindows
@@ -21,6 +26,12 @@ Item {
         spacing: Theme.spacing
         clip: true
         model: page.model ? page.model.cards : []
+        displaced: Transition {
+            SequentialAnimation {
+                PauseAnimation { duration: page.answerPause }
+                NumberAnimation { property: "y"; duration: Theme.fast; easing.type: Easing.OutCubic }
+            }
+        }
         delegate: Loader {
             required property var modelData
             width: list.width
@@ -29,9 +40,10 @@ Item {
                 id: promptCard
                 AgentPromptCard {
                     card: modelData
-                    onAllow: page.model.allow(modelData.id)
-                    onDeny: page.model.deny(modelData.id)
-                    onAnswerInTerminal: page.model.answerInTerminal(modelData.id)
+                    answerable: !answerGuard.running
+                    onAllow: { page.answered(); page.model.allow(modelData.id) }
+                    onDeny: { page.answered(); page.model.deny(modelData.id) }
+                    onAnswerInTerminal: { page.answered(); page.model.answerInTerminal(modelData.id) }
                 }
             }
             Component {

@@ -25,7 +25,7 @@ Item {
                 clip: true
                 onTextChanged: page.model.query = text
             }
-            Text {
+            PlainText {
                 anchors { left: parent.left; leftMargin: 12; verticalCenter: parent.verticalCenter }
                 visible: search.text.length === 0
                 text: "Search"
@@ -59,7 +59,7 @@ Item {
         }
     }
 
-    Text {
+    PlainText {
         anchors.centerIn: list
         width: list.width - 40
         horizontalAlignment: Text.AlignHCenter
@@ -71,7 +71,7 @@ Item {
         font.pixelSize: Theme.fontBody
     }
 
-    Text {
+    PlainText {
         id: footer
         anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
         text: page.model.notice.length > 0 ? page.model.notice : page.model.footer

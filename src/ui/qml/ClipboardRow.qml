@@ -22,7 +22,7 @@ Rectangle {
         anchors { left: parent.left; leftMargin: 8; verticalCenter: parent.verticalCenter }
         width: 22; height: 22; radius: 6
         color: row.entry.kind === "color" ? row.entry.preview : Theme.separator
-        Text {
+        PlainText {
             anchors.centerIn: parent
             visible: row.entry.kind !== "color"
             text: row.kindMarks[row.entry.kind] || "T"
@@ -44,7 +44,7 @@ Rectangle {
             fillMode: Image.PreserveAspectFit
             asynchronous: true
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: row.entry.kind !== "image"
             text: row.entry.preview
@@ -55,7 +55,7 @@ Rectangle {
             maximumLineCount: 2
             wrapMode: Text.Wrap
         }
-        Text {
+        PlainText {
             width: parent.width
             text: (row.entry.app ? row.entry.app + " · " : "") + Qt.formatDateTime(row.entry.date, "d MMM, HH:mm")
             color: Theme.textFaint

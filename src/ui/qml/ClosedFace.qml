@@ -40,7 +40,7 @@ Item {
             side: "left"
         }
 
-        Text {
+        PlainText {
             id: title
             anchors { left: leftEar.right; right: rightEar.left; verticalCenter: parent.verticalCenter
                       leftMargin: 6; rightMargin: 6 }
@@ -73,7 +73,7 @@ Item {
         }
     }
 
-    Text {
+    PlainText {
         id: detailText
         anchors { top: bar.bottom; left: parent.left; right: parent.right; leftMargin: 14; rightMargin: 14 }
         horizontalAlignment: Text.AlignHCenter

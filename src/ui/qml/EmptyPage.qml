@@ -8,7 +8,7 @@ Item {
     Column {
         anchors.centerIn: parent
         spacing: 6
-        Text {
+        PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: parent.parent.title
             color: Theme.text
@@ -16,7 +16,7 @@ Item {
             font.pixelSize: Theme.fontTitle
             font.weight: Font.DemiBold
         }
-        Text {
+        PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: parent.parent.text
             color: Theme.textDim

@@ -22,7 +22,7 @@ Item {
         preferredHighlightBegin: height / 2 - 14
         preferredHighlightEnd: height / 2 + 14
         highlightMoveDuration: pane.reducesMotion ? 0 : Theme.slow
-        delegate: Text {
+        delegate: PlainText {
             required property var modelData
             required property int index
             width: lines.width
@@ -41,7 +41,7 @@ Item {
         visible: pane.lyrics && pane.lyrics.plain
         contentHeight: plain.implicitHeight
         clip: true
-        Text {
+        PlainText {
             id: plain
             width: parent.width
             text: pane.lyrics ? pane.lyrics.plainText : ""
@@ -57,14 +57,14 @@ Item {
         anchors.centerIn: parent
         spacing: Theme.spacing
         visible: pane.lyrics && pane.lyrics.message.length > 0
-        Text {
+        PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: pane.lyrics ? pane.lyrics.message : ""
             color: Theme.textDim
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontBody
         }
-        Text {
+        PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
             visible: pane.lyrics && pane.lyrics.failed
             text: "Try again"

@@ -51,7 +51,7 @@ Item {
                 visible: source != ""
                 smooth: true
             }
-            Text {
+            PlainText {
                 anchors.centerIn: parent
                 visible: !page.now || page.now.artworkSource === ""
                 text: "♪"
@@ -63,7 +63,7 @@ Item {
         Column {
             anchors { left: cover.right; leftMargin: Theme.padding; right: parent.right; verticalCenter: cover.verticalCenter }
             spacing: 4
-            Text {
+            PlainText {
                 width: parent.width
                 text: page.now ? page.now.title : ""
                 elide: Text.ElideRight
@@ -72,7 +72,7 @@ Item {
                 font.pixelSize: Theme.fontLarge
                 font.weight: Font.DemiBold
             }
-            Text {
+            PlainText {
                 width: parent.width
                 text: page.now ? page.now.artist : ""
                 elide: Text.ElideRight
@@ -80,7 +80,7 @@ Item {
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontBody
             }
-            Text {
+            PlainText {
                 width: parent.width
                 visible: text.length > 0
                 text: page.now && page.now.sourceAppName.length > 0 ? "from " + page.now.sourceAppName : ""
@@ -111,14 +111,14 @@ Item {
                 enabled: page.now && page.now.duration > 0
                 onTapped: (point) => page.now.seek(point.position.x / progress.width * page.now.duration)
             }
-            Text {
+            PlainText {
                 anchors { left: parent.left; bottom: parent.bottom }
                 text: page.clock(page.now ? page.now.displayElapsed : 0)
                 color: Theme.textFaint
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
             }
-            Text {
+            PlainText {
                 anchors { right: parent.right; bottom: parent.bottom }
                 visible: page.now && page.now.duration > 0
                 text: page.clock(page.now ? page.now.duration : 0)
@@ -144,7 +144,7 @@ Item {
                     height: 32
                     radius: Theme.radiusSmall
                     color: hover.hovered ? Theme.cardHover : "transparent"
-                    Text {
+                    PlainText {
                         anchors.centerIn: parent
                         text: modelData.glyph
                         color: Theme.text
@@ -227,7 +227,7 @@ Item {
             }
         }
 
-        Text {
+        PlainText {
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
             visible: text.length > 0
             text: page.now ? (page.now.notice.length > 0 ? page.now.notice : page.now.trouble) : ""
@@ -251,7 +251,7 @@ Item {
         anchors.centerIn: parent
         visible: !page.playing
         spacing: Theme.spacing
-        Text {
+        PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Nothing is playing"
             color: Theme.text
@@ -270,7 +270,7 @@ Item {
                     height: 26
                     radius: height / 2
                     color: hover.hovered ? Theme.cardHover : Theme.card
-                    Text {
+                    PlainText {
                         id: label
                         anchors.centerIn: parent
                         text: "Open " + modelData

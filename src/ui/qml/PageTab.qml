@@ -13,7 +13,7 @@ Rectangle {
     color: selected ? Theme.cardHover : (hover.hovered ? Theme.card : "transparent")
     Behavior on color { ColorAnimation { duration: Theme.fast } }
 
-    Text {
+    PlainText {
         id: label
         anchors.centerIn: parent
         text: tab.title

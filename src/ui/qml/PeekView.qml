@@ -2,7 +2,7 @@ import QtQuick
 
 // The short enlargement a hover shows before the panel opens: a hint of what opening shows.
 Item {
-    Text {
+    PlainText {
         anchors.centerIn: parent
         anchors.verticalCenterOffset: 2
         text: "Norva"

@@ -42,7 +42,7 @@ Item {
         }
     }
 
-    Text {
+    PlainText {
         anchors.centerIn: grid
         visible: page.desk.count === 0
         text: page.desk.emptyText
@@ -51,7 +51,7 @@ Item {
         font.pixelSize: Theme.fontBody
     }
 
-    Text {
+    PlainText {
         id: toast
         anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
         height: implicitHeight

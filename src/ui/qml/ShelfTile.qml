@@ -29,7 +29,7 @@ Rectangle {
         fillMode: Image.PreserveAspectFit
         asynchronous: true
     }
-    Text {
+    PlainText {
         anchors.centerIn: picture
         visible: !tile.item.isPicture
         text: tile.item.isFolder ? "▤" : "▢"
@@ -38,7 +38,7 @@ Rectangle {
     }
     Column {
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 8 }
-        Text {
+        PlainText {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: tile.item.name
@@ -47,7 +47,7 @@ Rectangle {
             font.pixelSize: Theme.fontSmall
             elide: Text.ElideMiddle
         }
-        Text {
+        PlainText {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             text: tile.item.size

@@ -12,13 +12,13 @@ Item {
         anchors.fill: parent
         spacing: Theme.spacing
 
-        Text {
+        PlainText {
             text: "Your team's rules"
             color: Theme.text
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontTitle
         }
-        Text {
+        PlainText {
             width: parent.width
             text: section.rules.length === 0
                   ? "No team rules apply on this computer."
@@ -47,7 +47,7 @@ Item {
                         anchors.verticalCenter: parent.verticalCenter
                         color: Theme.bad
                     }
-                    Text {
+                    PlainText {
                         text: ruleRow.modelData.phrase
                         color: Theme.text
                         font.family: Theme.fontFamily
@@ -66,7 +66,7 @@ Item {
             }
         }
 
-        Text {
+        PlainText {
             visible: section.policy !== null && section.policy.source.length > 0
             width: parent.width
             text: section.policy ? "From " + section.policy.source : ""

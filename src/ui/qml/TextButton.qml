@@ -13,7 +13,7 @@ Rectangle {
     color: hover.hovered ? Theme.cardHover : (quiet ? "transparent" : Theme.card)
     Behavior on color { ColorAnimation { duration: Theme.fast } }
 
-    Text {
+    PlainText {
         id: word
         anchors.centerIn: parent
         text: button.label

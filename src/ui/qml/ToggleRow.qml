@@ -14,7 +14,7 @@ Item {
     Column {
         id: texts
         anchors { left: parent.left; right: track.left; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
-        Text {
+        PlainText {
             width: parent.width
             text: row.label
             color: Theme.text
@@ -22,7 +22,7 @@ Item {
             font.pixelSize: Theme.fontBody
             elide: Text.ElideRight
         }
-        Text {
+        PlainText {
             width: parent.width
             visible: row.detail.length > 0
             text: row.detail

@@ -24,14 +24,14 @@ Row {
 
             Row {
                 width: parent.width
-                Text {
+                PlainText {
                     width: parent.width - percentText.width
                     text: window.modelData.label
                     color: Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
                 }
-                Text {
+                PlainText {
                     id: percentText
                     text: window.modelData.percent + "%"
                     color: Theme.text
@@ -53,7 +53,7 @@ Row {
                     Behavior on width { NumberAnimation { duration: Theme.normal; easing.type: Easing.OutCubic } }
                 }
             }
-            Text {
+            PlainText {
                 text: window.modelData.resetText
                 color: Theme.textFaint
                 font.family: Theme.fontFamily

@@ -1,0 +1,61 @@
+#include "QmlViews.h"
+
+#include <QDir>
+#include <QFile>
+#include <QQmlComponent>
+#include <QUrl>
+
+#include <functional>
+
+namespace norva::test {
+namespace {
+
+void collect(QQuickItem* item, const std::function<bool(QQuickItem*)>& wanted, QList<QQuickItem*>& found)
+{
+    if (wanted(item))
+        found << item;
+    for (QQuickItem* child : item->childItems())
+        collect(child, wanted, found);
+}
+
+} // namespace
+
+QmlViews::QmlViews()
+{
+    const QDir source(QStringLiteral(NORVA_SOURCE_DIR "/src/ui/qml"));
+    for (const QString& name : source.entryList({QStringLiteral("*.qml")}, QDir::Files))
+        QFile::copy(source.filePath(name), m_folder.filePath(name));
+    QFile qmldir(m_folder.filePath(QStringLiteral("qmldir")));
+    if (qmldir.open(QIODevice::WriteOnly))
+        qmldir.write("singleton Theme 1.0 Theme.qml\n");
+}
+
+std::unique_ptr<QQuickItem> QmlViews::create(const QString& file, const QVariantMap& properties)
+{
+    QQmlComponent component(&m_engine, QUrl::fromLocalFile(m_folder.filePath(file)));
+    QObject* made = component.createWithInitialProperties(properties);
+    if (!made)
+        qWarning("%s", qPrintable(component.errorString()));
+    return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem*>(made));
+}
+
+QList<QQuickItem*> QmlViews::texts(QQuickItem* root)
+{
+    QList<QQuickItem*> found;
+    collect(root, [](QQuickItem* item) { return item->inherits("QQuickText"); }, found);
+    return found;
+}
+
+QList<QQuickItem*> QmlViews::made(QQuickItem* root, const QString& typeName)
+{
+    QList<QQuickItem*> found;
+    collect(
+        root,
+        [&typeName](QQuickItem* item) {
+            return QString::fromLatin1(item->metaObject()->className()).startsWith(typeName + QLatin1Char('_'));
+        },
+        found);
+    return found;
+}
+
+} // namespace norva::test

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QVariantMap>
+
+#include <memory>
+
+namespace norva::test {
+
+// Norva's QML files as the app loads them: copied from the source folder beside a qmldir that makes
+// Theme the singleton it is in the app's module, so a test creates the real views.
+class QmlViews {
+public:
+    QmlViews();
+
+    QQmlEngine& engine() { return m_engine; }
+    // Creates the view from `file` with the initial properties; null (with a warning) when it fails.
+    std::unique_ptr<QQuickItem> create(const QString& file, const QVariantMap& properties);
+
+    // Every text item drawn inside `root`, depth first.
+    static QList<QQuickItem*> texts(QQuickItem* root);
+    // The items inside `root` made from the given QML file name ("LiteralText").
+    static QList<QQuickItem*> made(QQuickItem* root, const QString& typeName);
+
+private:
+    QTemporaryDir m_folder;
+    QQmlEngine m_engine;
+};
+
+} // namespace norva::test
