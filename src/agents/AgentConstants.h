@@ -25,6 +25,7 @@ inline constexpr double orphanAliveSeconds = 120;
 // Registered hook timeouts, in seconds.
 inline constexpr int claudePreToolUseTimeout = 86400;
 inline constexpr int claudePostToolUseTimeout = 10;
+inline constexpr int claudePermissionTimeout = 86400;
 inline constexpr int codexShortTimeout = 20;
 inline constexpr int codexPreToolUseTimeout = 30;
 inline constexpr int codexPermissionTimeout = 86400;
@@ -36,14 +37,19 @@ inline const QString heartbeatFile = QStringLiteral("heartbeat");
 inline const QString notchOffFile = QStringLiteral("notch-off");
 inline const QString preToolUseScript = QStringLiteral("pretooluse.sh");
 inline const QString postToolUseScript = QStringLiteral("posttooluse.sh");
+inline const QString permissionRequestScript = QStringLiteral("permissionrequest.sh");
 inline const QString codexScript = QStringLiteral("codex-hook.sh");
 inline const QString copilotScript = QStringLiteral("copilot-hook.sh");
 
 // The path tails by which an entry in an agent's configuration is recognised as Norva's own.
 inline const QString preToolUseMarker = QStringLiteral("Norva/approvals/pretooluse.sh");
 inline const QString postToolUseMarker = QStringLiteral("Norva/approvals/posttooluse.sh");
+inline const QString permissionRequestMarker = QStringLiteral("Norva/approvals/permissionrequest.sh");
 inline const QString codexMarker = QStringLiteral("Norva/approvals/codex-hook.sh");
 inline const QString eventsMarker = QStringLiteral("claude-events.jsonl");
+
+// What the agent's terminal says while one of Norva's waiting hooks runs.
+inline const QString hookStatusMessage = QStringLiteral("Answer on the Norva notch");
 
 // The in-process notice posted after the hooks were installed or removed.
 inline const QString hooksChangedNotice = QStringLiteral("norva.agentHooks.changed");

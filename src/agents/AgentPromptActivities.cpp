@@ -21,6 +21,7 @@ AgentPromptActivities::AgentPromptActivities(AgentPromptsManager& manager, LiveA
     connect(&m_manager, &AgentPromptsManager::promptArrived, this, &AgentPromptActivities::publish);
     connect(&m_manager, &AgentPromptsManager::promptLeft, this,
             [this](const QString& id) { m_coordinator.remove(activityId(id)); });
+    connect(&m_manager, &AgentPromptsManager::promptDeniedByTeam, this, &AgentPromptActivities::publishTeamDenial);
     m_providerToken = m_coordinator.addProvider(
         {ActivityContent::Kind::agentPrompt},
         [this](const QString& action, const LiveActivity& activity) { return answer(action, activity.id); });
@@ -51,6 +52,24 @@ void AgentPromptActivities::publish(const PromptCard& card)
         activity.urgentTab = pageId;
     activity.onTap = m_openAgentsPage;
     activity.hoverOpens = true;
+    m_coordinator.upsert(std::move(activity));
+}
+
+QString AgentPromptActivities::teamDenialId(const QString& promptId)
+{
+    return QStringLiteral("agent-team-denied-") + promptId;
+}
+
+void AgentPromptActivities::publishTeamDenial(const PromptCard& card, const QString& reason)
+{
+    LiveActivity activity;
+    activity.id = teamDenialId(card.id);
+    activity.priority = priority;
+    activity.content = ActivityContent::teamNotice();
+    activity.text.title = QStringLiteral("Denied by the team");
+    activity.text.value = card.tool;
+    activity.text.detail = reason;
+    activity.hold = teamDenialHold;
     m_coordinator.upsert(std::move(activity));
 }
 

@@ -12,7 +12,8 @@ class LiveActivityCoordinator;
 class SettingsStore;
 struct PromptCard;
 
-// Publishes each waiting agent prompt to the closed notch as an `agentPrompt` activity and answers
+// Publishes each waiting agent prompt to the closed notch as an `agentPrompt` activity (and a short
+// `teamNotice` for a call the team denied before it showed), and answers
 // the activity's actions ("allow", "deny", "terminal") through the exchange. A click on it opens the
 // Agents page; the notch opens by itself only for a question, and only when the person asked for
 // that ("agents.openQuestions.v1"): a panel springing open over their work for every command would
@@ -21,6 +22,7 @@ class AgentPromptActivities : public QObject {
     Q_OBJECT
 public:
     static constexpr int priority = 80; // a waiting agent outranks music, timers and downloads
+    static constexpr double teamDenialHold = 4; // seconds the "denied by the team" notice stays
     static const QString pageId;
 
     AgentPromptActivities(AgentPromptsManager& manager, LiveActivityCoordinator& coordinator,
@@ -29,9 +31,12 @@ public:
     ~AgentPromptActivities() override;
 
     static QString activityId(const QString& promptId);
+    static QString teamDenialId(const QString& promptId);
 
 private:
     void publish(const PromptCard& card);
+    // A call the team's never rule denied before it was shown: a short notice instead of a question.
+    void publishTeamDenial(const PromptCard& card, const QString& reason);
     bool answer(const QString& action, const QString& activityId);
 
     AgentPromptsManager& m_manager;

@@ -87,18 +87,7 @@ void AgentPromptsManager::apply(QList<PromptCard> cards)
     // An answer written while this scan ran must not bring its card back.
     m_answered.intersect(seen);
     cards.removeIf([this](const PromptCard& card) { return m_answered.contains(card.id); });
-    if (m_autoAllow) {
-        // A prompt the team's always rule covers is answered before it is ever shown or chimed.
-        cards.removeIf([this](const PromptCard& card) {
-            if (card.isQuestion || prompt(card.id))
-                return false;
-            const auto reason = m_autoAllow(card);
-            if (!reason || !m_exchange.writeDecision(card.id, ApprovalExchange::Decision::allow, *reason))
-                return false;
-            m_answered.insert(card.id);
-            return true;
-        });
-    }
+    cards.removeIf([this](const PromptCard& card) { return answeredByTeam(card); });
     std::sort(cards.begin(), cards.end(), [](const PromptCard& a, const PromptCard& b) {
         return a.arrivedAt != b.arrivedAt ? a.arrivedAt < b.arrivedAt : a.id < b.id;
     });
@@ -118,6 +107,24 @@ void AgentPromptsManager::apply(QList<PromptCard> cards)
             emit promptArrived(card);
         }
     }
+}
+
+// A prompt a team rule covers is answered before it is ever shown or chimed. Should the answer not
+// be written, a denied prompt still never becomes a card that offers Allow: it waits for the next scan.
+bool AgentPromptsManager::answeredByTeam(const PromptCard& card)
+{
+    if (!m_teamAnswer || card.isQuestion || prompt(card.id))
+        return false;
+    const auto verdict = m_teamAnswer(card);
+    if (!verdict)
+        return false;
+    const auto decision = verdict->allowed ? ApprovalExchange::Decision::allow : ApprovalExchange::Decision::deny;
+    if (!m_exchange.writeDecision(card.id, decision, verdict->reason))
+        return !verdict->allowed;
+    m_answered.insert(card.id);
+    if (!verdict->allowed)
+        emit promptDeniedByTeam(card, verdict->reason);
+    return true;
 }
 
 void AgentPromptsManager::alert(const PromptCard& card)

@@ -5,6 +5,7 @@
 #include "agents/ApprovalsFolderWatch.h"
 #include "agents/Heartbeat.h"
 #include "agents/PromptCard.h"
+#include "agents/TeamVerdict.h"
 #include "app/Clock.h"
 
 #include <QList>
@@ -45,10 +46,9 @@ public:
     // Hands a permission prompt back to the agent's own terminal prompt and takes its card away.
     bool releaseToTerminal(const QString& id);
 
-    // Answers a new permission prompt before it is shown, for a team's always-allow rules: returns
-    // the allow reason when the prompt is covered, none when the person decides.
-    using AutoAllow = std::function<std::optional<QString>(const PromptCard&)>;
-    void setAutoAllow(AutoAllow autoAllow) { m_autoAllow = std::move(autoAllow); }
+    // The team's answer to a new permission prompt; none when the person decides.
+    using TeamAnswer = std::function<std::optional<TeamVerdict>(const PromptCard&)>;
+    void setTeamAnswer(TeamAnswer teamAnswer) { m_teamAnswer = std::move(teamAnswer); }
 
     ApprovalsFolderWatch& folderWatch() { return m_watch; }
     const ApprovalsFolder& folder() const { return m_folder; }
@@ -57,12 +57,15 @@ signals:
     void promptsChanged();
     void promptArrived(const norva::PromptCard& card);
     void promptLeft(const QString& id);
+    // A prompt the team's never rule denied before it was shown; `reason` names the rule.
+    void promptDeniedByTeam(const norva::PromptCard& card, const QString& reason);
     // A scan of the folder finished and its cards were applied.
     void scanFinished();
 
 private:
     void apply(QList<PromptCard> cards);
     void alert(const PromptCard& card);
+    bool answeredByTeam(const PromptCard& card);
     bool takeAway(const QString& id);
 
     Clock& m_clock;
@@ -76,7 +79,7 @@ private:
     QList<PromptCard> m_prompts;
     // Prompts answered since the scan that may still see their pending file.
     QSet<QString> m_answered;
-    AutoAllow m_autoAllow;
+    TeamAnswer m_teamAnswer;
     bool m_scanRunning = false;
     bool m_scanAgain = false;
     bool m_started = false;

@@ -15,12 +15,19 @@ const QString deniedReason = QStringLiteral("Denied from the Norva notch");
 
 ApprovalExchange::ApprovalExchange(ApprovalsFolder folder) : m_folder(std::move(folder)) {}
 
+bool ApprovalExchange::isPermissionRequest(const QString& id)
+{
+    return CodingAgents::fromPromptId(id) != CodingAgent::claude || id.startsWith(QStringLiteral("claude-"));
+}
+
 std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Decision decision,
-                                                          const QString& reasonOverride)
+                                                          const QString& reasonOverride, bool permissionRequest)
 {
     const bool allowed = decision != Decision::deny;
     switch (agent) {
     case CodingAgent::claude: {
+        if (permissionRequest) // Claude Code's PermissionRequest hook takes Codex's body
+            return decisionBody(CodingAgent::codex, decision, reasonOverride);
         const QString reason = !reasonOverride.isEmpty()            ? reasonOverride
                                : decision == Decision::deny         ? deniedReason
                                : decision == Decision::allowTrusted ? trustedReason
@@ -56,7 +63,7 @@ std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Dec
 
 bool ApprovalExchange::writeDecision(const QString& id, Decision decision, const QString& reason) const
 {
-    const auto body = decisionBody(CodingAgents::fromPromptId(id), decision, reason);
+    const auto body = decisionBody(CodingAgents::fromPromptId(id), decision, reason, isPermissionRequest(id));
     const QByteArray text = body ? QJsonDocument(*body).toJson(QJsonDocument::Compact) : QByteArray();
     if (text.isEmpty()) {
         logLine(QStringLiteral("Norva agents: answering ") + id +

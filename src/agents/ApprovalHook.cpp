@@ -15,13 +15,24 @@ namespace {
 
 const QString preToolUseEvent = QStringLiteral("PreToolUse");
 const QString postToolUseEvent = QStringLiteral("PostToolUse");
+const QString permissionRequestEvent = QStringLiteral("PermissionRequest");
+// Every tool whose permission dialog Claude Code is about to show.
+const QString everyTool = QStringLiteral("*");
 
-QJsonObject entry(const QString& matcher, const QString& command, int timeout)
+// One entry; a status message tells the terminal where the question went while the hook runs.
+QJsonObject entry(const QString& matcher, const QString& command, int timeout, bool saysWhere)
 {
-    const QJsonObject hook{{QStringLiteral("type"), QStringLiteral("command")},
-                           {QStringLiteral("command"), command},
-                           {QStringLiteral("timeout"), timeout}};
+    QJsonObject hook{{QStringLiteral("type"), QStringLiteral("command")},
+                     {QStringLiteral("command"), command},
+                     {QStringLiteral("timeout"), timeout}};
+    if (saysWhere)
+        hook.insert(QStringLiteral("statusMessage"), agents::hookStatusMessage);
     return QJsonObject{{QStringLiteral("matcher"), matcher}, {QStringLiteral("hooks"), QJsonArray{hook}}};
+}
+
+QString scriptCommand(const QString& script)
+{
+    return HookScripts::command(Paths::approvalsFolder() + QLatin1Char('/') + script);
 }
 
 } // namespace
@@ -33,18 +44,24 @@ QString ApprovalHook::settingsPath()
 
 QString ApprovalHook::preToolUseCommand()
 {
-    return HookScripts::command(Paths::approvalsFolder() + QLatin1Char('/') + agents::preToolUseScript);
+    return scriptCommand(agents::preToolUseScript);
 }
 
 QString ApprovalHook::postToolUseCommand()
 {
-    return HookScripts::command(Paths::approvalsFolder() + QLatin1Char('/') + agents::postToolUseScript);
+    return scriptCommand(agents::postToolUseScript);
+}
+
+QString ApprovalHook::permissionRequestCommand()
+{
+    return scriptCommand(agents::permissionRequestScript);
 }
 
 FileResult ApprovalHook::install()
 {
     const ApprovalsFolder folder(Paths::approvalsFolder());
-    for (const QString& script : {agents::preToolUseScript, agents::postToolUseScript}) {
+    for (const QString& script :
+         {agents::preToolUseScript, agents::postToolUseScript, agents::permissionRequestScript}) {
         if (const FileResult written = HookScripts::write(script, folder); !written)
             return written;
     }
@@ -64,10 +81,13 @@ FileResult ApprovalHook::edit(bool adding)
     const auto added = [adding](QJsonObject made) { return adding ? std::optional(made) : std::nullopt; };
     AgentConfigFile::replaceEntries(
         hooks, preToolUseEvent, agents::preToolUseMarker,
-        added(entry(preToolUseMatcher, preToolUseCommand(), agents::claudePreToolUseTimeout)));
+        added(entry(preToolUseMatcher, preToolUseCommand(), agents::claudePreToolUseTimeout, true)));
     AgentConfigFile::replaceEntries(hooks, postToolUseEvent, agents::postToolUseMarker,
                                     added(entry(QStringLiteral("AskUserQuestion"), postToolUseCommand(),
-                                                agents::claudePostToolUseTimeout)));
+                                                agents::claudePostToolUseTimeout, false)));
+    AgentConfigFile::replaceEntries(
+        hooks, permissionRequestEvent, agents::permissionRequestMarker,
+        added(entry(everyTool, permissionRequestCommand(), agents::claudePermissionTimeout, true)));
     settings.insert(QStringLiteral("hooks"), hooks);
     return file.write(settings);
 }

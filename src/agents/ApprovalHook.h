@@ -10,9 +10,13 @@
 
 namespace norva {
 
-// Claude Code's permission hooks: "pretooluse.sh" and "posttooluse.sh" in the approvals folder,
-// registered under "PreToolUse" and "PostToolUse" in ".claude/settings.json" beside the person's own
-// entries. The paths are read from the environment at each call, so a test's HOME is obeyed.
+// Claude Code's hooks: "permissionrequest.sh" under "PermissionRequest", which Claude Code runs only
+// when it is about to show its permission dialog and which brings that prompt to the notch;
+// "pretooluse.sh" under "PreToolUse" for the team's never-allow check in every mode and for
+// questions; "posttooluse.sh" under "PostToolUse" to take an answered question away. They sit in
+// ".claude/settings.json" beside the person's own entries; every install replaces Norva's own, so an
+// older installation is brought up to date at the next start. The paths are read from the
+// environment at each call, so a test's HOME is obeyed.
 class ApprovalHook {
 public:
     // The tools whose prompts reach the notch; the bars are part of the value.
@@ -28,6 +32,7 @@ public:
     static QString settingsPath(); // ~/.claude/settings.json
     static QString preToolUseCommand();
     static QString postToolUseCommand();
+    static QString permissionRequestCommand();
 
 private:
     static FileResult edit(bool adding);

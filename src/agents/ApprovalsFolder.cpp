@@ -14,7 +14,6 @@ namespace norva {
 namespace {
 
 constexpr mode_t privateFolderMode = 0700;
-constexpr qint64 readLimit = 4 * 1024 * 1024; // a payload is a few kilobytes; refuse anything absurd
 
 QString reason(int error)
 {
@@ -72,6 +71,17 @@ FileResult ApprovalsFolder::ensure() const
 QStringList ApprovalsFolder::files() const
 {
     return QDir(m_path).entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::System, QDir::Name);
+}
+
+QStringList ApprovalsFolder::names() const
+{
+    return QDir(m_path).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+}
+
+bool ApprovalsFolder::isLink(const QString& name) const
+{
+    struct stat info {};
+    return ::lstat(native(filePath(name)).constData(), &info) == 0 && S_ISLNK(info.st_mode);
 }
 
 std::optional<QByteArray> ApprovalsFolder::read(const QString& name) const

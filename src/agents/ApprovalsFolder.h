@@ -24,6 +24,9 @@ struct FileResult {
 // links, writes replace a link by a fresh file (write to a temporary name, then move into place).
 class ApprovalsFolder {
 public:
+    // The largest file Norva reads from the folder; a payload is a few kilobytes.
+    static constexpr qint64 readLimit = 4 * 1024 * 1024;
+
     explicit ApprovalsFolder(QString path);
 
     QString path() const { return m_path; }
@@ -35,6 +38,10 @@ public:
 
     // The names of the regular files in the folder (links and folders are left out).
     QStringList files() const;
+    // Every name in the folder but its sub-folders: regular files and links (dangling ones too),
+    // for the sweeping that must see what it will never read.
+    QStringList names() const;
+    bool isLink(const QString& name) const;
     // The content of a regular file; none when it is missing, a link or unreadable.
     std::optional<QByteArray> read(const QString& name) const;
     // Modification time of a regular file; none when it is missing or a link.

@@ -52,7 +52,8 @@ QStringList HookPresence::files(CodingAgent agent) const
     case CodingAgent::claude:
         return {homeRelative(ApprovalHook::settingsPath()),
                 homeRelative(approvals + agents::preToolUseScript),
-                homeRelative(approvals + agents::postToolUseScript)};
+                homeRelative(approvals + agents::postToolUseScript),
+                homeRelative(approvals + agents::permissionRequestScript)};
     case CodingAgent::codex:
         return {homeRelative(CodexHook::hooksPath()), homeRelative(approvals + agents::codexScript)};
     case CodingAgent::copilot:

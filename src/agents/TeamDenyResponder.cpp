@@ -1,14 +1,12 @@
 #include "agents/TeamDenyResponder.h"
 
+#include "agents/ApprovalsFolder.h"
 #include "agents/ApprovalsFolderWatch.h"
 #include "agents/PromptCard.h"
 #include "agents/TeamEnforcement.h"
 #include "agents/TeamRules.h"
-#include "app/AtomicFile.h"
 #include "app/Log.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -18,8 +16,6 @@ namespace {
 const QString kCheckPrefix = QStringLiteral("denycheck-");
 const QString kCheckSuffix = QStringLiteral(".json");
 const QString kAnswerPrefix = QStringLiteral("denyresp-");
-// A payload is a tool call; anything far bigger is not one of ours and is answered empty.
-constexpr qint64 kLargestPayload = 4 * 1024 * 1024;
 
 } // namespace
 
@@ -105,28 +101,22 @@ int TeamDenyResponder::answerAll()
         QMutexLocker lock(&m_rulesLock);
         rules = m_rules;
     }
-    const QDir folder(m_folder);
-    const QStringList names =
-        folder.entryList({kCheckPrefix + QLatin1Char('*') + kCheckSuffix}, QDir::Files | QDir::System);
+    // Every read and write goes through ApprovalsFolder: a link planted under a check's or an
+    // answer's name is never followed.
+    const ApprovalsFolder folder(m_folder);
     QSet<QString> present;
     int written = 0;
-    for (const QString& name : names) {
+    for (const QString& name : folder.names()) { // a check planted as a link is answered too, empty
         const auto key = parseName(name);
         if (!key)
             continue;
         present.insert(key->key());
-        const QString answerPath = folder.filePath(kAnswerPrefix + key->key());
-        if (m_answered.contains(key->key()) || QFile::exists(answerPath))
+        const QString answerName = kAnswerPrefix + key->key();
+        if (m_answered.contains(key->key()) || folder.exists(answerName))
             continue;
-        QFile check(folder.filePath(name));
-        QByteArray payload;
-        // A check that is a link or cannot be read is answered empty: the hook then lets the call pass.
-        if (!check.symLinkTarget().isEmpty() || check.size() > kLargestPayload ||
-            !check.open(QIODevice::ReadOnly))
-            payload.clear();
-        else
-            payload = check.readAll();
-        if (writeAnswer(answerPath, answerFor(*key, payload, rules))) {
+        // A check that cannot be read is answered empty: the hook then lets the call pass.
+        const QByteArray payload = folder.read(name).value_or(QByteArray());
+        if (writeAnswer(folder, answerName, answerFor(*key, payload, rules))) {
             m_answered.insert(key->key());
             ++written;
         }
@@ -135,11 +125,12 @@ int TeamDenyResponder::answerAll()
     return written;
 }
 
-bool TeamDenyResponder::writeAnswer(const QString& path, const QByteArray& body)
+bool TeamDenyResponder::writeAnswer(const ApprovalsFolder& folder, const QString& name, const QByteArray& body)
 {
-    if (const auto failure = writeFileAtomically(path, body)) {
-        logLine(QStringLiteral("Norva team: the answer ") + path + QStringLiteral(" could not be written (") +
-                *failure + QStringLiteral("); the hook lets the call pass"));
+    if (const FileResult written = folder.write(name, body); !written) {
+        logLine(QStringLiteral("Norva team: the answer ") + folder.filePath(name) +
+                QStringLiteral(" could not be written (") + written.error +
+                QStringLiteral("); the hook lets the call pass"));
         return false;
     }
     return true;

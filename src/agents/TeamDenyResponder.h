@@ -12,6 +12,7 @@
 
 namespace norva {
 
+class ApprovalsFolder;
 class ApprovalsFolderWatch;
 
 // Answers the hooks' never-allow checks: every "denycheck-KEY.json" that appears in the approvals
@@ -46,7 +47,7 @@ public:
     static QByteArray answerFor(const CheckKey& key, const QByteArray& payload, const QList<TeamRule>& rules);
 
 private:
-    bool writeAnswer(const QString& path, const QByteArray& body);
+    bool writeAnswer(const ApprovalsFolder& folder, const QString& name, const QByteArray& body);
 
     ApprovalsFolderWatch* m_watch = nullptr;
     QString m_folder;

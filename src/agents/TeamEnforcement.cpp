@@ -1,10 +1,9 @@
 #include "agents/TeamEnforcement.h"
 
+#include "agents/ApprovalsFolder.h"
 #include "agents/TeamRules.h"
-#include "app/AtomicFile.h"
 #include "app/Log.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -45,20 +44,23 @@ bool TeamEnforcement::hasNeverRule(const QList<TeamRule>& rules)
 
 bool TeamEnforcement::writeFlags(const QString& approvalsFolder, const QList<TeamRule>& rules)
 {
-    const QString marker = approvalsFolder + QLatin1Char('/') + activeMarker;
+    const ApprovalsFolder folder(approvalsFolder);
     if (!hasNeverRule(rules)) {
-        if (QFile::exists(marker) && !QFile::remove(marker)) {
-            logLine(QStringLiteral("Norva team: the marker ") + marker +
-                    QStringLiteral(" could not be removed (the folder is not writable); hooks keep asking"));
+        if (const FileResult removed = folder.remove(activeMarker); !removed) {
+            logLine(QStringLiteral("Norva team: the marker ") + folder.filePath(activeMarker) +
+                    QStringLiteral(" could not be removed (") + removed.error + QStringLiteral("); hooks keep asking"));
             return false;
         }
         return true;
     }
-    if (QFile::exists(marker))
+    if (folder.exists(activeMarker))
         return true;
-    if (const auto failure = writeFileAtomically(marker, QByteArray())) {
-        logLine(QStringLiteral("Norva team: the marker ") + marker +
-                QStringLiteral(" could not be written (") + *failure +
+    FileResult written = folder.ensure();
+    if (written)
+        written = folder.write(activeMarker, QByteArray());
+    if (!written) {
+        logLine(QStringLiteral("Norva team: the marker ") + folder.filePath(activeMarker) +
+                QStringLiteral(" could not be written (") + written.error +
                 QStringLiteral("); never-allow rules can't reach the hooks"));
         return false;
     }

@@ -282,15 +282,17 @@ TeamDecision TeamPolicy::decidePrompt(const QString& tool, const QJsonObject& in
     return TeamRules::decide(*subject, isQuestion, m_rules, switchedOff(), true);
 }
 
-std::optional<QString> TeamPolicy::allowReasonFor(const QString& agent, const QString& tool,
-                                                  const QJsonObject& input, bool isQuestion) const
+std::optional<TeamVerdict> TeamPolicy::answerFor(const QString& agent, const QString& tool,
+                                                 const QJsonObject& input, bool isQuestion) const
 {
     const TeamDecision decision = decidePrompt(tool, input, isQuestion);
-    if (decision.outcome != TeamDecision::Outcome::allow)
+    if (decision.outcome == TeamDecision::Outcome::none)
         return std::nullopt;
-    logLine(QStringLiteral("Norva team: allowed ") + agent + QStringLiteral("'s ") + tool +
-            QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) + QLatin1Char(')'));
-    return TeamRules::reason(decision);
+    const bool allowed = decision.outcome == TeamDecision::Outcome::allow;
+    logLine(QStringLiteral("Norva team: ") + (allowed ? QStringLiteral("allowed ") : QStringLiteral("denied ")) +
+            agent + QStringLiteral("'s ") + tool + QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) +
+            QLatin1Char(')'));
+    return TeamVerdict{allowed, TeamRules::reason(decision)};
 }
 
 } // namespace norva

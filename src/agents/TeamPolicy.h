@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agents/TeamRules.h"
+#include "agents/TeamVerdict.h"
 #include "app/Clock.h"
 
 #include <QJsonObject>
@@ -58,10 +59,10 @@ public:
     // For a permission prompt on the notch: allow when an always rule covers it and the person has
     // not switched that rule off; deny when a never rule matches (in case a hook asked anyway).
     TeamDecision decidePrompt(const QString& tool, const QJsonObject& input, bool isQuestion) const;
-    // The allow reason when an always rule answers the prompt ("Allowed by your team's rule: ..."),
-    // logged; none when the person decides.
-    std::optional<QString> allowReasonFor(const QString& agent, const QString& tool, const QJsonObject& input,
-                                          bool isQuestion) const;
+    // The team's answer to a prompt, logged: a never rule's deny or an always rule's allow, with its
+    // reason ("Denied by your team's rule: ..."); none when the person decides.
+    std::optional<TeamVerdict> answerFor(const QString& agent, const QString& tool, const QJsonObject& input,
+                                         bool isQuestion) const;
 
     // The person's own override of one always rule; kept in the preferences.
     Q_INVOKABLE void setAlwaysRuleOn(const QString& identifier, bool on);

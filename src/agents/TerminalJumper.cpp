@@ -1,13 +1,12 @@
 #include "agents/TerminalJumper.h"
 
+#include "agents/ApprovalsFolder.h"
 #include "agents/WindowActivator.h"
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/ProcessRun.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -108,12 +107,12 @@ std::optional<TerminalJumper::Target> TerminalJumper::parse(const QByteArray& re
 QList<TerminalJumper::Target> TerminalJumper::loadTargets(const QString& approvalsFolder)
 {
     QList<Target> targets;
-    const QDir folder(approvalsFolder);
-    for (const QString& name : folder.entryList({QStringLiteral("term-*.json")}, QDir::Files)) {
-        QFile file(folder.filePath(name));
-        if (QFileInfo(file).isSymLink() || !file.open(QIODevice::ReadOnly))
+    const ApprovalsFolder folder(approvalsFolder);
+    for (const QString& name : folder.files()) {
+        if (!name.startsWith(QStringLiteral("term-")) || !name.endsWith(QStringLiteral(".json")))
             continue;
-        if (const auto target = parse(file.readAll()))
+        const auto record = folder.read(name); // never through a link
+        if (const auto target = record ? parse(*record) : std::nullopt)
             targets.append(*target);
     }
     return targets;

@@ -1,9 +1,9 @@
 #include "agents/UsageMonitor.h"
 
+#include "agents/ApprovalsFolder.h"
 #include "agents/ApprovalsFolderWatch.h"
 #include "app/Log.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace norva {
@@ -67,21 +67,22 @@ void UsageMonitor::hide(const QString& line)
 
 void UsageMonitor::refresh()
 {
-    const QString path = m_folder + QLatin1Char('/') + UsageBridge::limitsFile;
-    const QFileInfo info(path);
-    if (!info.exists())
+    const ApprovalsFolder folder(m_folder);
+    const QFileInfo info(folder.filePath(UsageBridge::limitsFile));
+    if (!info.exists() && !info.isSymLink())
         return hide(kPrefix + QStringLiteral(": no statusline data yet (the usage bridge has not written "
                                              "rate-limits.json), hiding"));
-    QFile file(path);
-    if (info.isSymLink() || !file.open(QIODevice::ReadOnly))
+    // Read through ApprovalsFolder, so a link planted under the name is never followed.
+    const auto modified = folder.modified(UsageBridge::limitsFile);
+    const auto bytes = folder.read(UsageBridge::limitsFile);
+    if (!modified || !bytes)
         return hide(kPrefix + QStringLiteral(" is hidden (the file could not be read)"));
-    const QByteArray bytes = file.readAll();
     const QDateTime now = m_clock.now();
-    const double age = info.lastModified().secsTo(now);
+    const double age = modified->secsTo(now);
     if (age > kStaleReadingSeconds)
         return hide(kPrefix + QStringLiteral(": the last reading is ") +
                     QString::number(qint64(age) / kSecondsPerHour) + QStringLiteral(" h old, hiding"));
-    const UsageBridge::Reading reading = UsageBridge::parseLimits(bytes, now);
+    const UsageBridge::Reading reading = UsageBridge::parseLimits(*bytes, now);
     if (!reading.ok()) {
         if (reading.failure == QStringLiteral("not a JSON object"))
             return hide(kPrefix + QStringLiteral(" is hidden (rate_limits is not an object)"));

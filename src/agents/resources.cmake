@@ -6,6 +6,7 @@ qt_add_resources(norva_core "agent_hook_scripts"
         agents/scripts/common.sh
         agents/scripts/pretooluse.sh
         agents/scripts/posttooluse.sh
+        agents/scripts/permissionrequest.sh
         agents/scripts/codex-hook.sh
         agents/scripts/copilot-hook.sh)
 

@@ -167,7 +167,7 @@ void NorvaApp::exposeToQml()
 
 // Team rules, Claude Code's usage windows and the terminal jump-back. The team's never rules keep
 // the agent hooks installed (AgentPromptSwitch::setTeamNeedsHooks follows hooksNeededChanged), and
-// its always rules answer notch prompts (AgentPromptsManager::setAutoAllow with allowReasonFor).
+// its rules answer notch prompts before they show (AgentPromptsManager::setTeamAnswer with answerFor).
 void NorvaApp::startAgentsTeam()
 {
     m_team = std::make_unique<TeamPolicy>(*m_settings, m_clock, m_approvalsFolder,
@@ -178,8 +178,8 @@ void NorvaApp::startAgentsTeam()
                 &AgentPromptSwitch::setTeamNeedsHooks);
         m_promptSwitch->setTeamNeedsHooks(m_team->hasNeverRules());
     }
-    m_agentPrompts->setAutoAllow([team = m_team.get()](const PromptCard& card) {
-        return team->allowReasonFor(CodingAgents::word(card.agent), card.tool, card.input, card.isQuestion);
+    m_agentPrompts->setTeamAnswer([team = m_team.get()](const PromptCard& card) {
+        return team->answerFor(CodingAgents::word(card.agent), card.tool, card.input, card.isQuestion);
     });
     m_usage = std::make_unique<UsageMonitor>(m_clock, m_approvalsFolder);
     m_usage->start();

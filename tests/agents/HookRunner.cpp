@@ -15,28 +15,17 @@
 
 namespace norva::test {
 
-HookRunner::HookRunner(const TempHome& home) : m_folder(Paths::approvalsFolder())
+HookRunner::HookRunner(const TempHome&) : m_folder(Paths::approvalsFolder())
 {
     const ApprovalsFolder folder(m_folder);
-    for (const char* script : {"pretooluse.sh", "posttooluse.sh", "codex-hook.sh", "copilot-hook.sh"})
+    for (const char* script :
+         {"pretooluse.sh", "posttooluse.sh", "permissionrequest.sh", "codex-hook.sh", "copilot-hook.sh"})
         HookScripts::write(QString::fromLatin1(script), folder);
-    m_stubs = home.file(QStringLiteral("stubs"));
-    const QString date =
-        home.write(QStringLiteral("stubs/date"),
-                   "#!/bin/sh\n"
-                   "if [ -n \"$NORVA_TEST_NOW\" ] && [ \"$1\" = +%s ]; then echo \"$NORVA_TEST_NOW\"; "
-                   "else exec /bin/date \"$@\"; fi\n");
-    QFile::setPermissions(date, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 bool HookRunner::exists(const QString& name) const
 {
     return QFile::exists(file(name));
-}
-
-qint64 HookRunner::now() const
-{
-    return m_now != 0 ? m_now : QDateTime::currentSecsSinceEpoch();
 }
 
 void HookRunner::age(const QString& name, qint64 seconds)
@@ -46,7 +35,7 @@ void HookRunner::age(const QString& name, qint64 seconds)
         QFile made(file(name));
         made.open(QIODevice::WriteOnly);
     }
-    const qint64 when = now() - seconds;
+    const qint64 when = QDateTime::currentSecsSinceEpoch() - seconds;
     utimbuf times{static_cast<time_t>(when), static_cast<time_t>(when)};
     ::utime(path.constData(), &times);
 }
@@ -54,9 +43,7 @@ void HookRunner::age(const QString& name, qint64 seconds)
 QProcessEnvironment HookRunner::environment() const
 {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("PATH"), m_stubs + QStringLiteral(":/usr/bin:/bin"));
-    if (m_now != 0)
-        env.insert(QStringLiteral("NORVA_TEST_NOW"), QString::number(m_now));
+    env.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
     for (auto it = m_env.cbegin(); it != m_env.cend(); ++it)
         env.insert(it.key(), it.value());
     return env;

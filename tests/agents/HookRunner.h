@@ -12,8 +12,7 @@
 
 namespace norva::test {
 
-// Runs Norva's hook scripts for real with sh, inside a temporary HOME. A stand-in `date` on PATH
-// answers NORVA_TEST_NOW when a test sets a fixed "now", so the 30 s boundary is exact.
+// Runs Norva's hook scripts for real with sh, inside a temporary HOME.
 class HookRunner {
 public:
     struct Result {
@@ -28,9 +27,6 @@ public:
     QString file(const QString& name) const { return m_folder + QLatin1Char('/') + name; }
     bool exists(const QString& name) const;
 
-    // A fixed "now" for the scripts (whole seconds since the epoch); 0 goes back to the real time.
-    void setNow(qint64 epoch) { m_now = epoch; }
-    qint64 now() const;
     void setEnv(const QString& name, const QString& value) { m_env.insert(name, value); }
     // Sets a file's modification time to now minus `age` seconds (creating it when missing).
     void age(const QString& name, qint64 seconds);
@@ -52,8 +48,6 @@ private:
     QProcessEnvironment environment() const;
 
     QString m_folder;
-    QString m_stubs;
-    qint64 m_now = 0;
     QMap<QString, QString> m_env;
 };
 

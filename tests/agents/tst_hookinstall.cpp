@@ -112,12 +112,24 @@ private slots:
         QCOMPARE(hook.value("command").toString(),
                  QStringLiteral("sh '") + home.path() +
                      QStringLiteral("/.local/share/Norva/approvals/pretooluse.sh'"));
+        QCOMPARE(hook.value("statusMessage").toString(), QStringLiteral("Answer on the Norva notch"));
+
+        const QJsonArray permission = eventEntries(path, "PermissionRequest");
+        QCOMPARE(permission.size(), 1);
+        QCOMPARE(permission.at(0).toObject().value("matcher").toString(), QStringLiteral("*"));
+        const QJsonObject asks = permission.at(0).toObject().value("hooks").toArray().at(0).toObject();
+        QCOMPARE(asks.value("command").toString(),
+                 QStringLiteral("sh '") + home.path() +
+                     QStringLiteral("/.local/share/Norva/approvals/permissionrequest.sh'"));
+        QCOMPARE(asks.value("timeout").toInt(), 86400);
+        QCOMPARE(asks.value("statusMessage").toString(), QStringLiteral("Answer on the Norva notch"));
 
         const QJsonArray post = eventEntries(path, "PostToolUse");
         QCOMPARE(post.size(), 2);
         QCOMPARE(post.at(1).toObject().value("matcher").toString(), QStringLiteral("AskUserQuestion"));
         QCOMPARE(post.at(1).toObject().value("hooks").toArray().at(0).toObject().value("timeout").toInt(),
                  10);
+        QVERIFY(!post.at(1).toObject().value("hooks").toArray().at(0).toObject().contains("statusMessage"));
         QCOMPARE(readJson(path).value("model").toString(), QStringLiteral("opus"));
         QCOMPARE(eventEntries(path, "Stop").size(), 1);
         QVERIFY(ApprovalHook::isInstalled());
@@ -140,6 +152,38 @@ private slots:
         QCOMPARE(readJson(path), before);
         QVERIFY(!ApprovalHook::isInstalled());
         QCOMPARE(ApprovalHook::installedTimeout(), std::nullopt);
+    }
+
+    // A machine with the older installation (a PreToolUse entry that held every call, no
+    // PermissionRequest entry) gets the new entries at the next install; the person's own hooks,
+    // PermissionRequest ones included, stay as they were, and removal takes all of Norva's away.
+    void olderInstallationIsUpgradedAndRemovedWhole()
+    {
+        test::TempHome home;
+        const QString oldCommand = "sh '" + home.path() + "/.local/share/Norva/approvals/pretooluse.sh'";
+        const QJsonObject oldEntry{
+            {"matcher", "Bash|Edit|Write|MultiEdit|NotebookEdit|WebFetch|WebSearch|AskUserQuestion"},
+            {"hooks", QJsonArray{QJsonObject{{"type", "command"}, {"command", oldCommand}, {"timeout", 86400}}}}};
+        const QJsonObject before{
+            {"hooks", QJsonObject{{"PreToolUse", QJsonArray{userEntry("Bash", "echo mine"), oldEntry}},
+                                  {"PermissionRequest", QJsonArray{userEntry("Read", "echo my dialog")}}}}};
+        const QString path = home.write(".claude/settings.json", QJsonDocument(before).toJson());
+        QVERIFY(ApprovalHook::install().ok);
+        const QJsonArray pre = eventEntries(path, "PreToolUse");
+        QCOMPARE(pre.size(), 2);
+        QCOMPARE(pre.at(0).toObject(), userEntry("Bash", "echo mine"));
+        QCOMPARE(pre.at(1).toObject().value("hooks").toArray().at(0).toObject().value("statusMessage").toString(),
+                 QStringLiteral("Answer on the Norva notch"));
+        const QJsonArray permission = eventEntries(path, "PermissionRequest");
+        QCOMPARE(permission.size(), 2);
+        QCOMPARE(permission.at(0).toObject(), userEntry("Read", "echo my dialog"));
+        QCOMPARE(markedCount(permission, "Norva/approvals/permissionrequest.sh"), 1);
+
+        QVERIFY(ApprovalHook::uninstall().ok);
+        const QJsonObject hooks = readJson(path).value("hooks").toObject();
+        QCOMPARE(hooks.value("PreToolUse").toArray(), QJsonArray{userEntry("Bash", "echo mine")});
+        QCOMPARE(hooks.value("PermissionRequest").toArray(), QJsonArray{userEntry("Read", "echo my dialog")});
+        QVERIFY(!hooks.contains("PostToolUse"));
     }
 
     void noSettingsFileMakesOneWithOnlyHooksAndNoBackup()
@@ -173,7 +217,7 @@ private slots:
         home.write(".claude/settings.json", "{\"zeta\":1,\"alpha\":2}");
         QVERIFY(ApprovalHook::install().ok);
         const QByteArray text = test::TempHome::read(ApprovalHook::settingsPath());
-        QVERIFY(text.startsWith("{\n    \"alpha\": 2,\n    \"hooks\": {\n        \"PostToolUse\""));
+        QVERIFY(text.startsWith("{\n    \"alpha\": 2,\n    \"hooks\": {\n        \"PermissionRequest\""));
         QVERIFY(text.indexOf("\"PreToolUse\"") > text.indexOf("\"PostToolUse\""));
         QVERIFY(text.indexOf("\"zeta\"") > text.indexOf("\"hooks\""));
     }
@@ -212,13 +256,12 @@ private slots:
                                      .toArray()
                                      .at(0)
                                      .toObject();
-        // No heartbeat: the script must run and hand the prompt to the terminal.
-        const QByteArray out =
-            runShell(hook.value("command").toString(),
-                     R"({"tool_name":"Bash","permission_mode":"default","tool_use_id":"t1"})");
-        QCOMPARE(out.trimmed(),
-                 QByteArray(
-                     R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})"));
+        // With a fresh heartbeat the script takes a question to the folder under that home.
+        QVERIFY(ApprovalsFolder(Paths::approvalsFolder()).write("heartbeat", QByteArray()).ok);
+        const QByteArray out = runShell(hook.value("command").toString(),
+                                        R"({"tool_name":"AskUserQuestion","tool_use_id":"t1"})");
+        QCOMPARE(out, QByteArray());
+        QVERIFY(QFile::exists(Paths::approvalsFolder() + "/pending-t1.json"));
         QCOMPARE(HookScripts::shellQuoted("it's"), QStringLiteral("'it'\\''s'"));
     }
 
@@ -228,7 +271,8 @@ private slots:
         QVERIFY(ApprovalHook::install().ok);
         QVERIFY(CodexHook::install().ok);
         QVERIFY(CopilotCLIHook::install().ok);
-        for (const char* name : {"pretooluse.sh", "posttooluse.sh", "codex-hook.sh", "copilot-hook.sh"}) {
+        for (const char* name :
+             {"pretooluse.sh", "posttooluse.sh", "permissionrequest.sh", "codex-hook.sh", "copilot-hook.sh"}) {
             const QString path = Paths::approvalsFolder() + "/" + name;
             const QByteArray text = test::TempHome::read(path);
             QVERIFY2(!text.contains("@NORVA_"), name);

@@ -13,20 +13,26 @@ using test::HookRunner;
 
 namespace {
 
-const QByteArray askBody =
-    R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"ask"}})";
 const QByteArray codexAllow =
     R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})";
 const QByteArray denyBody =
     R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied by your team's rule: never run git push*"}})";
-constexpr qint64 fixedNow = 1900000000;
 
+// Claude Code's payloads as 2.1.330 sends them (recorded from a real session), key for key.
 QByteArray claudePayload(const QString& tool, const QString& mode, const QString& id,
                          const QString& session = "s-1")
 {
     return QStringLiteral(
-               R"({"session_id":"%4","transcript_path":"/tmp/t.jsonl","cwd":"/work/app","hook_event_name":"PreToolUse","tool_name":"%1","tool_input":{"command":"git push"},"permission_mode":"%2","tool_use_id":"%3"})")
+               R"({"session_id":"%4","transcript_path":"/tmp/t.jsonl","cwd":"/work/app","prompt_id":"32b2e892-1542-4194-b7c4-0890f0e67016","permission_mode":"%2","effort":{"level":"medium"},"hook_event_name":"PreToolUse","tool_name":"%1","tool_input":{"command":"git push","description":"Push"},"tool_use_id":"%3"})")
         .arg(tool, mode, id, session)
+        .toUtf8();
+}
+
+QByteArray claudePermissionPayload(const QString& mode = "default", const QString& session = "s-1")
+{
+    return QStringLiteral(
+               R"({"session_id":"%2","transcript_path":"/tmp/t.jsonl","cwd":"/work/app","prompt_id":"32b2e892-1542-4194-b7c4-0890f0e67016","permission_mode":"%1","effort":{"level":"medium"},"hook_event_name":"PermissionRequest","tool_name":"Bash","tool_input":{"command":"touch made-by-claude","description":"run it"},"permission_suggestions":[{"type":"addDirectories","directories":["/work/app"],"destination":"session"},{"type":"setMode","mode":"acceptEdits","destination":"session"}]})")
+        .arg(mode, session)
         .toUtf8();
 }
 
@@ -69,17 +75,13 @@ private slots:
         QFETCH(bool, alive);
         test::TempHome home;
         HookRunner hooks(home);
-        hooks.setNow(fixedNow);
         if (age >= 0)
             hooks.age("heartbeat", age);
-        // An answer already waiting shows whether the hook went to the notch at all.
-        hooks.answer("resp-t1", R"({"answer":"from notch"})");
-        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t1"));
+        // A question goes to the notch only while Norva is alive.
+        const auto result = hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "t1"));
         QCOMPARE(result.exitCode, 0);
-        QCOMPARE(result.out.trimmed(), alive ? QByteArray(R"({"answer":"from notch"})") : askBody);
-        QCOMPARE(hooks.exists("resp-t1"), !alive);
-        QVERIFY(!hooks.exists("pending-t1.json"));
-        QVERIFY(!hooks.exists("alive-t1"));
+        QCOMPARE(result.out, QByteArray());
+        QCOMPARE(hooks.exists("pending-t1.json"), alive);
     }
 
     void emptyResponseHandsBackInEachAgentsWay_data()
@@ -89,8 +91,8 @@ private slots:
         QTest::addColumn<QByteArray>("payload");
         QTest::addColumn<QString>("prefix");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t2")
-                                << "pending-t2" << askBody;
+        QTest::newRow("claude") << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
+                                << "pending-claude-s-1-" << QByteArray();
         QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
                                << "pending-codex-cx-1-" << QByteArray("{}");
         QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
@@ -127,8 +129,8 @@ private slots:
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<QByteArray>("payload");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t3")
-                                << askBody;
+        QTest::newRow("claude") << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
+                                << QByteArray();
         QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
                                << QByteArray("{}");
         QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
@@ -163,11 +165,11 @@ private slots:
         QTest::addColumn<QByteArray>("payload");
         QTest::addColumn<QByteArray>("expected");
         QTest::newRow("claude permission")
-            << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t4") << askBody;
+            << "permissionrequest.sh" << QStringList() << claudePermissionPayload() << QByteArray();
+        QTest::newRow("claude tool call")
+            << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t4") << QByteArray();
         QTest::newRow("claude question") << "pretooluse.sh" << QStringList()
                                          << claudePayload("AskUserQuestion", "default", "t5") << QByteArray();
-        QTest::newRow("claude without id")
-            << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "") << askBody;
         QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
                                << QByteArray("{}");
         QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
@@ -189,7 +191,30 @@ private slots:
         QVERIFY(hooks.names("alive-").isEmpty());
     }
 
-    void otherModesAreLeftToClaudeButStillChecked()
+    // With Norva alive, a tool call is never held: Claude Code's own rules decide, and only its
+    // permission dialog comes to the notch (through permissionrequest.sh).
+    void toolCallsAreLeftToClaude_data()
+    {
+        QTest::addColumn<QString>("mode");
+        QTest::newRow("default") << "default";
+        QTest::newRow("acceptEdits") << "acceptEdits";
+        QTest::newRow("plan") << "plan";
+    }
+    void toolCallsAreLeftToClaude()
+    {
+        QFETCH(QString, mode);
+        test::TempHome home;
+        HookRunner hooks(home);
+        hooks.freshHeartbeat();
+        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", mode, "t11"));
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(result.out, QByteArray());
+        QVERIFY(hooks.names("pending-").isEmpty());
+        QVERIFY(hooks.names("alive-").isEmpty());
+        QVERIFY(hooks.exists("term-s-1.json")); // the session's first call leaves its jump-back record
+    }
+
+    void neverRulesAreCheckedInEveryMode()
     {
         test::TempHome home;
         HookRunner hooks(home);
@@ -250,6 +275,8 @@ private slots:
         QTest::addColumn<QByteArray>("expected");
         QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t9")
                                 << QByteArray();
+        QTest::newRow("claude permission")
+            << "permissionrequest.sh" << QStringList() << claudePermissionPayload() << QByteArray();
         QTest::newRow("claude question")
             << "pretooluse.sh" << QStringList() << claudePayload("AskUserQuestion", "default", "t10")
             << QByteArray();
@@ -449,12 +476,15 @@ private slots:
     {
         test::TempHome home;
         HookRunner hooks(home);
+        hooks.freshHeartbeat();
         hooks.answer("term-s-9.json", "old");
         hooks.age("term-s-9.json", 200);
-        hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t11", "s-9"));
+        hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "t11", "s-9"));
         QCOMPARE(test::TempHome::read(hooks.file("term-s-9.json")), QByteArray("old"));
         hooks.age("term-s-9.json", 301);
         hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t12", "s-9"));
+        QCOMPARE(test::TempHome::read(hooks.file("term-s-9.json")), QByteArray("old")); // a tool call makes it only when missing
+        hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "t13", "s-9"));
         const QJsonObject identity =
             QJsonDocument::fromJson(test::TempHome::read(hooks.file("term-s-9.json"))).object();
         QCOMPARE(identity.value("cwd").toString(), QStringLiteral("/work/app"));
@@ -468,9 +498,10 @@ private slots:
         hooks.freshHeartbeat();
         // A payload whose tool input repeats "tool_use_id" later on the line: the last one wins.
         const QByteArray payload =
-            R"({"tool_name":"Bash","permission_mode":"default","tool_use_id":"first","tool_input":{"tool_use_id":"last"}})";
-        hooks.answer("resp-last", R"({"x":1})");
-        QCOMPARE(hooks.run("pretooluse.sh", payload).out.trimmed(), QByteArray(R"({"x":1})"));
+            R"({"tool_name":"AskUserQuestion","tool_use_id":"first","tool_input":{"tool_use_id":"last"}})";
+        QCOMPARE(hooks.run("pretooluse.sh", payload).out, QByteArray());
+        QVERIFY(hooks.exists("pending-last.json"));
+        QVERIFY(!hooks.exists("pending-first.json"));
     }
 
     void slashInAnIdNeverLeavesTheFolder()
@@ -478,8 +509,9 @@ private slots:
         test::TempHome home;
         HookRunner hooks(home);
         hooks.freshHeartbeat();
-        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", "default", "../../escape"));
-        QCOMPARE(result.out.trimmed(), askBody);
+        const auto result = hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "../../escape"));
+        QCOMPARE(result.out, QByteArray());
+        QVERIFY(hooks.names("pending-").isEmpty());
         QVERIFY(!QFile::exists(home.file(".local/share/escape.json")));
         QVERIFY(!QFile::exists(home.file(".local/share/pending-../../escape.json")));
     }

@@ -67,6 +67,25 @@ private slots:
                  LiveActivityCoordinator::Outcome::notLive);
     }
 
+    // A call the team denied shows as a short notice that leaves by itself, never as a question.
+    void teamDenialIsAShortNotice()
+    {
+        test::TempHome home;
+        Published published;
+        PromptCard card;
+        card.id = QStringLiteral("claude-s-9");
+        card.tool = QStringLiteral("Bash");
+        emit published.manager->promptDeniedByTeam(card, "Denied by your team's rule: never run git push*");
+        const LiveActivity* live = published.coordinator.find("agent-team-denied-claude-s-9");
+        QVERIFY(live);
+        QCOMPARE(live->content.kind(), ActivityContent::Kind::teamNotice);
+        QCOMPARE(live->text.title, QStringLiteral("Denied by the team"));
+        QCOMPARE(live->text.detail, QStringLiteral("Denied by your team's rule: never run git push*"));
+        QVERIFY(published.coordinator.find("agent-prompt-claude-s-9") == nullptr);
+        published.clock.advance(Seconds(5));
+        QVERIFY(published.coordinator.find("agent-team-denied-claude-s-9") == nullptr);
+    }
+
     // Only a question opens the notch by itself, and only when the person switched that on.
     void onlyAnAllowedQuestionWantsThePageOpened_data()
     {

@@ -145,6 +145,63 @@ private slots:
             QVERIFY(!folder.exists(companion.section(':', 0, 0)));
     }
 
+    // A prompt file Norva will not read is answered at once with the hand-back, with one log line:
+    // the agent asks in its terminal instead of waiting for a card that never comes.
+    void unreadablePromptIsHandedBackAtOnce_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("over 4 MB") << "large" << "its prompt file is over 4 MB";
+        QTest::newRow("not JSON") << "text" << "its prompt file is not JSON";
+        QTest::newRow("a link") << "link" << "its prompt file is a link";
+    }
+    void unreadablePromptIsHandedBackAtOnce()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, why);
+        test::TempHome home;
+        test::LogCapture log;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        if (kind == "large")
+            folder.write("pending-big.json", R"({"tool_name":"Write","tool_input":{"content":")" +
+                                                 QByteArray(5 * 1024 * 1024, 'x') + R"("}})");
+        else if (kind == "text")
+            folder.write("pending-big.json", "not json at all");
+        else
+            QVERIFY(QFile::link(home.file("elsewhere.json"), folder.filePath("pending-big.json")));
+        const QList<PromptCard> cards = PendingScan::run(folder, QDateTime::currentDateTimeUtc());
+        QVERIFY(cards.isEmpty());
+        QCOMPARE(folder.read("resp-big"), std::optional<QByteArray>(QByteArray()));
+        QVERIFY(!QFileInfo::exists(folder.filePath("pending-big.json")) &&
+                !QFileInfo(folder.filePath("pending-big.json")).isSymLink());
+        QCOMPARE(log.count("Norva agents: handed big back to the terminal (" + why + ")"), 1);
+        PendingScan::run(folder, QDateTime::currentDateTimeUtc());
+        QCOMPARE(log.count("Norva agents: handed big"), 1);
+    }
+
+    // A waiting hook writes its process id into its alive file; once that process is gone (the agent
+    // killed the hook), the card goes at the next scan instead of after two minutes.
+    void cardOfAGoneHookIsDropped()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        folder.write("pending-p.json", bashPayload);
+        folder.write("alive-p", QByteArray::number(QCoreApplication::applicationPid()));
+        QCOMPARE(PendingScan::run(folder, QDateTime::currentDateTimeUtc()).size(), 1);
+        QProcess sleeper; // a hook's shell, surely gone once killed and reaped
+        sleeper.start("sleep", {"30"});
+        QVERIFY(sleeper.waitForStarted());
+        const qint64 pid = sleeper.processId();
+        sleeper.kill();
+        QVERIFY(sleeper.waitForFinished());
+        folder.write("alive-p", QByteArray::number(pid));
+        QVERIFY(PendingScan::run(folder, QDateTime::currentDateTimeUtc()).isEmpty());
+        QVERIFY(!folder.exists("pending-p.json"));
+        QVERIFY(!folder.exists("alive-p"));
+    }
+
     void cardsReadEachAgentsPayload_data()
     {
         QTest::addColumn<QString>("id");

@@ -36,7 +36,7 @@ QByteArray bash(const QString& id, const QString& command)
         .toJson(QJsonDocument::Compact);
 }
 
-// A running Norva's prompt manager with the team's always rules answering before a card shows.
+// A running Norva's prompt manager with the team's rules answering before a card shows.
 struct Core {
     test::ManualClock clock{QDateTime::currentDateTimeUtc()};
     PreferencesFile prefs{Paths::preferencesFile()};
@@ -52,12 +52,12 @@ struct Core {
         QDir().mkpath(Paths::dataFolder());
         QFile out(rulesFile);
         out.open(QIODevice::WriteOnly);
-        out.write(R"({"rules":[{"id":"st","action":"always","kind":"run","pattern":"git status*"}]})");
+        out.write(R"({"rules":[{"id":"st","action":"always","kind":"run","pattern":"git status*"},
+                               {"id":"np","action":"never","kind":"run","pattern":"git push*"}]})");
         out.close();
         policy.start();
-        manager.setAutoAllow([this](const PromptCard& card) {
-            return policy.allowReasonFor(CodingAgents::word(card.agent), card.tool, card.input,
-                                         card.isQuestion);
+        manager.setTeamAnswer([this](const PromptCard& card) {
+            return policy.answerFor(CodingAgents::word(card.agent), card.tool, card.input, card.isQuestion);
         });
         manager.start();
     }
@@ -104,6 +104,53 @@ private slots:
         core.folder.write("pending-toolu_11.json", bash("toolu_11", "git status"));
         QTRY_COMPARE_WITH_TIMEOUT(core.manager.prompts().size(), 1, 5000);
         QVERIFY(!core.folder.exists("resp-toolu_11"));
+    }
+
+    // A never rule denies a prompt that reached the notch in any mode of any agent: the hook gets the
+    // team's deny body at once and no card (with its Allow) ever shows.
+    void neverRuleDeniesBeforeACardShows_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("decisionPath"); // where the deny sits in the body
+        QTest::newRow("claude permission request")
+            << "claude-s1-4242"
+            << QByteArray(R"({"hook_event_name":"PermissionRequest","tool_name":"Bash",)"
+                          R"("tool_input":{"command":"git status && git push origin main"}})")
+            << "hookSpecificOutput/decision";
+        QTest::newRow("codex") << "codex-s2-77"
+                               << QByteArray(R"({"tool_name":"shell","tool_input":{"command":["bash","-lc","git push"]}})")
+                               << "hookSpecificOutput/decision";
+        QTest::newRow("copilot") << "copilot-s3-78"
+                                 << QByteArray(R"({"sessionId":"s3","toolName":"bash","toolInput":{"command":"git push -f"}})")
+                                 << "";
+    }
+    void neverRuleDeniesBeforeACardShows()
+    {
+        QFETCH(QString, id);
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, decisionPath);
+        test::TempHome home;
+        test::LogCapture log;
+        Core core;
+        QSignalSpy denied(&core.manager, &AgentPromptsManager::promptDeniedByTeam);
+        core.folder.write("pending-" + id + ".json", payload);
+        QTRY_COMPARE_WITH_TIMEOUT(denied.size(), 1, 5000);
+        QCOMPARE(denied.at(0).at(1).toString(), QStringLiteral("Denied by your team's rule: never run git push*"));
+        QVERIFY(core.manager.prompts().isEmpty());
+        QCOMPARE(core.alerts.chimes, 0);
+        const auto answer = core.folder.read("resp-" + id);
+        QVERIFY(answer);
+        QJsonObject decision = QJsonDocument::fromJson(*answer).object();
+        for (const QString& key : decisionPath.split('/', Qt::SkipEmptyParts))
+            decision = decision.value(key).toObject();
+        QCOMPARE(decision.value("behavior").toString(), QStringLiteral("deny"));
+        QCOMPARE(decision.value("message").toString(), QStringLiteral("Denied by your team's rule: never run git push*"));
+
+        core.manager.scanPending();
+        QTest::qWait(100);
+        QCOMPARE(denied.size(), 1); // answered once
+        QVERIFY(core.manager.prompts().isEmpty());
     }
 
     void codexAllowBodyCarriesNoMessage()

@@ -12,6 +12,15 @@ s/.*\"$k\"[[:blank:]]*:[[:blank:]]*\"\\([^\"]*\\)\".*/$k=\\1/p"
     done
 }
 
+# read_fields key...: the payload's wanted fields into F, for pick (one sed).
+read_fields() {
+    fields_program "$@"
+    F=$(sed -n "$PROG" <<EOF
+$P
+EOF
+)
+}
+
 # pick VAR key: the key's value from $F into VAR. The values of several lines are joined by newlines,
 # unless FIRST_ONLY is set: then only the first line that has the key counts.
 pick() {
@@ -37,19 +46,22 @@ pick() {
     eval "$1=\$v"
 }
 
-# Modification time in whole seconds; 0 when it cannot be read (GNU stat on Linux, BSD stat elsewhere).
+# Norva is alive while its heartbeat is at most 30 whole seconds old. On Linux one find tells it
+# (GNU find reads fractional minutes: under 31 s); elsewhere stat and date. Once a hook knows,
+# ALIVE=1 spares it the test for the rest of the call.
 if [ -d /proc/self ]; then
-    mtime() { stat -c %Y "$1" 2>/dev/null || echo 0; }
+    alive() {
+        [ -n "${ALIVE:-}" ] && return 0
+        [ -f "$HB" ] && [ -n "$(find "$HB" -mmin -0.5167 2>/dev/null)" ] && ALIVE=1
+    }
 else
-    mtime() { stat -f %m "$1" 2>/dev/null || echo 0; }
+    alive() {
+        [ -n "${ALIVE:-}" ] && return 0
+        [ -f "$HB" ] || return 1
+        m=$(stat -f %m "$HB" 2>/dev/null || echo 0)
+        [ $(($(date +%s) - ${m:-0})) -le 30 ] && ALIVE=1
+    }
 fi
-
-# Norva is alive while its heartbeat is at most 30 s old.
-alive() {
-    [ -f "$HB" ] || return 1
-    m=$(mtime "$HB")
-    [ $(($(date +%s) - ${m:-0})) -le 30 ]
-}
 
 # The command name and the parent of process $1, into PC and PP: from /proc where there is one
 # (no process started), else from ps.
@@ -148,9 +160,12 @@ deny_check() {
 
 # Waits for Norva's answer to prompt $ID: 0.1 s rounds for the first minute, then 0.5 s, touching
 # alive-ID every 50 rounds. Sets A to the answer; returns 1 when the heartbeat went stale first.
-# There is no overall limit: the agent's own hook timeout is the only outer bound.
+# There is no overall limit: the agent's own hook timeout is the only outer bound. The alive file
+# holds this shell's process id and its parent's: when the agent kills either (Esc in Claude Code
+# kills the shell it started the hook with), Norva takes the card away and hands the prompt back,
+# which also ends this wait.
 wait_for_answer() {
-    : >"$D/alive-$ID" 2>/dev/null
+    printf '%s %s' "$$" "$PPID" >"$D/alive-$ID" 2>/dev/null
     i=0
     while :; do
         if [ -f "$D/resp-$ID" ]; then
@@ -158,12 +173,13 @@ wait_for_answer() {
             rm -f "$D/resp-$ID" "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
             return 0
         fi
+        ALIVE=
         if ! alive; then
             rm -f "$D/pending-$ID.json" "$D/alive-$ID" 2>/dev/null
             return 1
         fi
         i=$((i + 1))
-        [ $((i % 50)) -ne 0 ] || : >"$D/alive-$ID" 2>/dev/null
+        [ $((i % 50)) -ne 0 ] || printf '%s %s' "$$" "$PPID" >"$D/alive-$ID" 2>/dev/null
         if [ $i -lt 600 ]; then
             sleep 0.1
         else
