@@ -107,6 +107,10 @@ QString ClosedFaceModel::symbolFor(const ActivityContent& content)
     case Kind::sodalRecording:
     case Kind::minutesAutoRecord:
         return QStringLiteral("recording");
+    case Kind::timer:
+        if (const auto* countdown = content.payload<ActivityContent::Countdown>(); countdown && countdown->paused)
+            return QStringLiteral("timerPaused");
+        return QStringLiteral("timer");
     default:
         return ActivityContent::kindWord(content.kind());
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QImage>
 #include <QString>
 
@@ -69,9 +70,17 @@ public:
         bool planReady = false;
         bool operator==(const ClaudeDone&) const = default;
     };
+    // A countdown for the closed notch: while it runs, its end; while paused, what remains.
+    struct Countdown {
+        std::optional<QDateTime> endsAt; // absent while paused
+        double remaining = 0.0;          // seconds left when last published
+        bool paused = false;
+        double progress = 0.0;           // 0...1 of the whole length gone by
+        bool operator==(const Countdown&) const = default;
+    };
 
     using Payload = std::variant<std::monostate, DownloadState, AgentStep, Level, Charging, Screenshot,
-                                 DeviceEvent, Recorder, MinutesFiled, ClaudeDone>;
+                                 DeviceEvent, Recorder, MinutesFiled, ClaudeDone, Countdown>;
 
     // An announcement with nothing in it, so a LiveActivity can be declared before it is filled in.
     ActivityContent() = default;
@@ -87,7 +96,8 @@ public:
     static ActivityContent device(DeviceEvent event) { return {Kind::device, event}; }
     static ActivityContent meeting() { return {Kind::meeting, {}}; }
     static ActivityContent taskDue() { return {Kind::taskDue, {}}; }
-    static ActivityContent timer() { return {Kind::timer, {}}; }
+    static ActivityContent timer() { return {Kind::timer, Countdown()}; }
+    static ActivityContent timer(Countdown countdown) { return {Kind::timer, countdown}; }
     static ActivityContent sodalRecording(Recorder recorder) { return {Kind::sodalRecording, recorder}; }
     static ActivityContent minutesFiled(MinutesFiled filed) { return {Kind::minutesFiled, std::move(filed)}; }
     static ActivityContent minutesAutoRecord() { return {Kind::minutesAutoRecord, {}}; }

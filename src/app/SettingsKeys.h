@@ -69,5 +69,7 @@ inline const QString hasLaunchedBefore = QStringLiteral("hasLaunchedBefore");
 inline const QString watchClaude = QStringLiteral("agents.watch.claude.v1");
 inline const QString quotaWarnedUntil = QStringLiteral("quota.warnedUntil");
 inline const QString hiddenNotchDrawn = QStringLiteral("install.hiddenNotchDrawn.v1");
+// Norva's own: whether a timer that completes plays the sound theme's "complete" (default on).
+inline const QString timerSound = QStringLiteral("timers.sound.v1");
 
 } // namespace norva::SettingsKeys

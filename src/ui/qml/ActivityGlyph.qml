@@ -17,7 +17,7 @@ Item {
         "download": "\u2193", "downloadPaused": "\u2016", "downloadDone": "\u2713",
         "brightness": "\u2600", "charging": "\u26A1", "battery": "\u26A1",
         "agentPrompt": "?", "agentWorking": "\u2026", "agentEdit": "\u270E", "agentRun": "\u25B6",
-        "agentProse": "\u2026", "meeting": "\u260E", "taskDue": "\u2691", "timer": "\u25CF",
+        "agentProse": "\u2026", "meeting": "\u260E", "taskDue": "\u2691", "timer": "\u25CF", "timerPaused": "\u2016",
         "recording": "\u25CF", "minutesFiled": "\u2709", "listening": "\u266A", "claudeDone": "\u2713",
         "alert": "\u26A0", "announcement": "\u2605", "teamNotice": "\u2691", "reviewNudge": "\u2605",
         "shelf": "\u2630", "quota": "\u2139", "device": "\u2328", "screenshot": "\u2750"
