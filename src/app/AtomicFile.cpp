@@ -4,7 +4,23 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
+#include <cstring>
+
 namespace norva {
+namespace {
+
+// QSaveFile often reports a failed flush or commit as "Unknown error"; the system's own words
+// (errno, still set by the failing write) say what happened ("No space left on device").
+QString failureOf(const QSaveFile& file, int systemError)
+{
+    const QString words = file.errorString();
+    if (systemError != 0 && (words.isEmpty() || words == QLatin1String("Unknown error")))
+        return QString::fromLocal8Bit(std::strerror(systemError));
+    return words;
+}
+
+} // namespace
 
 std::optional<QString> writeFileAtomically(const QString& path, const QByteArray& bytes)
 {
@@ -13,13 +29,14 @@ std::optional<QString> writeFileAtomically(const QString& path, const QByteArray
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
+    errno = 0;
     if (file.write(bytes) != bytes.size()) {
-        const QString why = file.errorString();
+        const QString why = failureOf(file, errno);
         file.cancelWriting();
         return why;
     }
     if (!file.commit())
-        return file.errorString();
+        return failureOf(file, errno);
     return std::nullopt;
 }
 

@@ -15,9 +15,11 @@ std::optional<QString> writeFileAtomically(const QString& path, const QByteArray
 
 // Where a file Norva could not read is moved before Norva writes its own: beside it, named with
 // the moment in UTC ("clipboard.json.unreadable-20261118-100000") so a later one never meets it.
-inline QString unreadableCopyName(const QString& path, const QDateTime& now)
+// The notes are stamped the way a person reads a date ("yyyy-MM-dd-HHmmss").
+inline QString unreadableCopyName(const QString& path, const QDateTime& now,
+                                  const QString& stamp = QStringLiteral("yyyyMMdd-HHmmss"))
 {
-    return path + QStringLiteral(".unreadable-") + now.toUTC().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return path + QStringLiteral(".unreadable-") + now.toUTC().toString(stamp);
 }
 
 } // namespace norva

@@ -44,7 +44,7 @@ QJsonArray StoredList::load()
         if (error.error != QJsonParseError::NoError)
             why = QStringLiteral("it is not JSON: ") + error.errorString();
         else if (!document.isArray())
-            why = QStringLiteral("it is not a JSON list");
+            why = m_wording.notAList;
         else
             elements = document.array();
     }
@@ -68,18 +68,25 @@ bool StoredList::saveNow()
     m_pending.cancel();
     if (!m_snapshot)
         return false;
+    const bool saved = save();
+    if (m_onSaved)
+        m_onSaved();
+    return saved;
+}
+
+bool StoredList::save()
+{
     if (m_unreadable && !setAsideUnreadable()) {
-        m_lastSaveFailed = true;
+        m_lastSaveFailure = QStringLiteral("the unreadable file could not be kept aside");
         return false;
     }
     const QByteArray bytes = QJsonDocument(m_snapshot()).toJson(QJsonDocument::Compact);
-    if (const auto failure = writeFileAtomically(m_path, bytes)) {
-        logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") + *failure +
-                QStringLiteral("); the list stays as it is and is saved at its next change"));
-        m_lastSaveFailed = true;
+    m_lastSaveFailure = writeFileAtomically(m_path, bytes);
+    if (m_lastSaveFailure) {
+        logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") +
+                *m_lastSaveFailure + QStringLiteral("); the list stays as it is and is saved at its next change"));
         return false;
     }
-    m_lastSaveFailed = false;
     return true;
 }
 
@@ -89,7 +96,7 @@ bool StoredList::setAsideUnreadable()
         m_unreadable = false;
         return true;
     }
-    const QString aside = unreadableCopyName(m_path, m_clock.now());
+    const QString aside = unreadableCopyName(m_path, m_clock.now(), m_wording.stamp);
     QFile file(m_path);
     if (QFileInfo::exists(aside) || !file.rename(aside)) {
         const QString why = QFileInfo::exists(aside)
@@ -99,8 +106,8 @@ bool StoredList::setAsideUnreadable()
                 QStringLiteral(" (") + why + QStringLiteral("); left it as it is and did not save the list"));
         return false;
     }
-    logLine(m_area + QStringLiteral(": kept the unreadable ") + fileName() + QStringLiteral(" as ") +
-            QFileInfo(aside).fileName());
+    logLine(m_area + m_wording.setAside.arg(fileName(), QFileInfo(aside).fileName()));
+    m_setAsideName = QFileInfo(aside).fileName();
     m_unreadable = false;
     return true;
 }

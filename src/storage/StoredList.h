@@ -21,6 +21,14 @@ public:
     // The wait between a change and its save, so a burst of copies writes the file once.
     static constexpr Seconds kSaveDelay{0.5};
 
+    // The words a list's log lines use where its area says things its own way (the notes).
+    struct Wording {
+        QString notAList = QStringLiteral("it is not a JSON list");
+        // %1 the file's name, %2 the name it was set aside under
+        QString setAside = QStringLiteral(": kept the unreadable %1 as %2");
+        QString stamp = QStringLiteral("yyyyMMdd-HHmmss");
+    };
+
     // `area` opens every log line ("Norva clipboard"); `snapshot` gives the list to save.
     StoredList(QString path, QString area, Clock& clock, Seconds saveDelay = kSaveDelay);
     ~StoredList(); // a save still waiting is done now, so a quit loses nothing
@@ -28,6 +36,12 @@ public:
     StoredList& operator=(const StoredList&) = delete;
 
     void setSnapshot(std::function<QJsonArray()> snapshot) { m_snapshot = std::move(snapshot); }
+    void setWording(Wording wording) { m_wording = std::move(wording); }
+    // Told after every save that ran, good or failed (lastSaveFailure() says which).
+    void setOnSaved(std::function<void()> onSaved) { m_onSaved = std::move(onSaved); }
+    // The file holds more than the list shows (elements that did not decode): it is set aside,
+    // as an unreadable one is, before the list is first saved over it.
+    void keepFileBeforeNextSave() { m_unreadable = true; }
 
     // Reads the file: a missing file is an empty list; one that cannot be read logs
     // ": could not read" and gives an empty list, and the file stays as it is for now.
@@ -60,7 +74,11 @@ public:
 
     bool isPending() const { return m_pending.isArmed(); }
     // True after a failed save until the next good one: the list on screen is not on disk yet.
-    bool lastSaveFailed() const { return m_lastSaveFailed; }
+    bool lastSaveFailed() const { return m_lastSaveFailure.has_value(); }
+    // Why the last save failed, in the system's words; none after a good save.
+    const std::optional<QString>& lastSaveFailure() const { return m_lastSaveFailure; }
+    // The name the unreadable file was last set aside under; empty when none was.
+    QString setAsideName() const { return m_setAsideName; }
     // True while the file on disk could not be read and has not been set aside yet.
     bool holdsUnreadable() const { return m_unreadable; }
     QString path() const { return m_path; }
@@ -68,6 +86,7 @@ public:
 
 private:
     bool setAsideUnreadable();
+    bool save();
     void clearHalfWritten() const;
     void reportSkipped(int count) const;
 
@@ -77,8 +96,11 @@ private:
     Seconds m_saveDelay;
     std::function<QJsonArray()> m_snapshot;
     ScheduledWork m_pending;
+    Wording m_wording;
+    std::function<void()> m_onSaved;
     bool m_unreadable = false;
-    bool m_lastSaveFailed = false;
+    std::optional<QString> m_lastSaveFailure;
+    QString m_setAsideName;
 };
 
 } // namespace norva
