@@ -13,10 +13,11 @@ run_packages=(
     qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtqml-workerscript
     qml6-module-qtquick-shapes libglx-mesa0 libgl1-mesa-dri fonts-dejavu-core
     tzdata procps qt6-image-formats-plugins python3 pulseaudio-utils
+    sound-theme-freedesktop
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
-    unzip
+    unzip python3-yaml
     mpv mpv-mpris pulseaudio
     todoman khal vdirsyncer radicale
 )
