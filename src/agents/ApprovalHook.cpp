@@ -9,13 +9,14 @@
 namespace norva {
 
 const QString ApprovalHook::preToolUseMatcher =
-    QStringLiteral("Bash|Edit|Write|MultiEdit|NotebookEdit|WebFetch|WebSearch|AskUserQuestion");
+    QStringLiteral("Bash|Edit|Write|MultiEdit|NotebookEdit|WebFetch|WebSearch");
 
 namespace {
 
 const QString preToolUseEvent = QStringLiteral("PreToolUse");
 const QString postToolUseEvent = QStringLiteral("PostToolUse");
 const QString permissionRequestEvent = QStringLiteral("PermissionRequest");
+const QString questionTool = QStringLiteral("AskUserQuestion");
 // Every tool whose permission dialog Claude Code is about to show.
 const QString everyTool = QStringLiteral("*");
 
@@ -79,11 +80,19 @@ FileResult ApprovalHook::edit(bool adding)
     QJsonObject settings = file.read();
     QJsonObject hooks = settings.value(QStringLiteral("hooks")).toObject();
     const auto added = [adding](QJsonObject made) { return adding ? std::optional(made) : std::nullopt; };
+    // Two PreToolUse entries: the never-allow check for the tools rules can name (it starts no
+    // process unless the team has never rules), and questions, which always go to the notch.
     AgentConfigFile::replaceEntries(
         hooks, preToolUseEvent, agents::preToolUseMarker,
-        added(entry(preToolUseMatcher, preToolUseCommand(), agents::claudePreToolUseTimeout, true)));
+        added(entry(preToolUseMatcher, preToolUseCommand(), agents::claudePreToolUseTimeout, false)));
+    if (adding) {
+        QJsonArray entries = hooks.value(preToolUseEvent).toArray();
+        entries.append(entry(questionTool, preToolUseCommand() + QStringLiteral(" question"),
+                             agents::claudePreToolUseTimeout, true));
+        hooks.insert(preToolUseEvent, entries);
+    }
     AgentConfigFile::replaceEntries(hooks, postToolUseEvent, agents::postToolUseMarker,
-                                    added(entry(QStringLiteral("AskUserQuestion"), postToolUseCommand(),
+                                    added(entry(questionTool, postToolUseCommand(),
                                                 agents::claudePostToolUseTimeout, false)));
     AgentConfigFile::replaceEntries(
         hooks, permissionRequestEvent, agents::permissionRequestMarker,

@@ -19,7 +19,7 @@ namespace norva {
 // environment at each call, so a test's HOME is obeyed.
 class ApprovalHook {
 public:
-    // The tools whose prompts reach the notch; the bars are part of the value.
+    // The tools the team's never-allow check looks at; the bars are part of the value.
     static const QString preToolUseMatcher;
 
     static FileResult install();

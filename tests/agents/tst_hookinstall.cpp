@@ -99,20 +99,25 @@ private slots:
         QVERIFY(ApprovalHook::install().ok);
 
         const QJsonArray pre = eventEntries(path, "PreToolUse");
-        QCOMPARE(pre.size(), 3);
+        QCOMPARE(pre.size(), 4);
         QCOMPARE(pre.at(0).toObject(), userEntry("Bash", "echo first"));
         QCOMPARE(pre.at(1).toObject(), userEntry("Edit", "echo second"));
-        QCOMPARE(markedCount(pre, "Norva/approvals/pretooluse.sh"), 1);
+        QCOMPARE(markedCount(pre, "Norva/approvals/pretooluse.sh"), 2);
         const QJsonObject mine = pre.at(2).toObject();
         QCOMPARE(mine.value("matcher").toString(),
-                 QStringLiteral("Bash|Edit|Write|MultiEdit|NotebookEdit|WebFetch|WebSearch|AskUserQuestion"));
+                 QStringLiteral("Bash|Edit|Write|MultiEdit|NotebookEdit|WebFetch|WebSearch"));
         const QJsonObject hook = mine.value("hooks").toArray().at(0).toObject();
         QCOMPARE(hook.value("type").toString(), QStringLiteral("command"));
         QCOMPARE(hook.value("timeout").toInt(), 86400);
         QCOMPARE(hook.value("command").toString(),
                  QStringLiteral("sh '") + home.path() +
                      QStringLiteral("/.local/share/Norva/approvals/pretooluse.sh'"));
-        QCOMPARE(hook.value("statusMessage").toString(), QStringLiteral("Answer on the Norva notch"));
+        QVERIFY(!hook.contains("statusMessage")); // the never-allow check never waits for the person
+        const QJsonObject question = pre.at(3).toObject();
+        QCOMPARE(question.value("matcher").toString(), QStringLiteral("AskUserQuestion"));
+        const QJsonObject questionHook = question.value("hooks").toArray().at(0).toObject();
+        QCOMPARE(questionHook.value("command").toString(), hook.value("command").toString() + " question");
+        QCOMPARE(questionHook.value("statusMessage").toString(), QStringLiteral("Answer on the Norva notch"));
 
         const QJsonArray permission = eventEntries(path, "PermissionRequest");
         QCOMPARE(permission.size(), 1);
@@ -170,9 +175,10 @@ private slots:
         const QString path = home.write(".claude/settings.json", QJsonDocument(before).toJson());
         QVERIFY(ApprovalHook::install().ok);
         const QJsonArray pre = eventEntries(path, "PreToolUse");
-        QCOMPARE(pre.size(), 2);
+        QCOMPARE(pre.size(), 3);
         QCOMPARE(pre.at(0).toObject(), userEntry("Bash", "echo mine"));
-        QCOMPARE(pre.at(1).toObject().value("hooks").toArray().at(0).toObject().value("statusMessage").toString(),
+        QCOMPARE(markedCount(pre, "Norva/approvals/pretooluse.sh"), 2);
+        QCOMPARE(pre.at(2).toObject().value("hooks").toArray().at(0).toObject().value("statusMessage").toString(),
                  QStringLiteral("Answer on the Norva notch"));
         const QJsonArray permission = eventEntries(path, "PermissionRequest");
         QCOMPARE(permission.size(), 2);
@@ -250,7 +256,7 @@ private slots:
         qputenv("HOME", QFile::encodeName(home));
         QVERIFY(ApprovalHook::install().ok);
         const QJsonObject hook = eventEntries(ApprovalHook::settingsPath(), "PreToolUse")
-                                     .at(0)
+                                     .last()
                                      .toObject()
                                      .value("hooks")
                                      .toArray()

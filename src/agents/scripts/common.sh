@@ -47,21 +47,30 @@ pick() {
 }
 
 # Norva is alive while its heartbeat is at most 30 whole seconds old. On Linux one find tells it
-# (GNU find reads fractional minutes: under 31 s); elsewhere stat and date. Once a hook knows,
-# ALIVE=1 spares it the test for the rest of the call.
+# (GNU find reads fractional minutes: under 31 s); elsewhere stat and date. A heartbeat found stale
+# stays stale until Norva beats again, so ".stale" remembers it and later calls test it without
+# starting a process. Once a hook knows Norva is alive, ALIVE=1 spares it the test for the call.
 if [ -d /proc/self ]; then
-    alive() {
-        [ -n "${ALIVE:-}" ] && return 0
-        [ -f "$HB" ] && [ -n "$(find "$HB" -mmin -0.5167 2>/dev/null)" ] && ALIVE=1
-    }
+    heartbeat_is_fresh() { [ -n "$(find "$HB" -mmin -0.5167 2>/dev/null)" ]; }
 else
-    alive() {
-        [ -n "${ALIVE:-}" ] && return 0
-        [ -f "$HB" ] || return 1
+    heartbeat_is_fresh() {
         m=$(stat -f %m "$HB" 2>/dev/null || echo 0)
-        [ $(($(date +%s) - ${m:-0})) -le 30 ] && ALIVE=1
+        [ $(($(date +%s) - ${m:-0})) -le 30 ]
     }
 fi
+alive() {
+    [ -n "${ALIVE:-}" ] && return 0
+    [ -f "$HB" ] || return 1
+    if [ -f "$D/.stale" ] && [ ! "$HB" -nt "$D/.stale" ]; then
+        return 1
+    fi
+    if heartbeat_is_fresh; then
+        ALIVE=1
+        return 0
+    fi
+    : >"$D/.stale" 2>/dev/null
+    return 1
+}
 
 # The command name and the parent of process $1, into PC and PP: from /proc where there is one
 # (no process started), else from ps.

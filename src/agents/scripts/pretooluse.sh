@@ -1,9 +1,9 @@
 #!/bin/sh
 # Norva's PreToolUse hook for Claude Code. It does only what no other hook can: the team's
-# never-allow check, in every permission mode, and handing a question (AskUserQuestion) to the
-# Norva notch. Permission prompts reach the notch through "permissionrequest.sh", only when Claude
-# Code is about to ask. Otherwise it prints nothing, and with Norva not running it ends before
-# starting a single process.
+# never-allow check, in every permission mode, and (registered for AskUserQuestion with the
+# argument "question") handing a question to the Norva notch. Permission prompts reach the notch
+# through "permissionrequest.sh", only when Claude Code is about to ask. It prints nothing but a
+# team's deny body, and unless the team has never rules it ends without starting a process.
 # Norva writes this file whole each time it installs its hooks; the folder below is filled in then.
 D=@NORVA_APPROVALS@
 HB="$D/heartbeat"
@@ -12,29 +12,17 @@ umask 077
 @NORVA_COMMON@
 
 [ -f "$HB" ] || exit 0
-alive || exit 0
-P=$(cat)
-
-case "$P" in
-*'"tool_name":"AskUserQuestion"'* | *'"tool_name": "AskUserQuestion"'*) ;;
-*)
-    # The jump-back record, made the first time a session calls a tool; the permission and question
-    # hooks keep it fresh.
-    SID=${P#*\"session_id\":\"}
-    SID=${SID%%\"*}
-    case "$SID" in "$P" | */* | *\\*) SID= ;; esac
-    if [ -n "$SID" ] && [ ! -f "$D/term-$SID.json" ]; then
-        read_fields transcript_path cwd
-        pick TP transcript_path
-        pick CWD cwd
-        write_identity editors
-    fi
+if [ "${1:-}" != question ]; then
+    [ -f "$D/team-deny-active" ] || exit 0
+    alive || exit 0
+    P=$(cat)
     deny_check claude pre
     exit 0
-    ;;
-esac
+fi
 
 [ -f "$D/notch-off" ] && exit 0
+alive || exit 0
+P=$(cat)
 read_fields session_id tool_use_id transcript_path cwd
 pick ID tool_use_id
 case "$ID" in */*) ID= ;; esac

@@ -7,11 +7,24 @@ import QtQuick
 Item {
     id: page
     readonly property var model: typeof agentsPage !== "undefined" ? agentsPage : null
-    // After a card is answered, the next one ignores clicks for a moment and stays where it is, so
-    // the second click of a double click never answers the card that slides under the pointer.
+    // After a card is answered, the cards ignore clicks for a moment and the answered card's place
+    // stays as a gap meanwhile, so the second click of a double click never answers the card that
+    // would have slid under the pointer.
     readonly property int answerPause: 400
-    function answered() { answerGuard.restart() }
-    Timer { id: answerGuard; interval: page.answerPause }
+    property var gap: null // {id, index, height} of the card just answered
+    function answered(id, index, height) {
+        gap = {"id": id, "index": index, "height": height}
+        answerGuard.restart()
+    }
+    Timer { id: answerGuard; interval: page.answerPause; onTriggered: page.gap = null }
+    readonly property var shownCards: {
+        const cards = page.model ? page.model.cards : []
+        if (!page.gap || cards.some(card => card.id === page.gap.id))
+            return cards
+        const withGap = cards.slice()
+        withGap.splice(Math.min(page.gap.index, withGap.length), 0, {"isGap": true, "gapHeight": page.gap.height})
+        return withGap
+    }
 
     UsageWindows {
         id: usageWindows
@@ -25,25 +38,29 @@ Item {
                   topMargin: usageWindows.visible ? Theme.spacing : 0 }
         spacing: Theme.spacing
         clip: true
-        model: page.model ? page.model.cards : []
-        displaced: Transition {
-            SequentialAnimation {
-                PauseAnimation { duration: page.answerPause }
-                NumberAnimation { property: "y"; duration: Theme.fast; easing.type: Easing.OutCubic }
-            }
-        }
+        model: page.shownCards
         delegate: Loader {
+            id: slot
             required property var modelData
+            required property int index
             width: list.width
-            sourceComponent: modelData.isQuestion ? questionCard : promptCard
+            sourceComponent: modelData.isGap ? gapSlot : modelData.isQuestion ? questionCard : promptCard
+            function answer(reply) {
+                page.answered(modelData.id, slot.index, slot.height)
+                reply(modelData.id)
+            }
+            Component {
+                id: gapSlot
+                Item { height: slot.modelData.gapHeight }
+            }
             Component {
                 id: promptCard
                 AgentPromptCard {
                     card: modelData
                     answerable: !answerGuard.running
-                    onAllow: { page.answered(); page.model.allow(modelData.id) }
-                    onDeny: { page.answered(); page.model.deny(modelData.id) }
-                    onAnswerInTerminal: { page.answered(); page.model.answerInTerminal(modelData.id) }
+                    onAllow: slot.answer(page.model.allow)
+                    onDeny: slot.answer(page.model.deny)
+                    onAnswerInTerminal: slot.answer(page.model.answerInTerminal)
                 }
             }
             Component {

@@ -1,0 +1,102 @@
+#include "QmlViews.h"
+#include "TestMain.h"
+
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QtTest>
+
+using namespace norva;
+
+namespace {
+
+// The Agents page's model as the page sees it: the cards, and the answers it was given.
+class FakeAgentsPage : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QVariantList cards READ cards NOTIFY cardsChanged)
+public:
+    QVariantList cards() const { return m_cards; }
+    void add(const QString& id, const QString& command)
+    {
+        m_cards << QVariantMap{{"id", id},        {"agent", "Claude Code"}, {"isQuestion", false},
+                               {"tool", "Bash"},  {"subject", command},     {"writes", ""},
+                               {"folder", "shop"}};
+        emit cardsChanged();
+    }
+    Q_INVOKABLE bool allow(const QString& id) { return take(id, "allow"); }
+    Q_INVOKABLE bool deny(const QString& id) { return take(id, "deny"); }
+    Q_INVOKABLE bool answerInTerminal(const QString& id) { return take(id, "terminal"); }
+    Q_INVOKABLE void showTerminal(const QString&) {}
+    QStringList answers;
+
+signals:
+    void cardsChanged();
+
+private:
+    bool take(const QString& id, const QString& how)
+    {
+        answers << how + ' ' + id;
+        m_cards.removeIf([&id](const QVariant& card) { return card.toMap().value("id") == id; });
+        emit cardsChanged();
+        return true;
+    }
+    QVariantList m_cards;
+};
+
+QQuickItem* allowButtonOf(QQuickItem* page, const QString& command)
+{
+    for (QQuickItem* card : test::QmlViews::made(page, QStringLiteral("AgentPromptCard"))) {
+        if (card->property("card").toMap().value("subject") != command)
+            continue;
+        for (QQuickItem* button : test::QmlViews::made(card, QStringLiteral("AgentAnswerButton")))
+            if (button->property("label") == QStringLiteral("Allow"))
+                return button;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+// A double click on Allow answers one card: the second click lands on the gap the answered card
+// left, and the next card's buttons ignore clicks meanwhile.
+class AgentsPageTest : public QObject {
+    Q_OBJECT
+private slots:
+    void doubleClickAnswersOneCard()
+    {
+        test::QmlViews views;
+        FakeAgentsPage model;
+        model.add("first", "make deploy");
+        model.add("second", "rm -rf build");
+        views.engine().rootContext()->setContextProperty("agentsPage", &model);
+        views.engine().rootContext()->setContextProperty(
+            "settings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
+        QQuickWindow window;
+        window.resize(640, 600);
+        auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
+        QVERIFY(page);
+        page->setParentItem(window.contentItem());
+        page->setSize(window.size());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+        QQuickItem* first = allowButtonOf(page.get(), "make deploy");
+        QVERIFY(first);
+        const QPoint where = first->mapToScene(QPointF(first->width() / 2, first->height() / 2)).toPoint();
+        QQuickItem* second = allowButtonOf(page.get(), "rm -rf build");
+        QVERIFY(second);
+        const QPointF secondBefore = second->mapToScene(QPointF(0, 0));
+
+        QTest::mouseClick(&window, Qt::LeftButton, {}, where);
+        QTRY_COMPARE(model.answers, QStringList{"allow first"});
+        second = allowButtonOf(page.get(), "rm -rf build");
+        QVERIFY(second);
+        QCOMPARE(second->mapToScene(QPointF(0, 0)), secondBefore); // it did not slide up
+        QTest::mouseClick(&window, Qt::LeftButton, {}, where);
+        QTest::mouseClick(&window, Qt::LeftButton, {}, second->mapToScene(QPointF(4, 4)).toPoint());
+        QCoreApplication::processEvents();
+        QCOMPARE(model.answers, QStringList{"allow first"}); // neither the gap nor the guarded card answered
+    }
+};
+
+NORVA_TEST(AgentsPageTest)
+#include "tst_agentsPage.moc"
