@@ -71,5 +71,10 @@ inline const QString quotaWarnedUntil = QStringLiteral("quota.warnedUntil");
 inline const QString hiddenNotchDrawn = QStringLiteral("install.hiddenNotchDrawn.v1");
 // Norva's own: whether a timer that completes plays the sound theme's "complete" (default on).
 inline const QString timerSound = QStringLiteral("timers.sound.v1");
+// Norva's own: the calendar folders' root (empty: where todoman or khal keep it), and the to-dos'
+// manual order and trash, each a JSON text since the preferences hold plain values only.
+inline const QString calendarsFolder = QStringLiteral("calendars.folder.v1");
+inline const QString todosOrder = QStringLiteral("todos.order.v1");
+inline const QString todosTrash = QStringLiteral("todos.trash.v1");
 
 } // namespace norva::SettingsKeys

@@ -1,7 +1,7 @@
 #include "LogCapture.h"
 #include "TempHome.h"
 #include "TestMain.h"
-#include "VdirFixtures.h"
+#include "CalendarFixtures.h"
 
 #include "storage/ICalendarFile.h"
 #include "storage/ICalendarPatch.h"

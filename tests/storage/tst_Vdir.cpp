@@ -2,7 +2,7 @@
 #include "ManualClock.h"
 #include "TempHome.h"
 #include "TestMain.h"
-#include "VdirFixtures.h"
+#include "CalendarFixtures.h"
 
 #include "storage/VdirRoot.h"
 #include "storage/VdirWatch.h"
