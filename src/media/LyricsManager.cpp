@@ -6,9 +6,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QNetworkInformation>
-#include <QNetworkReply>
 #include <QRegularExpression>
-#include <QUrlQuery>
 
 #include <algorithm>
 #include <cmath>
@@ -17,7 +15,6 @@
 namespace norva {
 namespace {
 
-const QString kUserAgent = QStringLiteral("Norva/0.1 (https://github.com/norva-notch/norva)");
 constexpr int kHttpOk = 200;
 constexpr int kHttpNotFound = 404;
 
@@ -33,15 +30,11 @@ const QUrl LyricsManager::defaultBaseAddress = QUrl(QStringLiteral("https://lrcl
 
 const QString LyricsManager::addressKey = QStringLiteral("music.lyricsAddress.v1");
 
-LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m_clock(clock) {}
+LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m_clock(clock), m_http(clock) {}
 
 QUrl LyricsManager::baseAddressFrom(const SettingsStore& settings)
 {
-    const QUrl stored(settings.storedText(addressKey).value_or(QString()).trimmed());
-    const bool usable =
-        stored.isValid() && !stored.host().isEmpty() &&
-        (stored.scheme() == QLatin1String("https") || stored.scheme() == QLatin1String("http"));
-    return usable ? stored : defaultBaseAddress;
+    return HttpClient::usableAddress(settings.storedText(addressKey).value_or(QString())).value_or(defaultBaseAddress);
 }
 
 void LyricsManager::follow(SettingsStore& settings)
@@ -167,32 +160,23 @@ void LyricsManager::search(const QString& key, QList<SearchAttempt> attempts)
 void LyricsManager::request(const QString& path, const QList<std::pair<QString, QString>>& query,
                             const QString& key, Answer answer)
 {
-    QUrl url = m_baseAddress;
-    url.setPath(url.path().chopped(url.path().endsWith(QLatin1Char('/')) ? 1 : 0) + path);
-    QUrlQuery items;
-    for (const auto& [name, value] : query)
-        items.addQueryItem(name, QString::fromLatin1(QUrl::toPercentEncoding(value)));
-    url.setQuery(items);
-    QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::UserAgentHeader, kUserAgent);
-    request.setTransferTimeout(m_timeoutMs);
-    QNetworkReply* reply = m_network.get(request);
-    connect(reply, &QNetworkReply::finished, this, [this, reply, key, answer = std::move(answer)] {
-        reply->deleteLater();
+    const auto url = HttpClient::address(m_baseAddress, path, query);
+    if (!url) {
+        finishTransient(key, m_baseAddress.toString() + QStringLiteral(" is not a web address"));
+        return;
+    }
+    m_http.get(*url, requestTimeout, [this, key, answer = std::move(answer)](const HttpAnswer& reply) {
         if (key != m_track.key)
             return; // an answer for a track that is no longer current
-        const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        if (status == kHttpOk || status == kHttpNotFound) {
-            answer(status, reply->readAll());
+        if (reply.answered() && (reply.status == kHttpOk || reply.status == kHttpNotFound)) {
+            answer(reply.status, reply.body);
             return;
         }
-        if (status != 0) {
-            finishTransient(key, QStringLiteral("LRCLIB answered ") + QString::number(status));
+        if (reply.answered()) {
+            finishTransient(key, QStringLiteral("LRCLIB answered ") + QString::number(reply.status));
             return;
         }
-        finishTransient(key, reply->error() == QNetworkReply::OperationCanceledError
-                                 ? QStringLiteral("LRCLIB did not answer in time")
-                                 : reply->errorString());
+        finishTransient(key, reply.timedOut ? QStringLiteral("LRCLIB did not answer in time") : reply.failure);
     });
 }
 

@@ -1,20 +1,18 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/HttpClient.h"
 #include "media/LyricLine.h"
 
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 #include <QObject>
 #include <QUrl>
 #include <QVariantList>
 
 #include <functional>
 #include <optional>
-
-class QNetworkReply;
 
 namespace norva {
 
@@ -47,7 +45,7 @@ public:
 
     static const QUrl defaultBaseAddress;            // https://lrclib.net
     static constexpr double retryDelay = 45.0;       // seconds a failed track waits before it is asked again
-    static constexpr int requestTimeoutMs = 10000;   // one request's time-out
+    static constexpr Seconds requestTimeout{10.0};   // one request's time-out
     static constexpr double durationTolerance = 8.0; // seconds a search result's length may differ
 
     LyricsManager(Clock& clock, QObject* parent = nullptr);
@@ -60,7 +58,6 @@ public:
     static QUrl baseAddressFrom(const SettingsStore& settings);
     static const QString addressKey;
     QUrl baseAddress() const { return m_baseAddress; }
-    void setRequestTimeout(int ms) { m_timeoutMs = ms; }
     // Follows the system's reachability when it can tell; otherwise network errors are transient.
     void watchReachability();
     void setOffline(bool offline);
@@ -118,9 +115,8 @@ private:
     void publish(State state, QList<LyricLine> lines = {}, QString plain = {});
 
     Clock& m_clock;
-    QNetworkAccessManager m_network;
+    HttpClient m_http;
     QUrl m_baseAddress = defaultBaseAddress;
-    int m_timeoutMs = requestTimeoutMs;
     bool m_offline = false;
     Track m_track;
     QHash<QString, Result> m_cache;

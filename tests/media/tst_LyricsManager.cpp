@@ -320,8 +320,11 @@ private slots:
         Rig rig([](const LocalHttpServer::Request&) {
             return LocalHttpServer::Response{200, {}, false, true};
         });
-        rig.lyrics.setRequestTimeout(200); // stands in for the 10 s of a real run
         rig.lyrics.load(QStringLiteral("S"), QStringLiteral("A"), {}, 100);
+        QTRY_COMPARE(rig.server.requests().size(), 1);
+        rig.clock.advance(LyricsManager::requestTimeout - Seconds(0.1));
+        QCOMPARE(rig.lyrics.state(), State::loading);
+        rig.clock.advance(Seconds(0.1));
         QVERIFY(rig.settled());
         QCOMPARE(rig.lyrics.state(), State::failed);
         QVERIFY(log.contains(

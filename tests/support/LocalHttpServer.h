@@ -18,6 +18,7 @@ namespace norva::test {
 class LocalHttpServer : public QObject {
 public:
     struct Request {
+        QByteArray target; // the request line's target as sent: path and query string
         QString path;
         QUrlQuery query;
         QHash<QByteArray, QByteArray> headers; // names in lower case
@@ -61,7 +62,8 @@ private:
         const QList<QByteArray> lines = buffer.left(end).split('\n');
         m_buffers.remove(socket);
         Request request;
-        const QUrl target(QString::fromUtf8(lines.first().split(' ').value(1)));
+        request.target = lines.first().split(' ').value(1);
+        const QUrl target(QString::fromUtf8(request.target));
         request.path = target.path();
         request.query = QUrlQuery(target);
         for (const QByteArray& line : lines.mid(1)) {

@@ -1,0 +1,380 @@
+#include "weather/WeatherService.h"
+
+#include "app/Log.h"
+#include "app/SettingsStore.h"
+#include "weather/KeptForecast.h"
+#include "weather/WeatherCondition.h"
+#include "weather/WeatherDisplay.h"
+#include "weather/WeatherTexts.h"
+
+#include <cmath>
+
+namespace norva {
+namespace {
+
+namespace T = WeatherTexts;
+
+const QString kForecastService = QStringLiteral("Open-Meteo");
+const QString kGeocodingCount = QStringLiteral("6");
+const QString kForecastDays = QStringLiteral("5");
+
+// Four decimals place a point within about 11 m, closer than any forecast grid.
+QString coordinateText(double value)
+{
+    QString text = QString::number(std::round(value * 1e4) / 1e4, 'f', 4);
+    while (text.endsWith(QLatin1Char('0')))
+        text.chop(1);
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text == QLatin1String("-0") ? QStringLiteral("0") : text;
+}
+
+// Why a request gave no usable answer, in the log's words.
+QString whyNot(const QString& service, const HttpAnswer& answer)
+{
+    if (answer.timedOut)
+        return service + QStringLiteral(" did not answer in time");
+    if (!answer.answered())
+        return service + QStringLiteral(" could not be reached: ") + answer.failure;
+    return service + QStringLiteral(" answered ") + QString::number(answer.status);
+}
+
+void logFailure(const QString& what, const QString& cause)
+{
+    logLine(T::logPrefix + what + QStringLiteral(" (") + cause + QLatin1Char(')'));
+}
+
+} // namespace
+
+WeatherService::WeatherService(Clock& clock, SettingsStore& settings, TemperatureUnit desktopUnit,
+                               QString keptPath, QObject* parent)
+    : QObject(parent), m_clock(clock), m_settings(settings), m_desktopUnit(desktopUnit),
+      m_keptPath(std::move(keptPath)), m_http(clock)
+{
+    m_wanted = readWanted();
+    m_isManualPlace = m_wanted.pinned.has_value();
+    m_placeName = m_wanted.pinned ? m_wanted.pinned->name : QString();
+    connect(&settings, &SettingsStore::changed, this, &WeatherService::followSettings);
+}
+
+WeatherService::Wanted WeatherService::readWanted() const
+{
+    return {WeatherSettings::pinnedPlace(m_settings), WeatherSettings::unit(m_settings, m_desktopUnit),
+            WeatherSettings::addresses(m_settings)};
+}
+
+TemperatureUnit WeatherService::unit() const
+{
+    return m_wanted.unit;
+}
+
+void WeatherService::start()
+{
+    restoreKept();
+    // The system clock's coarse timer keeps within the minute of slack a 15-minute refresh allows.
+    m_timer = m_clock.every(refreshInterval, [this] { refresh(); });
+    if (!m_lastFetch || m_clock.secondsSince(*m_lastFetch) >= refreshInterval.count())
+        refresh();
+}
+
+void WeatherService::stop()
+{
+    m_timer.cancel();
+    ++m_generation; // answers still on their way are dropped
+    if (m_status == Status::loading) {
+        m_status = m_weather ? Status::ready : Status::idle;
+        emit changed();
+    }
+}
+
+// The kept forecast shows only for the place and unit still wanted; otherwise the start fetches.
+void WeatherService::restoreKept()
+{
+    const auto kept = KeptForecast::load(m_keptPath, m_clock.now());
+    if (!kept || kept->unit != m_wanted.unit || (m_wanted.pinned && *m_wanted.pinned != kept->place))
+        return;
+    const ForecastOutcome outcome = Forecast::fromAnswer(kept->answer);
+    if (!outcome.forecast)
+        return;
+    m_lastFetch = kept->fetchedAt;
+    showForecast(*outcome.forecast, kept->place.name, m_wanted.pinned.has_value(), kept->fetchedAt);
+}
+
+void WeatherService::followSettings()
+{
+    if (m_writing)
+        return; // the place or unit being written is applied once the writes are done
+    const Wanted wanted = readWanted();
+    if (wanted == m_wanted)
+        return;
+    const bool placeOrUnitChanged = wanted.pinned != m_wanted.pinned || wanted.unit != m_wanted.unit;
+    m_wanted = wanted;
+    emit changed(); // the unit choice and switches read from the store
+    if (placeOrUnitChanged && m_timer.isArmed())
+        refresh();
+}
+
+void WeatherService::refresh()
+{
+    begin(!m_wanted.pinned.has_value());
+}
+
+void WeatherService::begin(bool locating)
+{
+    const quint64 generation = ++m_generation;
+    m_status = Status::loading;
+    m_locating = locating;
+    emit changed();
+    if (locating)
+        locate(generation);
+    else
+        fetch(generation, *m_wanted.pinned, true);
+}
+
+void WeatherService::locate(quint64 generation)
+{
+    askLocationService(generation, 0, {});
+}
+
+// The first location service, and the second when the first gives no position.
+void WeatherService::askLocationService(quint64 generation, int index, QStringList reasons)
+{
+    const QUrl address = index == 0 ? m_wanted.addresses.location : m_wanted.addresses.locationFallback;
+    m_http.get(address, locationTimeout, [this, generation, index, address, reasons](const HttpAnswer& answer) mutable {
+        if (generation != m_generation)
+            return;
+        const QString service = address.host();
+        const auto place = answer.ok() ? GeoPlace::fromLocationAnswer(answer.body) : std::nullopt;
+        if (place) {
+            m_locating = false;
+            fetch(generation, *place, false);
+            return;
+        }
+        reasons << (answer.ok() ? service + QStringLiteral(" gave no position") : whyNot(service, answer));
+        if (index == 0) {
+            askLocationService(generation, 1, reasons);
+            return;
+        }
+        m_locating = false;
+        noteFailure(T::cannotPlace, T::locatingFailed, reasons.join(QStringLiteral("; ")));
+    });
+}
+
+void WeatherService::fetch(quint64 generation, const GeoPlace& place, bool manual)
+{
+    const auto address = HttpClient::address(
+        m_wanted.addresses.forecast, QStringLiteral("/v1/forecast"),
+        {{QStringLiteral("latitude"), coordinateText(place.latitude)},
+         {QStringLiteral("longitude"), coordinateText(place.longitude)},
+         {QStringLiteral("current"), QStringLiteral("temperature_2m,is_day,weather_code")},
+         {QStringLiteral("hourly"), QStringLiteral("temperature_2m,weather_code,is_day")},
+         {QStringLiteral("daily"), QStringLiteral("weather_code,temperature_2m_max,temperature_2m_min")},
+         {QStringLiteral("timezone"), QStringLiteral("auto")},
+         {QStringLiteral("forecast_days"), kForecastDays},
+         {QStringLiteral("temperature_unit"), unitWord(m_wanted.unit)}});
+    if (!address) {
+        noteFailure(T::forecastMissing, T::forecastAddressFailed,
+                    m_wanted.addresses.forecast.toString() + QStringLiteral(" is not a web address"));
+        return;
+    }
+    m_http.get(*address, forecastTimeout, [this, generation, place, manual](const HttpAnswer& answer) {
+        if (generation != m_generation)
+            return;
+        if (!answer.ok()) {
+            noteFailure(T::forecastMissing, T::forecastFailed, whyNot(kForecastService, answer));
+            return;
+        }
+        const ForecastOutcome outcome = Forecast::fromAnswer(answer.body);
+        if (!outcome.forecast) {
+            noteFailure(T::forecastMissing, T::forecastFailed, outcome.failure);
+            return;
+        }
+        applyAnswer(place, manual, *outcome.forecast, answer.body);
+    });
+}
+
+void WeatherService::applyAnswer(const GeoPlace& place, bool manual, const Forecast& forecast,
+                                 const QByteArray& body)
+{
+    const QDateTime now = m_clock.now();
+    m_lastFetch = now;
+    m_status = Status::ready;
+    m_failure.clear();
+    m_failureCause.clear();
+    showForecast(forecast, place.name, manual, now);
+    KeptForecast::save(m_keptPath, KeptForecast{now, place, m_wanted.unit, body}, this);
+}
+
+void WeatherService::showForecast(const Forecast& forecast, const QString& placeName, bool manual,
+                                  const QDateTime& fetchedAt)
+{
+    const QDateTime now = m_clock.now();
+    m_forecast = forecast;
+    m_weather = forecast.current;
+    m_nextHours = forecast.nextHours(now, hoursShown);
+    m_dayForecasts = forecast.daysFrom(now);
+    m_weekForecasts = forecast.days;
+    m_placeName = placeName.isEmpty() ? T::nearbyPlace : placeName;
+    m_isManualPlace = manual;
+    m_lastFetch = fetchedAt;
+    emit changed();
+}
+
+// Records the user text and the logged cause; what was shown before stays, with its age.
+void WeatherService::noteFailure(const QString& userText, const QString& what, const QString& cause)
+{
+    logFailure(what, cause);
+    m_status = Status::failed;
+    m_failure = userText;
+    m_failureCause = cause;
+    // The hours and days move on with the clock even while no new forecast comes.
+    if (m_forecast) {
+        const QDateTime now = m_clock.now();
+        m_nextHours = m_forecast->nextHours(now, hoursShown);
+        m_dayForecasts = m_forecast->daysFrom(now);
+    }
+    emit changed();
+}
+
+void WeatherService::searchPlaces(const QString& query, PlacesDone done)
+{
+    const QString name = query.trimmed();
+    if (name.isEmpty()) {
+        done(QList<GeoPlace>{});
+        return;
+    }
+    logLine(T::logPrefix + T::searchingOpening + name + QLatin1Char('"'));
+    const auto address = HttpClient::address(m_wanted.addresses.geocoding, QStringLiteral("/v1/search"),
+                                             {{QStringLiteral("name"), name},
+                                              {QStringLiteral("count"), kGeocodingCount},
+                                              {QStringLiteral("language"), QStringLiteral("en")},
+                                              {QStringLiteral("format"), QStringLiteral("json")}});
+    if (!address) {
+        logFailure(T::searchFailed, m_wanted.addresses.geocoding.toString() + QStringLiteral(" is not a web address"));
+        done(std::nullopt);
+        return;
+    }
+    m_http.get(*address, geocodingTimeout, [done = std::move(done)](const HttpAnswer& answer) {
+        if (!answer.ok()) {
+            logFailure(T::searchFailed, whyNot(QStringLiteral("the geocoder"), answer));
+            done(std::nullopt);
+            return;
+        }
+        const auto places = GeoPlace::parseGeoPlaces(answer.body);
+        if (!places)
+            logFailure(T::searchFailed, T::geocoderUnreadable);
+        done(places);
+    });
+}
+
+void WeatherService::usePlace(const GeoPlace& place)
+{
+    m_writing = true;
+    WeatherSettings::pin(m_settings, place);
+    m_writing = false;
+    m_wanted = readWanted();
+    m_placeName = place.name;
+    m_isManualPlace = true;
+    refresh();
+}
+
+void WeatherService::useAutomaticLocation()
+{
+    m_writing = true;
+    WeatherSettings::unpin(m_settings);
+    m_writing = false;
+    m_wanted = readWanted();
+    m_isManualPlace = false;
+    refresh();
+}
+
+// ---- for QML ----
+
+QString WeatherService::temperatureText() const
+{
+    return m_weather ? WeatherDisplay::temperatureText(m_weather->temperature) : QString();
+}
+
+QString WeatherService::conditionText() const
+{
+    return m_weather ? WeatherCondition::describe(m_weather->code) : QString();
+}
+
+QString WeatherService::glyphName() const
+{
+    return m_weather ? WeatherCondition::glyph(m_weather->code, m_weather->isDay) : QString();
+}
+
+QString WeatherService::statusText() const
+{
+    if (m_status == Status::loading)
+        return m_locating ? T::locating : T::loading;
+    if (m_status == Status::failed)
+        return m_failure;
+    return m_lastFetch ? WeatherDisplay::ageText(*m_lastFetch, m_clock.now()) : QString();
+}
+
+QString WeatherService::ageText() const
+{
+    return m_lastFetch ? WeatherDisplay::ageText(*m_lastFetch, m_clock.now()) : QString();
+}
+
+bool WeatherService::isOld() const
+{
+    return m_lastFetch && m_clock.secondsSince(*m_lastFetch) >= oldAfter.count();
+}
+
+QVariantList WeatherService::hourRows() const
+{
+    return WeatherDisplay::hourRows(m_nextHours, m_clock.now());
+}
+
+QVariantList WeatherService::dayRows() const
+{
+    const QDate today = m_clock.now().toOffsetFromUtc(m_forecast ? m_forecast->utcOffsetSeconds : 0).date();
+    return WeatherDisplay::dayRows(m_dayForecasts, today);
+}
+
+QString WeatherService::unitChoice() const
+{
+    const auto chosen = WeatherSettings::chosenUnit(m_settings);
+    return chosen ? unitWord(*chosen) : QStringLiteral("system");
+}
+
+void WeatherService::setUnitChoice(const QString& choice)
+{
+    WeatherSettings::chooseUnit(m_settings, unitFromWord(choice));
+    followSettings();
+}
+
+QString WeatherService::unitLabel() const
+{
+    const QString symbol = unit() == TemperatureUnit::fahrenheit ? QStringLiteral("\u00B0F") : QStringLiteral("\u00B0C");
+    return WeatherSettings::chosenUnit(m_settings) ? symbol : symbol + QStringLiteral(" (system)");
+}
+
+void WeatherService::nextUnitChoice()
+{
+    const auto chosen = WeatherSettings::chosenUnit(m_settings);
+    if (!chosen)
+        setUnitChoice(unitWord(TemperatureUnit::celsius));
+    else if (*chosen == TemperatureUnit::celsius)
+        setUnitChoice(unitWord(TemperatureUnit::fahrenheit));
+    else
+        setUnitChoice(QStringLiteral("system"));
+}
+
+bool WeatherService::showOnClosedNotch() const
+{
+    return WeatherSettings::showsOnClosedNotch(m_settings);
+}
+
+void WeatherService::setShowOnClosedNotch(bool on)
+{
+    if (on == showOnClosedNotch())
+        return;
+    m_settings.write(on, WeatherSettings::closedNotchKey);
+    emit changed();
+}
+
+} // namespace norva
