@@ -75,7 +75,11 @@ void NotesMirror::setEnabled(bool on)
 
 void NotesMirror::setFolder(const QString& folder)
 {
-    const QString local = folder.startsWith(QLatin1String("file://")) ? QUrl(folder).toLocalFile() : folder;
+    QString local = folder.trimmed();
+    if (local.startsWith(QLatin1String("file://")))
+        local = QUrl(local).toLocalFile();
+    else if (local == QLatin1String("~") || local.startsWith(QLatin1String("~/")))
+        local = QDir::homePath() + local.mid(1);
     if (m_settings)
         m_settings->write(local, SettingsKeys::notesMirrorFolder);
     setConfig({m_config.enabled, local});

@@ -38,7 +38,9 @@ const Page kPages[] = {
     {"agents", "Agents", "AgentsPage.qml", "Your coding agents' sessions and prompts will be here."},
     {"clipboard", "Clipboard", "ClipboardPage.qml", "Your clipboard history will be here."},
     {"shelf", "Shelf", "ShelfPage.qml", "Files you drop on the notch will wait here."},
-    {"todos", "To-dos", "TodosPage.qml", "Your to-dos and quick notes will be here."},
+    {"todos", "To-dos", "TodosPage.qml", "Your to-dos will be here."},
+    {"notes", "Notes", "NotesPage.qml", "Your quick notes will be here."},
+    {"timer", "Timer", "TimerPage.qml", "A timer and focus rounds will be here."},
     {"calendar", "Calendar", "CalendarPage.qml", "Your next meetings will be here."},
     {"weather", "Weather", "WeatherPage.qml", "The forecast for your places will be here."},
     {"team", "Team", "TeamRulesSection.qml", "Your team's rules for coding agents will be here."},
@@ -114,6 +116,7 @@ bool NorvaApp::start()
     startMusic();
     startLiveActivityProducers();
     startAgentsTeam();
+    startNotesAndTimer();
 
     exposeToQml();
     rebuildOverlays();
@@ -163,6 +166,9 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("team"), m_team.get());
     context->setContextProperty(QStringLiteral("usage"), m_usage.get());
     context->setContextProperty(QStringLiteral("terminalJumper"), m_terminalJumper.get());
+    context->setContextProperty(QStringLiteral("notesDesk"), &m_notes->desk());
+    context->setContextProperty(QStringLiteral("notesMirror"), &m_notes->mirror());
+    context->setContextProperty(QStringLiteral("timers"), &m_timers->timer());
 }
 
 // Team rules, Claude Code's usage windows and the terminal jump-back. The team's never rules keep
@@ -206,6 +212,15 @@ void NorvaApp::applyUsageBridge()
         bridge.install();
     else if (!wanted && bridge.isInstalled())
         bridge.uninstall();
+}
+
+// Quick notes and the timer. The demo reads none of the person's notes and keeps its timer in
+// its own folder.
+void NorvaApp::startNotesAndTimer()
+{
+    const QString data = m_options.demo ? m_demoFolder->path() : Paths::dataFolder();
+    m_notes = std::make_unique<NotesFeature>(m_clock, *m_settings, data, !m_options.demo);
+    m_timers = std::make_unique<TimersFeature>(m_clock, *m_activities, *m_settings, data, !m_options.demo);
 }
 
 // The features' live activities on the closed notch: waiting agent prompts, the shelf, the music ears.

@@ -22,10 +22,12 @@
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
 #include "media/VolumeActivityPublisher.h"
+#include "notes/NotesFeature.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfActivityPublisher.h"
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
+#include "timers/TimersFeature.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
 
@@ -82,6 +84,7 @@ private:
     void startLiveActivityProducers();
     void wireClosedFace(NotchOverlay& overlay);
     void startAgentsTeam();
+    void startNotesAndTimer();
     void applyUsageBridge();
 
     Options m_options;
@@ -115,6 +118,9 @@ private:
     std::unique_ptr<WindowActivator> m_windowActivator;
     std::unique_ptr<TerminalJumper> m_terminalJumper;
     std::optional<bool> m_usageBridgeOn;
+    // Quick notes with their mirror, and the timer with focus rounds.
+    std::unique_ptr<NotesFeature> m_notes;
+    std::unique_ptr<TimersFeature> m_timers;
     // Producers that publish the features' live activities to the closed notch.
     std::unique_ptr<AgentPromptActivities> m_agentActivities;
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;

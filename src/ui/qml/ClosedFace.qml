@@ -14,7 +14,9 @@ Item {
     readonly property bool reduced: settings.reducedMotion
 
     implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth : 0
+    readonly property bool timerControlsShown: detailShown && face.kind === "timer"
     implicitHeight: barHeight + (detailShown ? detailText.implicitHeight + 16 : 0)
+                    + (timerControlsShown ? timerControls.implicitHeight + 8 : 0)
 
     // A new activity coming round fades in rather than jumping into place.
     property string shownId: face.activityId
@@ -85,5 +87,21 @@ Item {
         opacity: closed.detailShown ? 0.92 : 0
         visible: opacity > 0
         Behavior on opacity { NumberAnimation { duration: closed.reduced ? 0 : Theme.fast } }
+    }
+
+    // A running timer is paused, resumed or stopped right here, without opening the notch.
+    Row {
+        id: timerControls
+        anchors { top: detailText.bottom; topMargin: 6; horizontalCenter: parent.horizontalCenter }
+        spacing: 6
+        visible: closed.timerControlsShown
+        TextButton {
+            label: closed.face.symbol === "timerPaused" ? "Resume" : "Pause"
+            onClicked: closed.face.perform(closed.face.symbol === "timerPaused" ? "resume" : "pause")
+        }
+        TextButton {
+            label: "Stop"
+            onClicked: closed.face.perform("stop")
+        }
     }
 }

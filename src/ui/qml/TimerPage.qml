@@ -1,0 +1,143 @@
+import QtQuick
+
+// The timer: a free countdown (a preset or minutes of one's own) or focus rounds, with pause,
+// resume and stop, what comes next, and the completion sound's switch.
+Item {
+    id: page
+    readonly property var timer: timers
+
+    Column {
+        anchors { top: parent.top; horizontalCenter: parent.horizontalCenter }
+        width: Math.min(parent.width, 520)
+        spacing: Theme.spacing + 2
+
+        PlainText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: page.timer.active ? page.timer.title + (page.timer.paused ? " · paused" : "") : "No timer running"
+            color: Theme.textDim
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontBody
+        }
+        PlainText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: page.timer.active ? page.timer.remainingText : "0:00"
+            color: page.timer.paused ? Theme.textDim : Theme.text
+            font.family: Theme.fontFamily
+            font.pixelSize: 44
+            font.weight: Font.Light
+        }
+        Rectangle {
+            width: parent.width
+            height: 4
+            radius: 2
+            color: Theme.card
+            Rectangle {
+                width: parent.width * (page.timer.active ? page.timer.progress : 0)
+                height: parent.height
+                radius: 2
+                color: page.timer.phase === "work" || !page.timer.focus ? Theme.accent : Theme.good
+            }
+        }
+        PlainText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: page.timer.active
+            text: page.timer.nextText
+            color: Theme.textFaint
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: Theme.spacing
+            visible: page.timer.active
+            TextButton {
+                label: page.timer.paused ? "Resume" : "Pause"
+                onClicked: page.timer.togglePause()
+            }
+            TextButton {
+                label: "Stop"
+                onClicked: page.timer.stop()
+            }
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 6
+            TextButton {
+                label: "Focus rounds"
+                onClicked: page.timer.startFocus()
+            }
+            Repeater {
+                model: page.timer.presets
+                delegate: TextButton {
+                    required property int modelData
+                    quiet: true
+                    label: modelData >= 3600 ? (modelData / 3600) + " h" : (modelData / 60) + " min"
+                    onClicked: page.timer.startCountdown(modelData)
+                }
+            }
+        }
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: Theme.spacing
+            InputField {
+                id: custom
+                width: 150
+                hint: "h:mm:ss or minutes"
+                onAccepted: start.start()
+            }
+            TextButton {
+                id: start
+                label: "Start"
+                onClicked: start.start()
+                function start() {
+                    const parts = custom.text.trim().split(":").map(Number)
+                    if (parts.some(isNaN) || parts.length === 0 || parts.length > 3)
+                        return
+                    let seconds = 0
+                    if (parts.length === 1)
+                        seconds = parts[0] * 60
+                    else
+                        for (const part of parts)
+                            seconds = seconds * 60 + part
+                    page.timer.startCountdown(Math.round(seconds))
+                    custom.text = ""
+                }
+            }
+        }
+        Column {
+            width: parent.width
+            visible: page.timer.focus && page.timer.focusTargets.length > 0
+            spacing: 2
+            PlainText {
+                text: "This session"
+                color: Theme.textDim
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontSmall
+            }
+            Repeater {
+                model: page.timer.focusTargets
+                delegate: Row {
+                    required property string modelData
+                    spacing: Theme.spacing
+                    PlainText {
+                        text: "• " + modelData
+                        color: Theme.text
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.fontBody
+                    }
+                    TextButton {
+                        quiet: true
+                        label: "Remove from this session"
+                        onClicked: page.timer.removeFocusTarget(modelData)
+                    }
+                }
+            }
+        }
+        ToggleRow {
+            width: parent.width
+            label: "Play a sound when a timer ends"
+            checked: page.timer.soundOn
+            onToggled: on => page.timer.soundOn = on
+        }
+    }
+}
