@@ -6,7 +6,7 @@ set -euo pipefail
 build_packages=(
     build-essential cmake pkg-config ccache
     qt6-base-dev qt6-declarative-dev libical-dev libgl-dev
-    libxcb1-dev
+    libxcb1-dev libxcb-shape0-dev
 )
 run_packages=(
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-window
@@ -18,6 +18,7 @@ run_packages=(
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
     unzip python3-yaml
+    weston xwayland qt6-wayland
     mpv mpv-mpris pulseaudio
     todoman khal vdirsyncer radicale
 )

@@ -102,6 +102,10 @@ bool NorvaApp::start()
         m_settings->write(true, SettingsKeys::hasLaunchedBefore);
     logLine(QStringLiteral("Norva: launched (version ") + QCoreApplication::applicationVersion() +
             (firstLaunch ? QStringLiteral(", first launch)") : QStringLiteral(")")));
+    m_drawingPath = WindowSystemChoice::pathTaken(QGuiApplication::platformName(), m_options.session,
+                                                  m_options.session.notchLayerOffered);
+    if (const QString limits = WindowSystemChoice::limitsLogLine(m_drawingPath); !limits.isEmpty())
+        logLine(limits);
 
     // Feature managers are made here, after the settings store and before the notch windows, and
     // handed to QML in exposeToQml().
@@ -326,7 +330,7 @@ void NorvaApp::rebuildOverlays()
             if (candidate->name() == display.id)
                 screen = candidate;
         }
-        auto overlay = std::make_unique<NotchOverlay>(m_engine, screen, display, m_clock, *m_settings);
+        auto overlay = std::make_unique<NotchOverlay>(m_engine, screen, display, m_clock, *m_settings, m_drawingPath);
         if (!overlay->isValid())
             continue;
         overlay->notch()->setPages(pageIds);

@@ -22,6 +22,7 @@
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
 #include "media/VolumeActivityPublisher.h"
+#include "notch/WindowSystemChoice.h"
 #include "notes/NotesFeature.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfActivityPublisher.h"
@@ -48,6 +49,7 @@ class NorvaApp : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariantList pages READ pages CONSTANT)
     Q_PROPERTY(bool demo READ demo CONSTANT)
+    Q_PROPERTY(QString desktopLimits READ desktopLimits CONSTANT)
 
 public:
     struct Options {
@@ -55,6 +57,7 @@ public:
         bool exitAfterFirstFrame = false; // for the start-up benchmark
         QString openPage;                 // start with the notch open on this page
         QString demoScene;                // which samples: "all" (empty), "one", "two" or "pinned"
+        SessionEnvironment session;       // as read before Qt started
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);
@@ -63,6 +66,8 @@ public:
     bool start();
     QVariantList pages() const;
     bool demo() const { return m_options.demo; }
+    // What does not work on the way this desktop lets Norva draw (empty where everything works).
+    QString desktopLimits() const { return WindowSystemChoice::limitsText(m_drawingPath); }
     // Whether a QML file ships inside Norva (a page that is not built yet shows its empty text).
     Q_INVOKABLE bool hasQml(const QString& fileName) const;
     // One page's id, title, QML file and empty text; the first page for an unknown id.
@@ -88,6 +93,7 @@ private:
     void applyUsageBridge();
 
     Options m_options;
+    DrawingPath m_drawingPath = DrawingPath::x11;
     std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
     QString m_approvalsFolder;                   // the one the agents' parts share: the demo's, or the real one
     Clock& m_clock;

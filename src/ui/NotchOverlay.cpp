@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "notch/NotchWindowPlatform.h"
 
 #include <QPainterPath>
 #include <QQmlComponent>
@@ -13,8 +14,8 @@
 namespace norva {
 
 NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
-                           SettingsStore& settings, QObject* parent)
-    : QObject(parent), m_notch(clock, settings), m_display(display), m_screen(screen)
+                           SettingsStore& settings, DrawingPath path, QObject* parent)
+    : QObject(parent), m_notch(clock, settings), m_display(display), m_path(path), m_screen(screen)
 {
     m_notch.setFullscreenProbe([this] {
         if (!m_screen)
@@ -35,8 +36,7 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
         delete created;
         return;
     }
-    m_window->setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool |
-                       Qt::NoDropShadowWindowHint);
+    Platform::prepareNotchWindow(*m_window, m_path);
     m_window->setColor(Qt::transparent);
     place();
     connect(screen, &QScreen::geometryChanged, this, &NotchOverlay::place);
@@ -71,7 +71,7 @@ void NotchOverlay::setShape(const QRectF& rect, double bottomRadius)
     path.lineTo(rect.left() + r, rect.bottom());
     path.quadTo(rect.bottomLeft(), QPointF(rect.left(), rect.bottom() - r));
     path.closeSubpath();
-    m_window->setMask(QRegion(path.toFillPolygon().toPolygon()));
+    Platform::setNotchShape(*m_window, QRegion(path.toFillPolygon().toPolygon()), m_path);
 }
 
 } // namespace norva

@@ -2,6 +2,7 @@
 
 #include "notch/DisplayPicker.h"
 #include "notch/NotchViewModel.h"
+#include "notch/WindowSystemChoice.h"
 
 #include <QObject>
 #include <QPointer>
@@ -31,7 +32,7 @@ public:
     static constexpr int windowHeight = 640;
 
     NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
-                 SettingsStore& settings, QObject* parent = nullptr);
+                 SettingsStore& settings, DrawingPath path = DrawingPath::x11, QObject* parent = nullptr);
     ~NotchOverlay() override;
 
     bool isValid() const { return m_window != nullptr; }
@@ -48,6 +49,7 @@ private:
 
     NotchViewModel m_notch;
     DisplayInfo m_display;
+    DrawingPath m_path;
     QPointer<QScreen> m_screen;
     QQuickWindow* m_window = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "app/Log.h"
 #include "app/Paths.h"
+#include "notch/SessionPlatform.h"
+#include "notch/WindowSystemChoice.h"
 #include "ui/NorvaApp.h"
 #include "ui/QuitOnSignals.h"
 #include "ui/SingleInstance.h"
@@ -11,7 +13,19 @@
 
 int main(int argc, char* argv[])
 {
+    // Chosen before Qt picks a platform of its own: on a Wayland desktop without a layer for the
+    // notch, only XWayland lets the notch sit at the top centre above other windows.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const norva::SessionEnvironment session = norva::Platform::readSessionEnvironment(arguments);
+    const norva::WindowSystemChoice::Decision drawing = norva::WindowSystemChoice::decide(session);
+    if (!drawing.platform.isEmpty())
+        qputenv("QT_QPA_PLATFORM", drawing.platform);
     QApplication app(argc, argv);
+    // Programs Norva starts (players, terminals, hooks) make their own choice, as before.
+    if (!drawing.platform.isEmpty())
+        qunsetenv("QT_QPA_PLATFORM");
     QApplication::setApplicationName(QStringLiteral("Norva"));
     QApplication::setApplicationVersion(QStringLiteral(NORVA_VERSION));
     QApplication::setQuitOnLastWindowClosed(false);
@@ -46,11 +60,14 @@ int main(int argc, char* argv[])
     }
     norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
     const norva::QuitOnSignals quitOnSignals;
+    if (!drawing.logLine.isEmpty())
+        norva::logLine(drawing.logLine);
 
     norva::NorvaApp norvaApp({.demo = parser.isSet(demo) || parser.isSet(demoScene),
                               .exitAfterFirstFrame = parser.isSet(firstFrame),
                               .openPage = parser.value(openPage),
-                              .demoScene = parser.value(demoScene)});
+                              .demoScene = parser.value(demoScene),
+                              .session = session});
     if (!norvaApp.start())
         return 1;
     return QApplication::exec();

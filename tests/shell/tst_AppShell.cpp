@@ -1,3 +1,4 @@
+#include "NorvaProcess.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -5,46 +6,17 @@
 #include <QtTest>
 
 using norva::test::TempHome;
+using norva::test::stop;
+using norva::test::waitForOutput;
 
 namespace {
 
-// Norva started for real on the offscreen platform with a throw-away HOME.
+// Norva on the offscreen platform with a throw-away HOME.
 std::unique_ptr<QProcess> startNorva(const TempHome& home, const QStringList& arguments = {})
 {
-    auto process = std::make_unique<QProcess>();
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
+    QProcessEnvironment environment = norva::test::norvaEnvironment(home);
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.remove(QStringLiteral("NORVA_LOG_QUIET"));
-    environment.remove(QStringLiteral("XDG_CONFIG_HOME"));
-    environment.remove(QStringLiteral("XDG_DATA_HOME"));
-    environment.remove(QStringLiteral("XDG_STATE_HOME"));
-    process->setProcessEnvironment(environment);
-    process->start(QStringLiteral(NORVA_EXECUTABLE), arguments);
-    return process;
-}
-
-bool waitForOutput(QProcess& process, const QByteArray& text, QByteArray& seen, int ms = 20000)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!seen.contains(text) && timer.elapsed() < ms) {
-        process.waitForReadyRead(200);
-        seen += process.readAllStandardError();
-        if (process.state() == QProcess::NotRunning) {
-            seen += process.readAllStandardError();
-            break;
-        }
-    }
-    return seen.contains(text);
-}
-
-void stop(QProcess& process)
-{
-    process.terminate();
-    if (!process.waitForFinished(5000))
-        process.kill();
-    process.waitForFinished(5000);
+    return norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE), environment, arguments);
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 import QtQuick
 
-// The settings a person reaches for most, two columns of switches.
+// The settings a person reaches for most, two columns of switches, and what this desktop keeps
+// from Norva when it does.
 Item {
     Grid {
-        anchors.fill: parent
-        anchors.topMargin: 4
+        id: switches
+        anchors { left: parent.left; right: parent.right; top: parent.top; topMargin: 4 }
         columns: 2
         columnSpacing: 28
         rowSpacing: 2
@@ -55,5 +56,15 @@ Item {
             checked: settings.launchAtLogin
             onToggled: on => settings.launchAtLogin = on
         }
+    }
+
+    PlainText {
+        anchors { left: parent.left; right: parent.right; top: switches.bottom; topMargin: Theme.spacing }
+        visible: text.length > 0
+        text: app.desktopLimits
+        color: Theme.textDim
+        font.family: Theme.fontFamily
+        font.pixelSize: Theme.fontSmall
+        wrapMode: Text.WordWrap
     }
 }
