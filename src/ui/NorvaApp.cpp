@@ -148,6 +148,12 @@ bool NorvaApp::start()
     }
     if (m_options.exitAfterFirstFrame)
         noteFirstFrame();
+    m_door = std::make_unique<CommandDoor>(Paths::stateFolder() + QStringLiteral("/norva.door"));
+    connect(m_door.get(), &CommandDoor::jotRequested, this, &NorvaApp::openJot);
+    if (!m_options.demo)
+        m_door->listen();
+    if (m_options.jot)
+        openJot();
     if (!m_options.openPage.isEmpty()) {
         openNotch(m_options.openPage);
         m_overlays.front()->notch()->setPinnedOpen(true);
@@ -173,6 +179,7 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("notesDesk"), &m_notes->desk());
     context->setContextProperty(QStringLiteral("notesMirror"), &m_notes->mirror());
     context->setContextProperty(QStringLiteral("timers"), &m_timers->timer());
+    context->setContextProperty(QStringLiteral("jotSheet"), &m_notes->jot());
 }
 
 // Team rules, Claude Code's usage windows and the terminal jump-back. The team's never rules keep
@@ -377,6 +384,12 @@ void NorvaApp::openNotchQuietly(const QString& page)
         notch->open(false);
     else
         notch->openPage(page);
+}
+
+void NorvaApp::openJot()
+{
+    m_notes->jot().open();
+    openNotch(QStringLiteral("notes"));
 }
 
 void NorvaApp::openSettings()

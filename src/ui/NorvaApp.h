@@ -29,6 +29,7 @@
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
 #include "timers/TimersFeature.h"
+#include "ui/CommandDoor.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
 
@@ -58,6 +59,7 @@ public:
         QString openPage;                 // start with the notch open on this page
         QString demoScene;                // which samples: "all" (empty), "one", "two" or "pinned"
         SessionEnvironment session;       // as read before Qt started
+        bool jot = false;                 // start with the jot sheet open
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);
@@ -78,6 +80,8 @@ public:
     // program the person is typing in.
     void openNotchQuietly(const QString& page);
     Q_INVOKABLE void quit();
+    // Opens the notch on the notes with the jot sheet over it (the notch's button, norva --jot).
+    Q_INVOKABLE void openJot();
 
 private:
     void exposeToQml();
@@ -127,6 +131,7 @@ private:
     // Quick notes with their mirror, and the timer with focus rounds.
     std::unique_ptr<NotesFeature> m_notes;
     std::unique_ptr<TimersFeature> m_timers;
+    std::unique_ptr<CommandDoor> m_door;
     // Producers that publish the features' live activities to the closed notch.
     std::unique_ptr<AgentPromptActivities> m_agentActivities;
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;

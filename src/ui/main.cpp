@@ -2,6 +2,7 @@
 #include "app/Paths.h"
 #include "notch/SessionPlatform.h"
 #include "notch/WindowSystemChoice.h"
+#include "ui/CommandDoor.h"
 #include "ui/NorvaApp.h"
 #include "ui/QuitOnSignals.h"
 #include "ui/SingleInstance.h"
@@ -44,6 +45,9 @@ int main(int argc, char* argv[])
     const QCommandLineOption demoScene(QStringLiteral("demo-scene"),
                                        QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
                                        QStringLiteral("scene"), QStringLiteral("all"));
+    const QCommandLineOption jot(QStringLiteral("jot"),
+                                 QStringLiteral("Open the jot sheet (in the running Norva, or in this one as it starts)."));
+    parser.addOption(jot);
     parser.addOption(demo);
     parser.addOption(demoScene);
     parser.addOption(firstFrame);
@@ -52,6 +56,9 @@ int main(int argc, char* argv[])
 
     norva::Paths::ensureFolder(norva::Paths::stateFolder());
     norva::SingleInstance instance(norva::Paths::stateFolder() + QStringLiteral("/norva.lock"));
+    const QString door = norva::Paths::stateFolder() + QStringLiteral("/norva.door");
+    if (!instance.isFirst() && parser.isSet(jot) && norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
+        return 0;
     if (!instance.isFirst()) {
         std::fprintf(stderr, "Norva is already running.\n");
         norva::logLine(QStringLiteral("Norva: another Norva is already running (") + instance.lockPath() +
@@ -67,7 +74,8 @@ int main(int argc, char* argv[])
                               .exitAfterFirstFrame = parser.isSet(firstFrame),
                               .openPage = parser.value(openPage),
                               .demoScene = parser.value(demoScene),
-                              .session = session});
+                              .session = session,
+                              .jot = parser.isSet(jot)});
     if (!norvaApp.start())
         return 1;
     return QApplication::exec();

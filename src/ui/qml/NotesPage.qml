@@ -29,12 +29,17 @@ Item {
             width: parent.width
             spacing: 6
             InputField {
-                width: parent.width - newButton.width - 6
+                width: parent.width - newButton.width - newNote.width - 12
                 hint: "Filter"
                 onEdited: text => page.desk.filter = text
             }
             TextButton {
                 id: newButton
+                label: "Jot"
+                onClicked: app.openJot()
+            }
+            TextButton {
+                id: newNote
                 label: "New"
                 onClicked: { page.desk.newNote(""); editor.forceActiveFocus() }
             }

@@ -42,5 +42,8 @@ Item {
             title: panel.currentPageInfo.title
             text: panel.currentPageInfo.emptyText
         }
+        JotSheet {
+            anchors.fill: parent
+        }
     }
 }
