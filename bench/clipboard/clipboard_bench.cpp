@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QRandomGenerator>
@@ -143,9 +144,12 @@ void loadFigures()
     StillClipboard still;
     for (int run = 0; run < 5; ++run) {
         ClipboardManager manager(still, settings, systemClock(), data);
+        QEventLoop untilLoaded;
+        QObject::connect(&manager, &ClipboardManager::loaded, &untilLoaded, &QEventLoop::quit);
         QElapsedTimer timer;
         timer.start();
         manager.start();
+        untilLoaded.exec();
         loads << timer.nsecsElapsed() / 1e6;
         if (manager.items().size() != kClips)
             std::printf("  (loaded %lld clips, not %d)\n", static_cast<long long>(manager.items().size()),

@@ -1,7 +1,9 @@
 #include "app/AtomicFile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 
 #include <cerrno>
@@ -38,6 +40,26 @@ std::optional<QString> writeFileAtomically(const QString& path, const QByteArray
     if (!file.commit())
         return failureOf(file, errno);
     return std::nullopt;
+}
+
+QStringList clearHalfWrittenSaves(const QString& path)
+{
+    const QFileInfo info(path);
+    const QRegularExpression leftover(QStringLiteral("^") + QRegularExpression::escape(info.fileName()) +
+                                      QStringLiteral("\\.[A-Za-z0-9]{6}$"));
+    const QDir folder = info.absoluteDir();
+    QStringList removed;
+    for (const QString& name :
+         folder.entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden)) {
+        if (leftover.match(name).hasMatch() && QFile::remove(folder.filePath(name)))
+            removed << name;
+    }
+    return removed;
+}
+
+QString halfWrittenLine(const QString& area, const QString& name)
+{
+    return area + QStringLiteral(": removed ") + name + QStringLiteral(", a save that a quit left half written");
 }
 
 } // namespace norva

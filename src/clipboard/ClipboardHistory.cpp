@@ -134,33 +134,29 @@ void ClipboardHistory::replaceAll(QList<ClipboardItem> items)
 QList<ClipboardItem> ClipboardHistory::mergeDuplicates()
 {
     QList<ClipboardItem> folded;
-    QList<Content> seen;
+    QList<ClipboardItem> kept;
+    kept.reserve(m_items.size());
+    QHash<Content, qsizetype> keeperAt; // where each content's keeper sits in `kept`
     // Newest first, so the first clip met with a content is the one copied last.
-    for (int i = 0; i < m_items.size();) {
-        const auto content = contentOf(m_items.at(i));
+    for (auto& item : m_items) {
+        const auto content = contentOf(item);
         if (!content) {
-            ++i;
+            kept.append(std::move(item));
             continue;
         }
-        const auto keeper = std::find(seen.begin(), seen.end(), *content);
-        if (keeper == seen.end()) {
-            seen.append(*content);
-            ++i;
+        const auto keeper = keeperAt.constFind(*content);
+        if (keeper == keeperAt.cend()) {
+            keeperAt.insert(*content, kept.size());
+            kept.append(std::move(item));
             continue;
         }
         // A pin on either copy survives on the one kept.
-        const ClipboardItem gone = m_items.takeAt(i);
-        if (gone.pinned) {
-            for (auto& item : m_items) {
-                if (contentOf(item) == content) {
-                    item.pinned = true;
-                    break;
-                }
-            }
-        }
-        m_keys.remove(gone.id);
-        folded.append(gone);
+        if (item.pinned)
+            kept[*keeper].pinned = true;
+        m_keys.remove(item.id);
+        folded.append(std::move(item));
     }
+    m_items = std::move(kept);
     return folded;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QHashFunctions>
 #include <QList>
 
 #include <optional>
@@ -20,6 +21,10 @@ public:
         ClipboardKind kind = ClipboardKind::text;
         qint64 hash = 0;
         bool operator==(const Content&) const = default;
+        friend size_t qHash(const Content& content, size_t seed = 0)
+        {
+            return qHashMulti(seed, static_cast<int>(content.kind), content.hash);
+        }
     };
     // What record() did: brought an existing clip back to the top, or added a new one.
     struct Recorded {

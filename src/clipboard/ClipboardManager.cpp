@@ -96,7 +96,13 @@ bool ClipboardManager::historyOn() const
 void ClipboardManager::start()
 {
     m_images.prepare();
-    load();
+    m_loading = true;
+    runOffMain<ClipboardLoad::Result>(
+        this,
+        [input = ClipboardLoad::Input{m_list.path(), m_images, m_settings.clipboardLimit(), m_clock.now()}] {
+            return ClipboardLoad::run(input);
+        },
+        [this](ClipboardLoad::Result result) { finishLoad(result); });
     m_lastChangeCount = m_source.changeCount();
     m_lastHistoryOn = historyOn();
     connect(&m_source, &ClipboardSource::changed, this, &ClipboardManager::poll, Qt::UniqueConnection);
@@ -120,75 +126,23 @@ QString ClipboardManager::imagePath(const Item& clip) const
     return clip.imageFile ? QDir(m_images.url()).filePath(*clip.imageFile) : QString();
 }
 
-void ClipboardManager::load()
+void ClipboardManager::finishLoad(const ClipboardLoad::Result& result)
 {
-    const QList<Item> stored = m_list.decode<Item>(m_list.load(), &ClipboardItem::fromJson);
-    bool edited = false;
-    QList<Item> kept;
-    for (const auto& clip : stored) {
-        bool gone = false;
-        if (clip.kind == ClipboardKind::image)
-            gone = !QFileInfo::exists(imagePath(clip));
-        else if (clip.kind == ClipboardKind::file)
-            gone = std::none_of(clip.filePaths->begin(), clip.filePaths->end(),
-                                [](const QString& path) { return QFileInfo::exists(path); });
-        if (gone) {
-            logLine(kArea + QStringLiteral(": left out ") + describe(clip) +
-                    QStringLiteral(" whose file is gone"));
-            edited = true;
-            continue;
-        }
-        kept.append(clip);
-    }
-
-    // Clips stored without a hash (by an older Norva) learn it from their content.
-    int learned = 0;
-    for (auto& clip : kept) {
-        if (clip.contentHash)
-            continue;
-        if (clip.kind == ClipboardKind::image) {
-            QFile picture(imagePath(clip));
-            const QByteArray bytes = picture.open(QIODevice::ReadOnly) ? picture.readAll() : QByteArray();
-            if (bytes.isEmpty()) {
-                const QString why =
-                    picture.isOpen() ? QStringLiteral("its picture is empty") : picture.errorString();
-                logLine(kArea + QStringLiteral(": kept ") + describe(clip) +
-                        QStringLiteral(" without a hash (") + why +
-                        QStringLiteral("); copying the same picture again adds a second clip"));
-                continue;
-            }
-            clip.contentHash = ClipboardHistory::stableHash(bytes);
-        } else if (clip.kind == ClipboardKind::file) {
-            clip.contentHash = ClipboardHistory::stableHash(ClipboardHistory::hashedBytes(*clip.filePaths));
-        } else {
-            clip.contentHash = ClipboardHistory::stableHash(ClipboardHistory::hashedBytes(*clip.text));
-        }
-        ++learned;
-    }
-    if (learned > 0) {
-        logLine(kArea + QStringLiteral(": learned the hash of ") + clips(learned));
-        edited = true;
-    }
-    m_history.replaceAll(kept);
-
-    const QList<Item> merged = m_history.mergeDuplicates();
-    if (!merged.isEmpty()) {
-        logLine(kArea + QStringLiteral(": merged ") + clips(merged.size()) +
-                QStringLiteral(" held twice into the one copied last"));
-        for (const auto& clip : merged)
-            deletePicture(clip);
-        edited = true;
-    }
+    m_list.take(result.read);
+    if (result.skipped > 0)
+        m_list.reportSkipped(result.skipped);
+    logLoad(result);
+    // Copies filed while the list was read go on top of it, the newest last.
+    const QList<Item> meanwhile = m_history.recency();
+    m_history.replaceAll(result.kept);
+    for (auto clip = meanwhile.crbegin(); clip != meanwhile.crend(); ++clip)
+        m_history.record(*clip);
 
     // Pictures that no clip lists are left where they are: the folder is never swept.
-    QSet<QString> listed;
-    for (const auto& clip : m_history.recency()) {
-        if (clip.imageFile)
-            listed.insert(*clip.imageFile);
-    }
-    for (const QString& path : m_images.files()) {
-        const QString name = QFileInfo(path).fileName();
-        if (listed.contains(name))
+    for (const QString& name : result.unlisted) {
+        const bool filedMeanwhile = std::any_of(meanwhile.begin(), meanwhile.end(),
+                                                [&name](const Item& clip) { return clip.imageFile == name; });
+        if (filedMeanwhile)
             continue;
         if (name.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
             logLine(kArea + QStringLiteral(": left alone ") + name + QStringLiteral(" in ") + kImagesFolder +
@@ -200,11 +154,6 @@ void ClipboardManager::load()
     }
 
     const int limit = m_settings.clipboardLimit();
-    const QList<Item> trimmed = m_history.trim(limit);
-    if (!trimmed.isEmpty()) {
-        letGo(trimmed);
-        edited = true;
-    }
     int pinned = 0;
     for (const auto& clip : m_history.recency())
         pinned += clip.pinned ? 1 : 0;
@@ -212,9 +161,50 @@ void ClipboardManager::load()
     if (pastLimit > 0)
         logLine(kArea + QStringLiteral(": kept ") + clips(pastLimit) + QStringLiteral(" past the limit of ") +
                 QString::number(limit) + QStringLiteral(": they are pinned (no rule lets a pin go)"));
-    if (edited)
+
+    m_loading = false;
+    if (!meanwhile.isEmpty())
+        letGo(m_history.trim(limit));
+    if (result.edited() || !meanwhile.isEmpty() || m_saveAfterLoad)
         m_list.later();
+    m_saveAfterLoad = false;
     emit itemsChanged();
+    emit loaded();
+}
+
+// The load's findings, in the order they were made: the whole file kept aside and the clips past
+// the limit, then what the kept clips needed.
+void ClipboardManager::logLoad(const ClipboardLoad::Result& result) const
+{
+    const QString listName = m_list.fileName();
+    if (result.keptWholeAs)
+        logLine(kArea + QStringLiteral(": kept the whole ") + listName + QStringLiteral(" as ") +
+                *result.keptWholeAs + QStringLiteral(" (it held ") + clips(result.held) +
+                QStringLiteral(", far past the limit of ") + QString::number(m_settings.clipboardLimit()) +
+                QLatin1Char(')'));
+    else if (!result.keepWholeFailure.isEmpty())
+        logLine(kArea + QStringLiteral(": could not keep the whole ") + listName + QStringLiteral(" (") +
+                result.keepWholeFailure + QStringLiteral("); the clips past the limit go all the same"));
+    if (!result.letGo.isEmpty())
+        logLine(letGoLine(result.letGo.size()));
+    for (const auto& clip : result.leftOut)
+        logLine(kArea + QStringLiteral(": left out ") + describe(clip) + QStringLiteral(" whose file is gone"));
+    for (const auto& [clip, why] : result.hashless)
+        logLine(kArea + QStringLiteral(": kept ") + describe(clip) + QStringLiteral(" without a hash (") + why +
+                QStringLiteral("); copying the same picture again adds a second clip"));
+    if (result.learned > 0)
+        logLine(kArea + QStringLiteral(": learned the hash of ") + clips(result.learned));
+    if (!result.merged.isEmpty())
+        logLine(kArea + QStringLiteral(": merged ") + clips(result.merged.size()) +
+                QStringLiteral(" held twice into the one copied last"));
+}
+
+void ClipboardManager::saveLater()
+{
+    if (m_loading)
+        m_saveAfterLoad = true;
+    else
+        m_list.later();
 }
 
 void ClipboardManager::poll()
@@ -362,7 +352,7 @@ void ClipboardManager::file(Item clip)
 void ClipboardManager::changed()
 {
     letGo(m_history.trim(m_settings.clipboardLimit()));
-    m_list.later();
+    saveLater();
     emit itemsChanged();
 }
 
@@ -372,9 +362,25 @@ void ClipboardManager::letGo(const QList<Item>& gone)
         return;
     for (const auto& clip : gone)
         deletePicture(clip);
-    logLine(kArea + QStringLiteral(": let go of ") + clips(gone.size()) +
-            QStringLiteral(" past the limit of ") + QString::number(m_settings.clipboardLimit()) +
-            QStringLiteral(" (Settings: Keep up to)"));
+    const int limit = m_settings.clipboardLimit();
+    if (m_letGoToldAt == limit)
+        return;
+    m_letGoToldAt = limit;
+    logLine(letGoLine(gone.size()));
+}
+
+void ClipboardManager::endLetGoStreakIfRoom()
+{
+    const auto& items = m_history.recency();
+    const auto unpinned = std::count_if(items.begin(), items.end(), [](const Item& clip) { return !clip.pinned; });
+    if (unpinned < m_settings.clipboardLimit())
+        m_letGoToldAt.reset();
+}
+
+QString ClipboardManager::letGoLine(qsizetype count) const
+{
+    return kArea + QStringLiteral(": let go of ") + clips(int(count)) + QStringLiteral(" past the limit of ") +
+           QString::number(m_settings.clipboardLimit()) + QStringLiteral(" (Settings: Keep up to)");
 }
 
 void ClipboardManager::deletePicture(const Item& clip)
@@ -418,7 +424,8 @@ void ClipboardManager::forget(const QUuid& id, const QString& reason)
             QStringLiteral(" could not be copied again (") + reason +
             QStringLiteral("); removed it from the history"));
     deletePicture(*removed);
-    m_list.later();
+    endLetGoStreakIfRoom();
+    saveLater();
     emit itemsChanged();
 }
 
@@ -476,7 +483,7 @@ ClipboardManager::CopyOutcome ClipboardManager::copy(const QUuid& id)
     m_lastChangeCount = m_source.changeCount();
     m_history.bringBack(id, m_clock.now());
     m_copiedItemID = id;
-    m_list.later();
+    saveLater();
     emit itemsChanged();
     emit copiedItemChanged();
     return {true, {}};
@@ -489,7 +496,7 @@ void ClipboardManager::setPinned(const QUuid& id, bool pinned)
     // Unpinning can put the history over its limit at once.
     if (!pinned)
         letGo(m_history.trim(m_settings.clipboardLimit()));
-    m_list.later();
+    saveLater();
     emit itemsChanged();
 }
 
@@ -499,7 +506,8 @@ void ClipboardManager::remove(const QUuid& id)
     if (!removed)
         return;
     deletePicture(*removed);
-    m_list.later();
+    endLetGoStreakIfRoom();
+    saveLater();
     emit itemsChanged();
 }
 
@@ -508,8 +516,9 @@ int ClipboardManager::clearAllButPinned()
     const QList<Item> cleared = m_history.clearAllButPinned();
     for (const auto& clip : cleared)
         deletePicture(clip);
+    endLetGoStreakIfRoom();
     if (!cleared.isEmpty()) {
-        m_list.later();
+        saveLater();
         emit itemsChanged();
     }
     return cleared.size();

@@ -3,6 +3,7 @@
 #include "app/Clock.h"
 #include "clipboard/ClipboardHistory.h"
 #include "clipboard/ClipboardItem.h"
+#include "clipboard/ClipboardLoad.h"
 #include "storage/OwnedFolder.h"
 #include "storage/StoredList.h"
 
@@ -43,8 +44,10 @@ public:
                      const QString& dataFolder, QObject* parent = nullptr);
     ~ClipboardManager() override;
 
-    // Loads the stored list, then watches the clipboard.
+    // Watches the clipboard, and loads the stored list off the main thread (loaded() tells when
+    // it is in). Copies made meanwhile are filed on top of it.
     void start();
+    bool isLoaded() const { return !m_loading; }
     void poll();
     // Files a text dropped on the notch; false (with its log line) when it is not kept.
     bool recordDropped(const QString& text);
@@ -71,11 +74,16 @@ public:
     static bool isPrivate(const QStringList& formats, const std::function<QByteArray(const QString&)>& data);
 
     StoredList& storedList() { return m_list; }
-    // Saves a waiting change now (at quit).
-    void flush() { m_list.saveNow(); }
+    // Saves a waiting change now (at quit). Before the stored list is in, nothing is written over it.
+    void flush()
+    {
+        if (!m_loading)
+            m_list.saveNow();
+    }
 
 signals:
     void itemsChanged();
+    void loaded();
     void copiedItemChanged();
     void historyOnChanged();
     void thumbnailReady(const QUuid& id);
@@ -83,12 +91,16 @@ signals:
     void imageCopyHandled();
 
 private:
-    void load();
+    void finishLoad(const ClipboardLoad::Result& result);
+    void logLoad(const ClipboardLoad::Result& result) const;
+    void saveLater();
+    QString letGoLine(qsizetype count) const;
     void recordFiles(const QStringList& paths);
     void recordImage(const QByteArray& bytes, const QString& format);
     void recordString(const QString& text);
     void file(Item clip);
     void letGo(const QList<Item>& clips);
+    void endLetGoStreakIfRoom();
     void deletePicture(const Item& clip);
     void changed();
     QString describe(const Item& clip) const;
@@ -105,6 +117,11 @@ private:
     std::optional<QUuid> m_copiedItemID;
     std::optional<quint64> m_lastChangeCount;
     bool m_lastHistoryOn = true;
+    // The limit at which letting go was last said: a full history lets one clip go with every new
+    // copy, which is said once until the history has room again or the limit changes.
+    std::optional<int> m_letGoToldAt;
+    bool m_loading = false;       // the stored list is being read off the main thread
+    bool m_saveAfterLoad = false; // a change waits for the stored list before it is saved
     QHash<QUuid, QImage> m_thumbnails;
     ScheduledWork m_pollWork;
 };

@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonParseError>
-#include <QRegularExpression>
 
 namespace norva {
 StoredList::StoredList(QString path, QString area, Clock& clock, Seconds saveDelay)
@@ -27,33 +26,43 @@ QString StoredList::fileName() const
     return QFileInfo(m_path).fileName();
 }
 
+StoredList::Read StoredList::read(const QString& path, const QString& notAList)
+{
+    Read read;
+    read.cleared = clearHalfWrittenSaves(path);
+    QFile file(path);
+    if (!file.exists())
+        return read;
+    if (!file.open(QIODevice::ReadOnly)) {
+        read.failure = file.errorString();
+        return read;
+    }
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (error.error != QJsonParseError::NoError)
+        read.failure = QStringLiteral("it is not JSON: ") + error.errorString();
+    else if (!document.isArray())
+        read.failure = notAList.isEmpty() ? Wording().notAList : notAList;
+    else
+        read.elements = document.array();
+    return read;
+}
+
+void StoredList::take(const Read& read)
+{
+    for (const QString& name : read.cleared)
+        logLine(halfWrittenLine(m_area, name));
+    m_unreadable = !read.failure.isEmpty();
+    if (m_unreadable)
+        logLine(m_area + QStringLiteral(": could not read ") + fileName() + QStringLiteral(" (") + read.failure +
+                QStringLiteral("); started without it"));
+}
+
 QJsonArray StoredList::load()
 {
-    clearHalfWritten();
-    m_unreadable = false;
-    QFile file(m_path);
-    if (!file.exists())
-        return {};
-    QString why;
-    QJsonArray elements;
-    if (!file.open(QIODevice::ReadOnly)) {
-        why = file.errorString();
-    } else {
-        QJsonParseError error{};
-        const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-        if (error.error != QJsonParseError::NoError)
-            why = QStringLiteral("it is not JSON: ") + error.errorString();
-        else if (!document.isArray())
-            why = m_wording.notAList;
-        else
-            elements = document.array();
-    }
-    if (!why.isEmpty()) {
-        m_unreadable = true;
-        logLine(m_area + QStringLiteral(": could not read ") + fileName() + QStringLiteral(" (") + why +
-                QStringLiteral("); started without it"));
-    }
-    return elements;
+    const Read found = read(m_path, m_wording.notAList);
+    take(found);
+    return found.elements;
 }
 
 void StoredList::later()
@@ -110,24 +119,6 @@ bool StoredList::setAsideUnreadable()
     m_setAsideName = QFileInfo(aside).fileName();
     m_unreadable = false;
     return true;
-}
-
-// A quit in the middle of a save can leave the save's temporary file ("<name>.XXXXXX") beside
-// the list; the list itself is whole (old or new), so the leftover only takes room.
-void StoredList::clearHalfWritten() const
-{
-    const QFileInfo info(m_path);
-    const QRegularExpression leftover(QStringLiteral("^") + QRegularExpression::escape(info.fileName()) +
-                                      QStringLiteral("\\.[A-Za-z0-9]{6}$"));
-    const QDir folder = info.absoluteDir();
-    for (const QString& name :
-         folder.entryList({info.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden)) {
-        if (!leftover.match(name).hasMatch())
-            continue;
-        if (QFile::remove(folder.filePath(name)))
-            logLine(m_area + QStringLiteral(": removed ") + name +
-                    QStringLiteral(", a save that a quit left half written"));
-    }
 }
 
 void StoredList::reportSkipped(int count) const

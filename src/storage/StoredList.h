@@ -43,18 +43,32 @@ public:
     // as an unreadable one is, before the list is first saved over it.
     void keepFileBeforeNextSave() { m_unreadable = true; }
 
-    // Reads the file: a missing file is an empty list; one that cannot be read logs
+    // What reading the file found: its elements, or why it could not be read, and the names of
+    // the half-written saves cleared beside it.
+    struct Read {
+        QJsonArray elements;
+        QString failure; // empty when the file was read or is missing
+        QStringList cleared;
+    };
+    // Reads the file without touching the list's state or the log, so it may run off the main thread.
+    // `notAList` is the reason given for JSON that is not a list (empty: Wording's own).
+    static Read read(const QString& path, const QString& notAList = {});
+    // Takes a reading on the main thread: logs what it found, and remembers an unreadable file so
+    // it is set aside before the first save.
+    void take(const Read& read);
+
+    // Reads the file now: a missing file is an empty list; one that cannot be read logs
     // ": could not read" and gives an empty list, and the file stays as it is for now.
     // Also clears what a quit left half written beside it.
     QJsonArray load();
 
-    // Decodes each element; one that does not decode is skipped (and counted in the log).
+    // Decodes each element; one that does not decode is skipped and counted in `skipped`.
     template <typename T>
-    QList<T> decode(const QJsonArray& elements,
-                    const std::function<std::optional<T>(const QJsonObject&)>& one) const
+    static QList<T> decodeAll(const QJsonArray& elements,
+                              const std::function<std::optional<T>(const QJsonObject&)>& one, int& skipped)
     {
         QList<T> decoded;
-        int skipped = 0;
+        decoded.reserve(elements.size());
         for (const auto& element : elements) {
             std::optional<T> value = element.isObject() ? one(element.toObject()) : std::nullopt;
             if (value)
@@ -62,10 +76,21 @@ public:
             else
                 ++skipped;
         }
+        return decoded;
+    }
+    // Decodes each element; one that does not decode is skipped (and counted in the log).
+    template <typename T>
+    QList<T> decode(const QJsonArray& elements,
+                    const std::function<std::optional<T>(const QJsonObject&)>& one) const
+    {
+        int skipped = 0;
+        QList<T> decoded = decodeAll(elements, one, skipped);
         if (skipped > 0)
             reportSkipped(skipped);
         return decoded;
     }
+    // ": skipped 3 entries of clipboard.json that did not read"
+    void reportSkipped(int count) const;
 
     // Schedules a save of the snapshot; changes until it runs are saved together.
     void later();
@@ -87,8 +112,6 @@ public:
 private:
     bool setAsideUnreadable();
     bool save();
-    void clearHalfWritten() const;
-    void reportSkipped(int count) const;
 
     QString m_path;
     QString m_area;

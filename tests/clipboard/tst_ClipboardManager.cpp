@@ -34,7 +34,9 @@ struct Rig {
     void start()
     {
         manager = std::make_unique<ClipboardManager>(clipboard, settings, clock, data());
+        QSignalSpy loaded(manager.get(), &ClipboardManager::loaded);
         manager->start();
+        QVERIFY(loaded.wait(5000));
     }
     // The clipboard changes, and the next poll sees it.
     void copy(const QMap<QString, QByteArray>& content, std::optional<QString> app = std::nullopt)
@@ -236,10 +238,33 @@ private slots:
         QCOMPARE(rig.manager->items().size(), 3); // two unpinned and the pin
     }
 
+    void aFullHistorySaysItLetsGoOncePerStreak()
+    {
+        Rig rig;
+        rig.settings.setClipboardLimit(2);
+        rig.start();
+        LogCapture log;
+        const QString atTwo = QStringLiteral("Norva clipboard: let go of 1 clip past the limit of 2 (Settings: Keep up to)");
+        for (int n = 0; n < 6; ++n)
+            rig.copyText(QStringLiteral("copy %1").arg(n));
+        QCOMPARE(log.lines(), QStringList{atTwo});
+        // Room again ends the streak; so does a new limit.
+        rig.manager->remove(rig.manager->items().first().id);
+        rig.copyText(QStringLiteral("fills it"));
+        rig.copyText(QStringLiteral("past it"));
+        rig.copyText(QStringLiteral("past it again"));
+        QCOMPARE(log.lines(), (QStringList{atTwo, atTwo}));
+        rig.settings.setClipboardLimit(1);
+        rig.copyText(QStringLiteral("at the new limit"));
+        rig.copyText(QStringLiteral("and again"));
+        QCOMPARE(log.lines().mid(2), (QStringList{
+            QStringLiteral("Norva clipboard: let go of 2 clips past the limit of 1 (Settings: Keep up to)")}));
+    }
+
     void loadingRules()
     {
         Rig rig;
-        rig.settings.setClipboardLimit(1);
+        rig.settings.setClipboardLimit(3);
         const QString kept = rig.home.write(QStringLiteral("data/ClipboardImages/kept.png"), pngBytes(Qt::red));
         rig.home.write(QStringLiteral("data/ClipboardImages/stray.png"), pngBytes(Qt::yellow));
         rig.home.write(QStringLiteral("data/ClipboardImages/notes.txt"), "not a picture");
@@ -265,6 +290,8 @@ private slots:
             storedText(QStringLiteral("twice"), QStringLiteral("2026-11-18T09:04:00.000Z"), false, false));
         list.append(
             storedText(QStringLiteral("older"), QStringLiteral("2026-11-18T08:00:00.000Z"), false, false));
+        list.append(storedText(QStringLiteral("oldest"), QStringLiteral("2026-11-18T06:00:00.000Z")));
+        list.append(storedText(QStringLiteral("ancient"), QStringLiteral("2026-11-18T05:00:00.000Z")));
         const QString brokenId = QStringLiteral("44444444-4444-4444-4444-444444444444");
         list.append(QJsonObject{{"id", brokenId},
                                 {"kind", "image"},
@@ -275,11 +302,13 @@ private slots:
         rig.writeList(list);
         LogCapture log;
         rig.start();
+        // The limit comes first, so no work is spent on clips that go: "ancient" is let go first.
         const QStringList expected = QStringList{
             "Norva clipboard: skipped 1 entry of clipboard.json that did not read",
+            "Norva clipboard: let go of 1 clip past the limit of 3 (Settings: Keep up to)",
+            "Norva clipboard: left out the file clip 22222222-2222-2222-2222-222222222222 whose file is gone",
             "Norva clipboard: left out the image clip 11111111-1111-1111-1111-111111111111 whose file is "
             "gone",
-            "Norva clipboard: left out the file clip 22222222-2222-2222-2222-222222222222 whose file is gone",
             "Norva clipboard: kept the image clip " + brokenId +
                 " without a hash (its picture is empty); copying the same picture again adds a second clip",
             "Norva clipboard: learned the hash of 3 clips",
@@ -287,14 +316,13 @@ private slots:
             "Norva clipboard: left alone notes.txt (it is not a picture of a clip): Norva keeps only .png "
             "pictures there",
             "Norva clipboard: left alone stray.png in ClipboardImages (no clip lists it)",
-            "Norva clipboard: let go of 1 clip past the limit of 1 (Settings: Keep up to)",
-            "Norva clipboard: kept 2 clips past the limit of 1: they are pinned (no rule lets a pin go)",
+            "Norva clipboard: kept 2 clips past the limit of 3: they are pinned (no rule lets a pin go)",
         };
         QCOMPARE(log.lines(), expected);
         QStringList held;
         for (const auto& clip : rig.manager->ordered())
             held << clip.text.value_or(clip.imageFile.value_or(QString()));
-        QCOMPARE(held, (QStringList{"kept.png", "broken.png", "twice"}));
+        QCOMPARE(held, (QStringList{"kept.png", "broken.png", "twice", "older", "oldest"}));
         QVERIFY(QFile::exists(kept));
         QVERIFY(QFile::exists(rig.home.file(QStringLiteral("data/ClipboardImages/stray.png"))));
         QVERIFY(QFile::exists(rig.home.file(QStringLiteral("data/ClipboardImages/notes.txt"))));
@@ -302,6 +330,72 @@ private slots:
         QVERIFY(!rig.manager->ordered().at(1).contentHash);
         QCOMPARE(rig.manager->ordered().at(0).contentHash,
                  std::optional<qint64>(ClipboardHistory::stableHash(pngBytes(Qt::red))));
+    }
+
+    void aHistoryFarPastTheLimitIsKeptWholeBeforeItIsTrimmed_data()
+    {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<bool>("keptWhole");
+        // The limit is 2: up to 100 clips past it are let go as usual, more keep the file whole first.
+        QTest::newRow("100 past the limit") << 102 << false;
+        QTest::newRow("101 past the limit") << 103 << true;
+    }
+    void aHistoryFarPastTheLimitIsKeptWholeBeforeItIsTrimmed()
+    {
+        QFETCH(int, stored);
+        QFETCH(bool, keptWhole);
+        Rig rig;
+        rig.settings.setClipboardLimit(2);
+        QJsonArray list;
+        const QDateTime first = QDateTime::fromString(QStringLiteral("2026-11-18T09:00:00.000Z"), Qt::ISODateWithMs);
+        for (int n = 0; n < stored; ++n)
+            list.append(storedText(QStringLiteral("clip %1").arg(n), first.addSecs(n).toString(Qt::ISODateWithMs)));
+        rig.writeList(list);
+        const QByteArray before = TempHome::read(rig.home.file(QStringLiteral("data/clipboard.json")));
+        LogCapture log;
+        rig.start();
+        const QStringList aside =
+            QDir(rig.data()).entryList({QStringLiteral("clipboard.json.untrimmed-*")}, QDir::Files);
+        QCOMPARE(aside.size(), keptWhole ? 1 : 0);
+        if (keptWhole) {
+            QCOMPARE(log.lines().first(), QStringLiteral("Norva clipboard: kept the whole clipboard.json as ") +
+                                              aside.first() + QStringLiteral(" (it held ") +
+                                              QString::number(stored) +
+                                              QStringLiteral(" clips, far past the limit of 2)"));
+            QCOMPARE(TempHome::read(rig.data() + QLatin1Char('/') + aside.first()), before);
+        }
+        QVERIFY(log.contains(QStringLiteral("Norva clipboard: let go of %1 clips past the limit of 2").arg(stored - 2)));
+        QCOMPARE(rig.manager->items().size(), 2);
+        QCOMPARE(*rig.manager->items().first().text, QStringLiteral("clip %1").arg(stored - 1));
+        rig.clock.advance(StoredList::kSaveDelay);
+        QCOMPARE(QJsonDocument::fromJson(TempHome::read(rig.home.file(QStringLiteral("data/clipboard.json"))))
+                     .array()
+                     .size(),
+                 2);
+    }
+
+    void copiesMadeWhileTheListLoadsGoOnTopAndNothingIsLost()
+    {
+        Rig rig;
+        rig.writeList({storedText(QStringLiteral("stored"), QStringLiteral("2026-11-18T09:00:00.000Z"))});
+        const QString path = rig.home.file(QStringLiteral("data/clipboard.json"));
+        const QByteArray before = TempHome::read(path);
+        rig.manager = std::make_unique<ClipboardManager>(rig.clipboard, rig.settings, rig.clock, rig.data());
+        QSignalSpy loaded(rig.manager.get(), &ClipboardManager::loaded);
+        rig.manager->start();
+        // The list's reading comes back through the event loop, so these copies land before it.
+        rig.copyText(QStringLiteral("copied during the load"));
+        rig.clock.advance(StoredList::kSaveDelay * 4);
+        rig.manager->flush();
+        QCOMPARE(TempHome::read(path), before); // the stored list is never written over half-known
+        QVERIFY(!rig.manager->isLoaded());
+        QVERIFY(loaded.wait(5000));
+        QStringList held;
+        for (const auto& clip : rig.manager->items())
+            held << *clip.text;
+        QCOMPARE(held, (QStringList{"copied during the load", "stored"}));
+        rig.clock.advance(StoredList::kSaveDelay);
+        QCOMPARE(QJsonDocument::fromJson(TempHome::read(path)).array().size(), 2);
     }
 
     void pictureWithoutItsFileCannotLearnItsHash()

@@ -98,7 +98,9 @@ private slots:
         m_source = std::make_unique<QtClipboardSource>();
         m_manager = std::make_unique<ClipboardManager>(*m_source, *m_settings, *m_clock,
                                                        m_home->file(QStringLiteral("data")));
+        QSignalSpy loaded(m_manager.get(), &ClipboardManager::loaded);
         m_manager->start();
+        QVERIFY(loaded.wait(5000));
     }
 
     void cleanup()
