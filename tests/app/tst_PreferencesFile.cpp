@@ -109,8 +109,22 @@ private slots:
         QCOMPARE(TempHome::read(path), broken);
     }
 
+    void fileThatIsNotTextIsSetAsideBeforeTheFirstWrite_data()
+    {
+        QTest::addColumn<bool>("startFinishesFirst");
+        QTest::addColumn<QStringList>("expected");
+        // Changed while starting (the first launch's flag): one line says both.
+        QTest::newRow("changed at once") << false
+                                         << QStringList{"Norva settings: kept the unreadable preferences file as ",
+                                                        " (it is not text) and started a fresh one"};
+        QTest::newRow("changed later") << true
+                                       << QStringList{"could not be read (it is not text)",
+                                                      "Norva settings: kept the unreadable preferences file as "};
+    }
     void fileThatIsNotTextIsSetAsideBeforeTheFirstWrite()
     {
+        QFETCH(bool, startFinishesFirst);
+        QFETCH(QStringList, expected);
         TempHome home;
         const QByteArray junk("\x00\xff\xfe binary \x01", 12);
         const QString path = home.write(QStringLiteral("prefs/preferences.toml"), junk);
@@ -119,13 +133,74 @@ private slots:
         SettingsStore store(file);
         QCOMPARE(store.showMenuBarIcon(), true);
         QCOMPARE(TempHome::read(path), junk);
-        QVERIFY(log.contains(QStringLiteral("could not be read (it is not text)")));
+        if (startFinishesFirst)
+            QCoreApplication::processEvents();
         store.setKeepPaused(KeepPaused::sixtySeconds);
-        QVERIFY(log.contains(QStringLiteral("Norva settings: kept the unreadable preferences file as ")));
+        QCoreApplication::processEvents();
+        const QStringList lines = log.lines();
+        QCOMPARE(lines.size(), startFinishesFirst ? 2 : 1);
+        QVERIFY(lines.first().contains(expected.first()));
+        QVERIFY(lines.last().contains(expected.last()));
         const QStringList kept = QDir(home.file(QStringLiteral("prefs"))).entryList({QStringLiteral("preferences.toml.unreadable-*")});
         QCOMPARE(kept.size(), 1);
         QCOMPARE(TempHome::read(home.file(QStringLiteral("prefs/") + kept.first())), junk);
         QCOMPARE(store.keepPaused(), KeepPaused::sixtySeconds);
+    }
+
+    void aSaveThatAQuitLeftHalfWrittenIsClearedAtStart()
+    {
+        TempHome home;
+        const QString path = home.write(QStringLiteral("prefs/preferences.toml"), "keepAwake = true\n");
+        home.write(QStringLiteral("prefs/preferences.toml.a1B2c3"), "keepAwake = fal");
+        home.write(QStringLiteral("prefs/preferences.toml.unreadable-20261118-100000"), "kept");
+        home.write(QStringLiteral("prefs/preferences.toml.orig"), "mine");
+        LogCapture log;
+        PreferencesFile file(path);
+        QCOMPARE(log.lines(), QStringList{QStringLiteral(
+                                  "Norva settings: removed preferences.toml.a1B2c3, a save that a quit left half written")});
+        QCOMPARE(QDir(home.file(QStringLiteral("prefs"))).entryList(QDir::Files),
+                 (QStringList{"preferences.toml", "preferences.toml.orig", "preferences.toml.unreadable-20261118-100000"}));
+        QCOMPARE(file.value(QStringLiteral("keepAwake")), std::optional<QVariant>(true));
+    }
+
+    void manyUnreadLinesAreToldOnceAndMovedAsideAtTheFirstChange_data()
+    {
+        QTest::addColumn<int>("junkLines");
+        QTest::addColumn<bool>("movedAside");
+        QTest::newRow("a few stay in place") << 3 << false;
+        QTest::newRow("a megabyte moves aside") << 20000 << true;
+    }
+    void manyUnreadLinesAreToldOnceAndMovedAsideAtTheFirstChange()
+    {
+        QFETCH(int, junkLines);
+        QFETCH(bool, movedAside);
+        TempHome home;
+        QByteArray junk;
+        for (int n = 0; n < junkLines; ++n)
+            junk += "junk line " + QByteArray::number(n) + " of a file pasted here by mistake, no equals sign\n";
+        const QString path = home.write(QStringLiteral("prefs/preferences.toml"), "# mine\nkeepAwake = true\n" + junk);
+        LogCapture log;
+        PreferencesFile file(path);
+        file.reload();
+        file.setValue(QStringLiteral("clipboardLimit"), qint64(20));
+        file.setValue(QStringLiteral("clipboardLimit"), qint64(30));
+        QCOMPARE(log.count(QStringLiteral("Norva settings: the preferences file at ") + path + QStringLiteral(" holds ") +
+                           QString::number(junkLines) + QStringLiteral(" lines Norva cannot read; they are kept as they are")),
+                 1);
+        const QStringList aside = QDir(home.file(QStringLiteral("prefs"))).entryList({QStringLiteral("preferences.toml.unread-lines-*")});
+        QCOMPARE(aside.size(), movedAside ? 1 : 0);
+        const QByteArray now = TempHome::read(path);
+        QVERIFY(now.startsWith("# mine\nkeepAwake = true\n"));
+        QVERIFY(now.contains("clipboardLimit = 30\n"));
+        if (movedAside) {
+            QCOMPARE(TempHome::read(home.file(QStringLiteral("prefs/") + aside.first())), junk);
+            QVERIFY(!now.contains("junk line"));
+            QCOMPARE(log.count(QStringLiteral(" it cannot read from the preferences file to ") + aside.first() +
+                               QStringLiteral(", so they are not rewritten with every change")),
+                     1);
+        } else {
+            QVERIFY(now.contains(junk));
+        }
     }
 
     void anotherProcessChangingAWatchedKeyPublishesOnce()

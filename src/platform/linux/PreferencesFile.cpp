@@ -1,6 +1,7 @@
 #include "platform/linux/PreferencesFile.h"
 
 #include "app/AtomicFile.h"
+#include "app/CountText.h"
 #include "app/Log.h"
 
 #include <QDateTime>
@@ -15,6 +16,7 @@
 namespace norva {
 namespace {
 
+const QString kArea = QStringLiteral("Norva settings");
 const QString kHeader = QStringLiteral(
     "# Norva preferences: one setting per line, \"key\" = value (true/false, a number or \"text\").\n"
     "# Norva notices edits while it runs; a line it cannot read is kept as it is.");
@@ -127,15 +129,25 @@ bool sameValues(const QHash<QString, QVariant>& a, const QHash<QString, QVariant
 
 } // namespace
 
+bool PreferencesFile::Line::isUnread() const
+{
+    const QString trimmed = text.trimmed();
+    return key.isEmpty() && !trimmed.isEmpty() && !trimmed.startsWith(QLatin1Char('#'));
+}
+
 PreferencesFile::PreferencesFile(QString path, QObject* parent) : PreferencesDatabase(parent), m_path(std::move(path))
 {
+    for (const QString& name : clearHalfWrittenSaves(m_path))
+        logLine(halfWrittenLine(kArea, name));
     QFile file(m_path);
     if (file.open(QIODevice::ReadOnly))
         m_parsed = parse(file.readAll());
-    if (!m_parsed.readable)
-        logLine(QStringLiteral("Norva settings: the preferences file at ") + m_path +
-                QStringLiteral(" could not be read (it is not text); the defaults apply and the file is left as "
-                               "it is until a setting is changed"));
+    if (!m_parsed.readable) {
+        // Told once the start is over, unless a change sets the file aside first: then one line says both.
+        m_unreadable = Unreadable::waiting;
+        QMetaObject::invokeMethod(this, [this] { reportUnreadable(); }, Qt::QueuedConnection);
+    }
+    reportUnreadLines();
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &PreferencesFile::reload);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &PreferencesFile::reload);
     watch();
@@ -243,23 +255,85 @@ std::optional<QVariant> PreferencesFile::value(const QString& key) const
     return *it;
 }
 
+void PreferencesFile::reportUnreadable()
+{
+    if (m_unreadable != Unreadable::waiting)
+        return;
+    m_unreadable = Unreadable::told;
+    logLine(kArea + QStringLiteral(": the preferences file at ") + m_path +
+            QStringLiteral(" could not be read (it is not text); the defaults apply and the file is left as "
+                           "it is until a setting is changed"));
+}
+
+// Lines Norva cannot read are kept, and said once a run, not at every reading.
+void PreferencesFile::reportUnreadLines()
+{
+    if (m_unreadLinesTold)
+        return;
+    const auto unread = std::count_if(m_parsed.lines.cbegin(), m_parsed.lines.cend(),
+                                      [](const Line& line) { return line.isUnread(); });
+    if (unread == 0)
+        return;
+    m_unreadLinesTold = true;
+    logLine(kArea + QStringLiteral(": the preferences file at ") + m_path + QStringLiteral(" holds ") +
+            countText(unread, QStringLiteral("line"), QStringLiteral("lines")) +
+            QStringLiteral(" Norva cannot read; they are kept as they are"));
+}
+
+// Nothing Norva could not read is ever overwritten: the old file steps aside first.
+bool PreferencesFile::setAsideUnreadable()
+{
+    if (m_parsed.readable || m_setAside)
+        return true;
+    const QString kept = unreadableCopyName(m_path, QDateTime::currentDateTimeUtc());
+    const bool moved = QFile::rename(m_path, kept);
+    if (!moved)
+        logLine(kArea + QStringLiteral(": could not keep the unreadable preferences file (") + m_path +
+                QStringLiteral(" could not be renamed); the setting is not saved"));
+    else if (m_unreadable == Unreadable::waiting)
+        logLine(kArea + QStringLiteral(": kept the unreadable preferences file as ") + kept +
+                QStringLiteral(" (it is not text) and started a fresh one"));
+    else
+        logLine(kArea + QStringLiteral(": kept the unreadable preferences file as ") + kept);
+    if (m_unreadable == Unreadable::waiting && moved)
+        m_unreadable = Unreadable::told;
+    m_setAside = QFile::exists(kept);
+    if (m_setAside)
+        m_parsed = Parsed{};
+    return m_setAside;
+}
+
+// Many lines Norva cannot read would be rewritten whole with every toggle: they move once to a
+// file of their own beside the preferences, where they stay as they were.
+void PreferencesFile::setAsideUnreadLines()
+{
+    qsizetype bytes = 0;
+    QByteArray unread;
+    for (const Line& line : std::as_const(m_parsed.lines)) {
+        if (!line.isUnread())
+            continue;
+        const QByteArray text = line.text.toUtf8() + '\n';
+        bytes += text.size();
+        unread += text;
+    }
+    if (bytes <= kUnreadAsideBytes)
+        return;
+    const QString aside = asideCopyName(m_path, QStringLiteral("unread-lines"), QDateTime::currentDateTimeUtc());
+    if (QFile::exists(aside) || writeFileAtomically(aside, unread))
+        return; // kept in place, as before: rewritten, never lost
+    const auto moved = m_parsed.lines.removeIf([](const Line& line) { return line.isUnread(); });
+    logLine(kArea + QStringLiteral(": moved ") + countText(moved, QStringLiteral("line"), QStringLiteral("lines")) +
+            QStringLiteral(" it cannot read from the preferences file to ") + QFileInfo(aside).fileName() +
+            QStringLiteral(", so they are not rewritten with every change"));
+}
+
 void PreferencesFile::setValue(const QString& key, const std::optional<QVariant>& value)
 {
     {
         QMutexLocker lock(&m_lock);
-        if (!m_parsed.readable && !m_setAside) {
-            // Nothing Norva could not read is ever overwritten: the old file steps aside first.
-            const QString kept = unreadableCopyName(m_path, QDateTime::currentDateTimeUtc());
-            if (QFile::rename(m_path, kept))
-                logLine(QStringLiteral("Norva settings: kept the unreadable preferences file as ") + kept);
-            else
-                logLine(QStringLiteral("Norva settings: could not keep the unreadable preferences file (") + m_path +
-                        QStringLiteral(" could not be renamed); the setting is not saved"));
-            m_setAside = QFile::exists(kept);
-            if (!m_setAside)
-                return;
-            m_parsed = Parsed{};
-        }
+        if (!setAsideUnreadable())
+            return;
+        setAsideUnreadLines();
         const QString newLine = formatKey(key) + QStringLiteral(" = ") + (value ? formatValue(*value) : QString());
         bool placed = false;
         QList<Line> lines;
@@ -292,7 +366,7 @@ bool PreferencesFile::save()
     for (const Line& line : std::as_const(m_parsed.lines))
         bytes += line.text.toUtf8() + '\n';
     if (const auto failure = writeFileAtomically(m_path, bytes)) {
-        logLine(QStringLiteral("Norva settings: could not save the preferences (") + *failure +
+        logLine(kArea + QStringLiteral(": could not save the preferences (") + *failure +
                 QStringLiteral(")"));
         return false;
     }
@@ -319,14 +393,15 @@ void PreferencesFile::reload()
     bool differs = false;
     {
         QMutexLocker lock(&m_lock);
-        if (!fresh.readable && m_parsed.readable)
-            logLine(QStringLiteral("Norva settings: the preferences file at ") + m_path +
-                    QStringLiteral(" could not be read (it is not text); the defaults apply and the file is left as "
-                                   "it is until a setting is changed"));
+        if (!fresh.readable && m_parsed.readable) {
+            m_unreadable = Unreadable::waiting;
+            reportUnreadable();
+        }
         differs = !sameValues(fresh.values, m_parsed.values);
         if (fresh.readable)
             m_setAside = false;
         m_parsed = fresh;
+        reportUnreadLines();
     }
     if (differs)
         emit changed();
