@@ -14,7 +14,14 @@ void logLine(const QString& line);
 int addLogListener(std::function<void(const QString&)> listener);
 void removeLogListener(int token);
 
-// Sends every line to this file as well (appended), for the running application.
-void setLogFile(const QString& path);
+// Past this size the log file is moved to "<name>.1" (replacing the one before) and started afresh.
+constexpr qint64 kLogFileLimit = 1024 * 1024;
+
+// Sends every line to this file as well (appended), for the running application. The same line
+// said again and again in a row is written once, and the streak's length when it ends, so a
+// repeated event cannot fill the disk; listeners still hear every line.
+void setLogFile(const QString& path, qint64 limit = kLogFileLimit);
+// Ends a streak of repeated lines in the file (at quit).
+void closeLogFile();
 
 } // namespace norva

@@ -66,6 +66,11 @@ int main(int argc, char* argv[])
         return 0;
     }
     norva::setLogFile(norva::Paths::stateFolder() + QStringLiteral("/norva.log"));
+    // Declared before the app, so it runs after the app's own last lines: a streak of repeated
+    // lines still open at quit gets its count.
+    struct LogFileCloser {
+        ~LogFileCloser() { norva::closeLogFile(); }
+    } logFileCloser;
     const norva::QuitOnSignals quitOnSignals;
     if (!drawing.logLine.isEmpty())
         norva::logLine(drawing.logLine);
