@@ -183,7 +183,8 @@ int idleFigures(int seconds)
     std::printf("  %-42s %10.1f\n", "wall seconds", wall.elapsed() / 1000.0);
     std::printf("  %-42s %10.3f\n", "CPU seconds used", used);
     std::printf("  %-42s %9.3f%%\n", "of one core", 100.0 * used / (wall.elapsed() / 1000.0));
-    std::printf("  %-42s %10.1f\n", "polls per second", 1.0 / ClipboardManager::kPollInterval.count());
+    std::printf("  %-42s %10.1f\n", "polls per second",
+                source->tellsEveryChange() ? 0.0 : 1.0 / ClipboardManager::kPollInterval.count());
     return 0;
 }
 

@@ -112,7 +112,8 @@ void ClipboardManager::start()
             emit historyOnChanged();
         }
     });
-    m_pollWork = m_clock.every(kPollInterval, [this] { poll(); });
+    if (!m_source.tellsEveryChange())
+        m_pollWork = m_clock.every(kPollInterval, [this] { poll(); });
 }
 
 QString ClipboardManager::describe(const Item& clip) const

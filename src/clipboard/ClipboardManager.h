@@ -27,7 +27,7 @@ class ClipboardManager : public QObject {
 public:
     using Item = ClipboardItem;
 
-    // How often the clipboard's change count is read (the desktop's own change signal comes first).
+    // How often the clipboard's change count is read where the desktop does not tell every change.
     static constexpr Seconds kPollInterval{0.5};
     // The longest side of a picture clip's thumbnail, in pixels.
     static constexpr int kThumbnailSide = 160;

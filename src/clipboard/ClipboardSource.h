@@ -29,9 +29,12 @@ public:
     virtual std::optional<QString> frontmostApplication() const = 0;
     // Puts content on the clipboard; false when the clipboard did not take it.
     virtual bool put(std::unique_ptr<QMimeData> content) = 0;
+    // True when changed() comes with every change, so reading the count on a timer would find
+    // nothing the signal did not already bring (and would only wake the machine).
+    virtual bool tellsEveryChange() const { return false; }
 
 signals:
-    // The clipboard changed (where the desktop says so at once; the count is polled as well).
+    // The clipboard changed (where the desktop says so at once; elsewhere the count is polled).
     void changed();
 };
 

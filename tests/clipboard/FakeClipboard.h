@@ -36,6 +36,11 @@ public:
         return true;
     }
 
+    bool tellsEveryChange() const override { return m_tells; }
+    // Tells of a change the way a desktop that signals every change does.
+    void tell() { emit changed(); }
+
+    bool m_tells = false;
     bool m_refuses = false;
     int m_puts = 0;
 

@@ -261,6 +261,24 @@ private slots:
             QStringLiteral("Norva clipboard: let go of 2 clips past the limit of 1 (Settings: Keep up to)")}));
     }
 
+    void aClipboardThatTellsEveryChangeIsNotPolled_data()
+    {
+        QTest::addColumn<bool>("tells");
+        QTest::newRow("polled") << false;
+        QTest::newRow("told") << true;
+    }
+    void aClipboardThatTellsEveryChangeIsNotPolled()
+    {
+        QFETCH(bool, tells);
+        Rig rig;
+        rig.clipboard.m_tells = tells;
+        rig.start();
+        rig.copyText(QStringLiteral("copied quietly"));
+        QCOMPARE(rig.manager->items().size(), tells ? 0 : 1);
+        rig.clipboard.tell();
+        QCOMPARE(rig.manager->items().size(), 1);
+    }
+
     void loadingRules()
     {
         Rig rig;

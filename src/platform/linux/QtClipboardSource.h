@@ -20,6 +20,9 @@ public:
     QString text() const override;
     std::optional<QString> frontmostApplication() const override;
     bool put(std::unique_ptr<QMimeData> content) override;
+    // The count moves only with QClipboard::dataChanged (on X11 the selection-owner events), so
+    // there is never anything to poll for.
+    bool tellsEveryChange() const override { return true; }
 
 private:
     QClipboard* m_clipboard = nullptr;
