@@ -2,39 +2,44 @@
 
 #include "app/SettingsStore.h"
 
+#include <QDBusConnection>
+#include <QImage>
 #include <QPainter>
-#include <QPixmap>
 
 namespace norva {
 namespace {
 
+// The menu's entries; their ids count from 1 in this order (0 is a separator's place).
+enum MenuEntry { openEntry = 1, settingsEntry = 2, quitEntry = 4 };
+
 // A notch drawn small: a black rounded bar with a light outline, legible on dark and light panels.
-QIcon drawnIcon()
+QImage drawnIcon()
 {
-    QPixmap pixmap(64, 64);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
+    QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(QColor(0xf2, 0xf2, 0xf5), 4));
     painter.setBrush(Qt::black);
     painter.drawRoundedRect(QRectF(6, 18, 52, 26), 12, 12);
-    return QIcon(pixmap);
+    return image;
 }
 
 } // namespace
 
-TrayIcon::TrayIcon(SettingsStore& settings, QObject* parent) : QObject(parent), m_settings(settings)
+TrayIcon::TrayIcon(SettingsStore& settings, QObject* parent)
+    : QObject(parent), m_settings(settings),
+      m_item(QDBusConnection::sessionBus(), QStringLiteral("norva"), QStringLiteral("Norva"), drawnIcon(),
+             {{tr("Open Norva")}, {tr("Settings…")}, {}, {tr("Quit Norva")}})
 {
-    m_menu.addAction(tr("Open Norva"), this, &TrayIcon::openRequested);
-    m_menu.addAction(tr("Settings…"), this, &TrayIcon::settingsRequested);
-    m_menu.addSeparator();
-    m_menu.addAction(tr("Quit Norva"), this, &TrayIcon::quitRequested);
-    m_icon.setIcon(drawnIcon());
-    m_icon.setToolTip(QStringLiteral("Norva"));
-    m_icon.setContextMenu(&m_menu);
-    connect(&m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger)
-            emit openRequested();
+    connect(&m_item, &StatusNotifierItem::activated, this, &TrayIcon::openRequested);
+    connect(&m_item, &StatusNotifierItem::menuTriggered, this, [this](int id) {
+        switch (id) {
+        case openEntry: emit openRequested(); break;
+        case settingsEntry: emit settingsRequested(); break;
+        case quitEntry: emit quitRequested(); break;
+        default: break;
+        }
     });
     connect(&m_settings, &SettingsStore::changed, this, &TrayIcon::follow);
     follow();
@@ -42,7 +47,7 @@ TrayIcon::TrayIcon(SettingsStore& settings, QObject* parent) : QObject(parent), 
 
 void TrayIcon::follow()
 {
-    m_icon.setVisible(m_settings.showMenuBarIcon() && QSystemTrayIcon::isSystemTrayAvailable());
+    m_item.setShown(m_settings.showMenuBarIcon());
 }
 
 } // namespace norva

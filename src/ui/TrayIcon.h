@@ -1,14 +1,15 @@
 #pragma once
 
-#include <QMenu>
+#include "app/StatusNotifierItem.h"
+
 #include <QObject>
-#include <QSystemTrayIcon>
 
 namespace norva {
 
 class SettingsStore;
 
-// The status-area icon with Open, Settings and Quit, shown while "showMenuBarIcon" is on.
+// The status-area icon with Open, Settings and Quit, shown while "showMenuBarIcon" is on. It is a
+// StatusNotifierItem on the session bus, so Norva needs no widgets for it.
 class TrayIcon : public QObject {
     Q_OBJECT
 public:
@@ -23,8 +24,7 @@ private:
     void follow();
 
     SettingsStore& m_settings;
-    QMenu m_menu;
-    QSystemTrayIcon m_icon;
+    StatusNotifierItem m_item;
 };
 
 } // namespace norva

@@ -7,8 +7,8 @@
 #include "ui/QuitOnSignals.h"
 #include "ui/SingleInstance.h"
 
-#include <QApplication>
 #include <QCommandLineParser>
+#include <QGuiApplication>
 
 #include <cstdio>
 
@@ -23,13 +23,13 @@ int main(int argc, char* argv[])
     const norva::WindowSystemChoice::Decision drawing = norva::WindowSystemChoice::decide(session);
     if (!drawing.platform.isEmpty())
         qputenv("QT_QPA_PLATFORM", drawing.platform);
-    QApplication app(argc, argv);
+    QGuiApplication app(argc, argv);
     // Programs Norva starts (players, terminals, hooks) make their own choice, as before.
     if (!drawing.platform.isEmpty())
         qunsetenv("QT_QPA_PLATFORM");
-    QApplication::setApplicationName(QStringLiteral("Norva"));
-    QApplication::setApplicationVersion(QStringLiteral(NORVA_VERSION));
-    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setApplicationName(QStringLiteral("Norva"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(NORVA_VERSION));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Norva turns the notch at the top of the screen into a live surface."));
@@ -83,5 +83,5 @@ int main(int argc, char* argv[])
                               .jot = parser.isSet(jot)});
     if (!norvaApp.start())
         return 1;
-    return QApplication::exec();
+    return QGuiApplication::exec();
 }
