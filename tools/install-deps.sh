@@ -23,10 +23,18 @@ test_packages=(
     todoman khal vdirsyncer radicale
 )
 
+# Only the benchmarks use these (bench/footprint counts idle wake-ups with strace).
+bench_packages=(
+    strace
+)
+
 wanted=("${build_packages[@]}" "${run_packages[@]}")
-if [ "${1:-}" = "--with-tests" ]; then
-    wanted+=("${test_packages[@]}")
-fi
+for option in "$@"; do
+    case "$option" in
+    --with-tests) wanted+=("${test_packages[@]}") ;;
+    --with-benchmarks) wanted+=("${bench_packages[@]}" "${test_packages[@]}") ;;
+    esac
+done
 
 missing=()
 for package in "${wanted[@]}"; do
