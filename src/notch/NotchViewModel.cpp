@@ -172,7 +172,7 @@ bool NotchViewModel::hoverGuardHolds() const
 
 bool NotchViewModel::closeGuardHolds() const
 {
-    return m_pressedMouseButtons != 0;
+    return m_pressedMouseButtons != 0 || (m_pointerProbe && m_pointerProbe());
 }
 
 // Flags that keep the open panel with no close scheduled at all while the pointer is away.
@@ -237,7 +237,10 @@ void NotchViewModel::close()
     cancelHoverWork();
     m_closeWork.cancel();
     setActivityDetailOpen(false);
-    if (m_state != State::closed)
+    // Only a close under the pointer earns the courtesy: the shrinking notch slips out from under
+    // it, and its coming back is not a wish to open. A notch that closed after the pointer left
+    // opens again on the next visit, however soon.
+    if (m_state != State::closed && m_mouseInside)
         m_closedAt = m_clock.now();
     setState(State::closed, ShellSurface::closed);
 }

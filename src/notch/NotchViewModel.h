@@ -119,6 +119,11 @@ public:
     // Asked at each pointer entry whether a full-screen window fills this notch's display; asking
     // then, rather than watching all the time, costs nothing while the pointer is away.
     void setFullscreenProbe(std::function<bool()> probe) { m_fullscreenProbe = std::move(probe); }
+    // Asked before a close whether the pointer is really within the notch's shape. The hover
+    // handler can lose a pointer that never moved when the item under it is replaced (Pause turning
+    // into Play, a pinned clip moving to the top, a new tile on the shelf); the panel then must not
+    // close under it.
+    void setPointerProbe(std::function<bool()> probe) { m_pointerProbe = std::move(probe); }
     bool holdsOpen() const;
 
     double pageNeed() const { return m_pageNeed; }
@@ -181,6 +186,7 @@ private:
     QDateTime m_closedAt;
     std::function<void()> m_playHaptic;
     std::function<bool()> m_fullscreenProbe;
+    std::function<bool()> m_pointerProbe;
 
     // The three pending pieces of work; re-arming one replaces it.
     ScheduledWork m_hoverOpenWork;

@@ -4,6 +4,7 @@
 #include "app/Platform.h"
 #include "notch/NotchWindowPlatform.h"
 
+#include <QCursor>
 #include <QPainterPath>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -24,6 +25,9 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
         const QRect logical = m_screen->geometry();
         const QSize native = (QSizeF(logical.size()) * m_screen->devicePixelRatio()).toSize();
         return Platform::frontWindowIsFullscreenOn(QRect(logical.topLeft(), native));
+    });
+    m_notch.setPointerProbe([this] {
+        return m_window && m_window->mask().contains(m_window->mapFromGlobal(QCursor::pos(m_screen)));
     });
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Norva/NotchWindow.qml")));
     QObject* created = component.createWithInitialProperties(

@@ -196,6 +196,34 @@ private slots:
         QCOMPARE(rig.secondsUntil(State::closed), 0.9);
     }
 
+    // The hover handler said the pointer left, but the pointer is still over the panel (the
+    // button under it was replaced): the panel stays, and closes once the pointer has really gone.
+    void panelNeverClosesWhileThePointerIsInside_data()
+    {
+        QTest::addColumn<bool>("byHover");
+        QTest::newRow("opened by hover") << true;
+        QTest::newRow("opened by a click") << false;
+    }
+
+    void panelNeverClosesWhileThePointerIsInside()
+    {
+        QFETCH(bool, byHover);
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, byHover);
+        bool reallyInside = true;
+        rig.notch.setPointerProbe([&] { return reallyInside; });
+        rig.notch.pointerEntered();
+        if (!byHover)
+            rig.notch.clicked();
+        QVERIFY(rig.secondsUntil(State::open) >= 0);
+        rig.notch.pointerExited();
+        rig.advance(5);
+        QCOMPARE(rig.notch.state(), State::open);
+        reallyInside = false;
+        const double closedAfter = rig.secondsUntil(State::closed);
+        QVERIFY2(closedAfter > 0 && closedAfter <= NotchViewModel::closeRecheck, qPrintable(QString::number(closedAfter)));
+    }
+
     void cardThatHoldsOpenRechecksEvery04()
     {
         Rig rig;
@@ -266,15 +294,40 @@ private slots:
         Rig rig;
         rig.prefs.setValue(SettingsKeys::openOnHover, true);
         rig.prefs.setValue(SettingsKeys::peekOnHover, false);
+        rig.notch.pointerEntered();
         rig.notch.clicked();
         rig.notch.escape();
         QCOMPARE(rig.notch.state(), State::closed);
+        rig.notch.pointerExited(); // the notch shrank from under the pointer
+        rig.advance(0.2);
         rig.notch.pointerEntered(); // within the courtesy window
         rig.advance(2);
         QCOMPARE(rig.notch.state(), State::closed);
         rig.notch.pointerExited();
         rig.notch.pointerEntered();
         QVERIFY(rig.secondsUntil(State::open) > 0);
+    }
+
+    // The panel that closed after the pointer left (0.7 s, or 0.9 s just after a hover opening)
+    // opens again on the next visit, however soon after the close that visit comes.
+    void comingBackAfterTheCloseOpensAgain_data()
+    {
+        QTest::addColumn<double>("awayFor");
+        for (double away : {0.5, 0.8, 0.9, 1.0, 1.1, 1.2})
+            QTest::addRow("back after %.1f s", away) << away;
+    }
+
+    void comingBackAfterTheCloseOpensAgain()
+    {
+        QFETCH(double, awayFor);
+        Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, true);
+        rig.notch.pointerEntered();
+        QVERIFY(rig.secondsUntil(State::open) > 0);
+        rig.notch.pointerExited();
+        rig.advance(awayFor);
+        rig.notch.pointerEntered();
+        QVERIFY2(rig.secondsUntil(State::open, 0.5) >= 0, "the notch did not open on hover");
     }
 
     void openingAnUnknownPageKeepsThePagerWhereItWas()
