@@ -33,7 +33,8 @@ QByteArray series(int i, const QDateTime& now)
     const QString day = first.toTimeZone(kZone).toString(QStringLiteral("yyyyMMdd'T'HHmmss"));
     const QString moved = now.addDays(3).toTimeZone(kZone).toString(QStringLiteral("yyyyMMdd")) +
                           first.toTimeZone(kZone).toString(QStringLiteral("'T'HHmmss"));
-    const QString rule = i % 20 == 0 ? QStringLiteral("FREQ=DAILY") : QStringLiteral("FREQ=WEEKLY;BYDAY=MO,WE,FR");
+    const QString rule =
+        i % 20 == 0 ? QStringLiteral("FREQ=DAILY") : QStringLiteral("FREQ=WEEKLY;BYDAY=MO,WE,FR");
     return QStringLiteral("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Bench//EN\r\n"
                           "BEGIN:VEVENT\r\nUID:series-%1\r\nDTSTAMP:20260101T000000Z\r\n"
                           "DTSTART;TZID=Europe/London:%2\r\nDURATION:PT30M\r\nRRULE:%3\r\n"

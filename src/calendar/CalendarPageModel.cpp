@@ -63,10 +63,8 @@ QVariantMap CalendarPageModel::rowOf(const Meeting& meeting) const
     if (meeting.allDay()) {
         time = QStringLiteral("All day");
     } else {
-        const QLocale locale;
-        time = locale.toString(meeting.start().toTimeZone(zone).time(), QLocale::ShortFormat) +
-               QStringLiteral("–") +
-               locale.toString(meeting.end().toTimeZone(zone).time(), QLocale::ShortFormat);
+        time = Meeting::clockText(meeting.start(), zone) + QStringLiteral("–") +
+               Meeting::clockText(meeting.end(), zone);
     }
     const auto link = meeting.joinUrl();
     const auto service = link ? MeetingLinks::serviceOf(*link) : std::nullopt;
@@ -214,7 +212,8 @@ QVariantMap CalendarPageModel::formFor(const QString& key) const
         // A new meeting starts at the next whole hour, for half an hour.
         QDateTime start = m_clock.now().toTimeZone(zone);
         start = QDateTime(start.date(), QTime(start.time().hour(), 0), zone).addSecs(60 * 60);
-        QString calendar = m_meetings.calendars().isEmpty() ? kNorvaOnly : m_meetings.calendars().front().id;
+        const QString preferred = m_meetings.preferredCalendar();
+        const QString calendar = preferred.isEmpty() ? kNorvaOnly : preferred;
         return {{QStringLiteral("key"), QString()},
                 {QStringLiteral("title"), QString()},
                 {QStringLiteral("date"), start.date().toString(kDateFormat)},

@@ -13,4 +13,10 @@ QString Meeting::key() const
     return key;
 }
 
+QString Meeting::clockText(const QDateTime& instant, const QTimeZone& zone)
+{
+    // Hours and minutes only: the locale's short format carries seconds in some locales (C, POSIX).
+    return instant.toTimeZone(zone).time().toString(QStringLiteral("HH:mm"));
+}
+
 } // namespace norva

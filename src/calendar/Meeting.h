@@ -3,6 +3,8 @@
 #include "calendar/EventInfo.h"
 #include "calendar/ManualMeeting.h"
 
+#include <QTimeZone>
+
 #include <variant>
 
 namespace norva {
@@ -25,6 +27,9 @@ public:
     std::optional<QUrl> joinUrl() const { return event() ? event()->joinUrl : manual()->joinUrl; }
     // Names this occurrence among all others (a repeating event's occurrences differ by start).
     QString key() const;
+
+    // A time of day as the calendar page and the notch write it ("09:30"), in the zone given.
+    static QString clockText(const QDateTime& instant, const QTimeZone& zone);
 
     bool operator==(const Meeting&) const = default;
 

@@ -3,8 +3,6 @@
 #include "activities/LiveActivityCoordinator.h"
 #include "calendar/MeetingLinks.h"
 
-#include <QLocale>
-
 namespace norva {
 namespace {
 
@@ -72,12 +70,12 @@ void MeetingActivity::publish()
     activity.content = ActivityContent::meeting();
     activity.text.title = meeting.title().isEmpty() ? QStringLiteral("Meeting") : meeting.title();
     activity.text.value = countdownText(meeting.start(), meeting.end(), now);
-    const QString clock = QLocale().toString(meeting.start().toLocalTime().time(), QLocale::ShortFormat);
+    const QString clock = Meeting::clockText(meeting.start(), QTimeZone::systemTimeZone());
     const bool running = now >= meeting.start();
     activity.text.detail = (running ? QStringLiteral("Started at ") : QStringLiteral("Starts at ")) + clock;
     if (const auto link = meeting.joinUrl()) {
         if (const auto service = MeetingLinks::serviceOf(*link))
-            activity.text.detail += QStringLiteral(" · Join on ") + service->service;
+            activity.text.detail += QStringLiteral(" · click to join on ") + service->service;
         activity.onTap = [join = m_join, meeting] { join(meeting); };
     } else {
         activity.onTap = m_openPage;

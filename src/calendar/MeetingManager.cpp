@@ -220,6 +220,16 @@ void MeetingManager::logWriteFailure(const QString& opening, const QString& acti
             QStringLiteral(": ") + why + QLatin1Char(')'));
 }
 
+QString MeetingManager::preferredCalendar() const
+{
+    const QString chosen = m_settings.newEventsCalendar();
+    for (const CalendarInfo& calendar : m_calendars) {
+        if (calendar.id == chosen)
+            return chosen;
+    }
+    return m_calendars.isEmpty() ? QString() : m_calendars.front().id;
+}
+
 bool MeetingManager::addCalendarEvent(const QString& calendarId, const EventDraft& draft)
 {
     if (const auto why = m_store.add(calendarId, draft)) {
@@ -227,6 +237,8 @@ bool MeetingManager::addCalendarEvent(const QString& calendarId, const EventDraf
                         *why);
         return false;
     }
+    if (calendarId != m_settings.newEventsCalendar())
+        m_settings.setNewEventsCalendar(calendarId);
     refresh();
     return true;
 }

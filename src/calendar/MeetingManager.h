@@ -50,6 +50,8 @@ public:
     const QList<CalendarDay>& eventDays() const { return m_days; }
     const std::optional<Meeting>& faceMeeting() const { return m_face; }
     std::optional<Meeting> meeting(const QString& key) const;
+    // The calendar a new meeting goes into: the one chosen last, while it exists, else the first.
+    QString preferredCalendar() const;
     EventWindow window() const;
 
     bool addCalendarEvent(const QString& calendarId, const EventDraft& draft);

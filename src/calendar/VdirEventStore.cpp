@@ -110,8 +110,9 @@ VdirEventStore::VdirEventStore(QString root, Clock& clock, QTimeZone zone, QObje
         for (const QString& path : paths) {
             const DigestPointer digest = digestOf(m_watch->state().items.value(path));
             if (digest && !digest->failure.isEmpty())
-                logLine(kArea + QStringLiteral(": did not read ") + m_watch->state().items.value(path).collectionId +
-                        QLatin1Char('/') + QFileInfo(path).fileName() + QStringLiteral(" (") + digest->failure +
+                logLine(kArea + QStringLiteral(": did not read ") +
+                        m_watch->state().items.value(path).collectionId + QLatin1Char('/') +
+                        QFileInfo(path).fileName() + QStringLiteral(" (") + digest->failure +
                         QLatin1Char(')'));
         }
         if (m_waiting) {

@@ -7,10 +7,12 @@
 #include "app/Paths.h"
 #include "app/Platform.h"
 #include "app/SettingsKeys.h"
+#include "calendar/CalendarPageModel.h"
 #include "clipboard/ClipboardPlatform.h"
 #include "media/MediaPlatform.h"
 #include "notch/DisplayPicker.h"
 #include "shelf/ShelfPlatform.h"
+#include "storage/VdirRoot.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -88,6 +90,8 @@ NorvaApp::~NorvaApp()
         m_agentPrompts->shutdown();
     if (m_music)
         m_music->stop();
+    if (m_calendar)
+        m_calendar->stop(); // a Norva-only meeting saved a moment ago is written now
 }
 
 bool NorvaApp::start()
@@ -118,6 +122,7 @@ bool NorvaApp::start()
     startAgents();
     startClipboardAndShelf();
     startMusic();
+    startCalendar();
     startLiveActivityProducers();
     startAgentsTeam();
     startNotesAndTimer();
@@ -171,6 +176,7 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("clipboardPage"), m_clipboardPage.get());
     context->setContextProperty(QStringLiteral("shelfDesk"), m_shelfDesk.get());
     context->setContextProperty(QStringLiteral("music"), m_music.get());
+    context->setContextProperty(QStringLiteral("calendarPage"), &m_calendar->page());
     context->setContextProperty(QStringLiteral("activities"), m_activities.get());
     context->setContextProperty(QStringLiteral("closedFace"), m_closedFace.get());
     context->setContextProperty(QStringLiteral("team"), m_team.get());
@@ -188,7 +194,8 @@ void NorvaApp::exposeToQml()
 void NorvaApp::startAgentsTeam()
 {
     m_team = std::make_unique<TeamPolicy>(*m_settings, m_clock, m_approvalsFolder,
-                                          TeamPolicy::defaultUserRulesFile(), TeamPolicy::defaultManagedRulesFile());
+                                          TeamPolicy::defaultUserRulesFile(),
+                                          TeamPolicy::defaultManagedRulesFile());
     m_team->start();
     if (!m_options.demo) { // the demo never edits the agents' configuration
         connect(m_team.get(), &TeamPolicy::hooksNeededChanged, m_promptSwitch.get(),
@@ -239,8 +246,8 @@ void NorvaApp::startLiveActivityProducers()
 {
     m_agentActivities = std::make_unique<AgentPromptActivities>(
         *m_agentPrompts, *m_activities, *m_settings, [this] { openNotch(AgentPromptActivities::pageId); });
-    m_shelfActivity = std::make_unique<ShelfActivityPublisher>(*m_shelf, *m_activities,
-                                                               [this] { openNotch(QStringLiteral("shelf")); });
+    m_shelfActivity = std::make_unique<ShelfActivityPublisher>(
+        *m_shelf, *m_activities, [this] { openNotch(QStringLiteral("shelf")); });
     m_volumeActivity = std::make_unique<VolumeActivityPublisher>(*m_music, *m_activities, *m_settings);
     const auto followMusic = [this] { m_closedFace->setMusicPlaying(m_music->hasActiveSession()); };
     connect(m_music.get(), &MusicManager::activeSessionChanged, m_closedFace.get(), followMusic);
@@ -316,6 +323,18 @@ void NorvaApp::startMusic()
         return;
     m_music->start();
     m_music->startVolumeMonitoring();
+}
+
+// Meetings from the person's calendars folder (the one khal and todoman use) and Norva's own. The
+// demo reads none of the person's own, so its page stays empty.
+void NorvaApp::startCalendar()
+{
+    m_calendar = std::make_unique<CalendarFeature>(
+        *m_settings, m_clock, *m_activities,
+        CalendarFeature::Setup{VdirRoot::locate({}), Paths::dataFolder(),
+                               [this] { openNotch(QStringLiteral("calendar")); }});
+    if (!m_options.demo)
+        m_calendar->start();
 }
 
 void NorvaApp::rebuildOverlays()
@@ -406,11 +425,14 @@ void NorvaApp::quit()
 void NorvaApp::noteFirstFrame()
 {
     QQuickWindow* window = m_overlays.front()->window();
-    connect(window, &QQuickWindow::frameSwapped, this, [] {
-        std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart().elapsed()));
-        std::fflush(stdout);
-        QCoreApplication::exit(0);
-    }, Qt::SingleShotConnection);
+    connect(
+        window, &QQuickWindow::frameSwapped, this,
+        [] {
+            std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart().elapsed()));
+            std::fflush(stdout);
+            QCoreApplication::exit(0);
+        },
+        Qt::SingleShotConnection);
 }
 
 } // namespace norva

@@ -16,6 +16,7 @@
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
+#include "calendar/CalendarFeature.h"
 #include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardPageModel.h"
 #include "clipboard/ClipboardSource.h"
@@ -54,7 +55,7 @@ class NorvaApp : public QObject {
 
 public:
     struct Options {
-        bool demo = false;              // sample activities, nothing of the person's own data
+        bool demo = false;                // sample activities, nothing of the person's own data
         bool exitAfterFirstFrame = false; // for the start-up benchmark
         QString openPage;                 // start with the notch open on this page
         QString demoScene;                // which samples: "all" (empty), "one", "two" or "pinned"
@@ -90,6 +91,7 @@ private:
     void startAgents();
     void startClipboardAndShelf();
     void startMusic();
+    void startCalendar();
     void startLiveActivityProducers();
     void wireClosedFace(NotchOverlay& overlay);
     void startAgentsTeam();
@@ -99,7 +101,7 @@ private:
     Options m_options;
     DrawingPath m_drawingPath = DrawingPath::x11;
     std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
-    QString m_approvalsFolder;                   // the one the agents' parts share: the demo's, or the real one
+    QString m_approvalsFolder; // the one the agents' parts share: the demo's, or the real one
     Clock& m_clock;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;
@@ -122,6 +124,8 @@ private:
     std::unique_ptr<ShelfDesk> m_shelfDesk;
     std::unique_ptr<LyricsManager> m_lyrics;
     std::unique_ptr<MusicManager> m_music;
+    // Meetings: the calendars folder, Norva-only meetings, the calendar page and the notch's meeting.
+    std::unique_ptr<CalendarFeature> m_calendar;
     // Team rules, Claude Code's usage windows and the terminal jump-back.
     std::unique_ptr<TeamPolicy> m_team;
     std::unique_ptr<UsageMonitor> m_usage;

@@ -128,7 +128,8 @@ private slots:
         const auto value = [&] { return coordinator.find(MeetingActivity::kId)->text.value; };
         QCOMPARE(value(), QStringLiteral("2 min"));
         QCOMPARE(coordinator.find(MeetingActivity::kId)->content.kind(), ActivityContent::Kind::meeting);
-        QVERIFY(coordinator.find(MeetingActivity::kId)->text.detail.endsWith(QStringLiteral("Join on Zoom")));
+        QVERIFY(coordinator.find(MeetingActivity::kId)
+                    ->text.detail.endsWith(QStringLiteral("click to join on Zoom")));
         clock.advance(59s);
         QCOMPARE(value(), QStringLiteral("2 min"));
         clock.advance(1s);

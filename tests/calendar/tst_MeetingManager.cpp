@@ -243,6 +243,13 @@ private slots:
         form[QStringLiteral("start")] = QStringLiteral("half past");
         QVERIFY(!page.save(form));
         QVERIFY(page.notice().contains(QStringLiteral("Your words are still here.")));
+
+        // The calendar chosen for a new event is offered first next time.
+        f.store.calendars.append({QStringLiteral("home"), QStringLiteral("Home"), QString()});
+        f.manager.refresh();
+        QVERIFY(f.manager.addCalendarEvent(QStringLiteral("home"),
+                                           {QStringLiteral("Gym"), kNow, kNow, std::nullopt}));
+        QCOMPARE(page.formFor({}).value(QStringLiteral("calendar")).toString(), QStringLiteral("home"));
     }
 };
 

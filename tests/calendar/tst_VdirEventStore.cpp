@@ -62,9 +62,7 @@ struct KhalHome {
     void settle()
     {
         QSignalSpy read(&store, &EventStore::changed);
-        [&] {
-            QTRY_VERIFY_WITH_TIMEOUT((clock.advance(VdirWatch::kSettle), read.count() > 0), 20000);
-        }();
+        [&] { QTRY_VERIFY_WITH_TIMEOUT((clock.advance(VdirWatch::kSettle), read.count() > 0), 20000); }();
     }
 
     // Reads the window as the manager would.
@@ -110,12 +108,14 @@ private slots:
         KhalHome k;
         k.store.start();
         k.settle();
-        k.khal({QStringLiteral("new"), QStringLiteral("-a"), QStringLiteral("work"), QStringLiteral("2027-03-29"),
-                QStringLiteral("09:00"), QStringLiteral("09:30"), QStringLiteral("Dentist")});
+        k.khal({QStringLiteral("new"), QStringLiteral("-a"), QStringLiteral("work"),
+                QStringLiteral("2027-03-29"), QStringLiteral("09:00"), QStringLiteral("09:30"),
+                QStringLiteral("Dentist")});
         k.settle();
         const auto dentist = k.find(QStringLiteral("Dentist"));
         QVERIFY(dentist);
-        QCOMPARE(dentist->start.toTimeZone(kLondon).toString(Qt::ISODate), QStringLiteral("2027-03-29T09:00:00+01:00"));
+        QCOMPARE(dentist->start.toTimeZone(kLondon).toString(Qt::ISODate),
+                 QStringLiteral("2027-03-29T09:00:00+01:00"));
         QCOMPARE(dentist->ekOccurrence.calendarId, QStringLiteral("work"));
         const auto calendars = k.snapshot().calendars;
         QCOMPARE(calendars.size(), 1);
@@ -137,12 +137,13 @@ private slots:
         k.settle();
         k.snapshot();
         const EventDraft draft{QStringLiteral("Planning"), QDateTime(day, QTime(9, 0), kLondon),
-                               QDateTime(day, QTime(9, 45), kLondon), QUrl(QStringLiteral("https://meet.google.com/abc-defg-hij"))};
+                               QDateTime(day, QTime(9, 45), kLondon),
+                               QUrl(QStringLiteral("https://meet.google.com/abc-defg-hij"))};
         QCOMPARE(k.store.add(QStringLiteral("work"), draft), std::nullopt);
         k.settle();
         const QString listed = k.khal({QStringLiteral("list"), QStringLiteral("--format"),
-                                       QStringLiteral("{start-time}-{end-time} {title}"), day.toString(Qt::ISODate),
-                                       QStringLiteral("1d")});
+                                       QStringLiteral("{start-time}-{end-time} {title}"),
+                                       day.toString(Qt::ISODate), QStringLiteral("1d")});
         QVERIFY2(listed.contains(QStringLiteral("09:00-09:45 Planning")), qPrintable(listed));
 
         // Moved by Norva to the afternoon: khal follows.
@@ -155,8 +156,8 @@ private slots:
         QCOMPARE(k.store.change(planning->ekOccurrence, later), std::nullopt);
         k.settle();
         const QString moved = k.khal({QStringLiteral("list"), QStringLiteral("--format"),
-                                      QStringLiteral("{start-time}-{end-time} {title}"), day.toString(Qt::ISODate),
-                                      QStringLiteral("1d")});
+                                      QStringLiteral("{start-time}-{end-time} {title}"),
+                                      day.toString(Qt::ISODate), QStringLiteral("1d")});
         QVERIFY2(moved.contains(QStringLiteral("14:00-15:00 Planning")), qPrintable(moved));
         QVERIFY2(!moved.contains(QStringLiteral("09:00")), qPrintable(moved));
     }
@@ -164,7 +165,8 @@ private slots:
     void changingKeepsWhatNorvaDoesNotKnowAndDeletingRemovesTheFile()
     {
         KhalHome k;
-        const QString path = k.home.write(QStringLiteral(".local/share/calendars/work/review.ics"), R"(BEGIN:VCALENDAR
+        const QString path =
+            k.home.write(QStringLiteral(".local/share/calendars/work/review.ics"), R"(BEGIN:VCALENDAR
 VERSION:2.0
 PRODID:-//Other//EN
 BEGIN:VEVENT
@@ -186,7 +188,8 @@ END:VCALENDAR
         k.settle();
         const auto review = k.find(QStringLiteral("Review"));
         QVERIFY(review);
-        EventDraft draft{QStringLiteral("Review (moved)"), review->start.addSecs(3600), review->end.addSecs(3600), {}};
+        EventDraft draft{
+            QStringLiteral("Review (moved)"), review->start.addSecs(3600), review->end.addSecs(3600), {}};
         QCOMPARE(k.store.change(review->ekOccurrence, draft), std::nullopt);
         k.settle();
         const QByteArray changed = test::TempHome::read(path);
@@ -225,7 +228,10 @@ END:VCALENDAR
         std::sort(standups.begin(), standups.end(), [](auto& a, auto& b) { return a.start < b.start; });
         QCOMPARE(k.store.remove(standups[1].ekOccurrence), std::nullopt);
         k.settle();
-        EventDraft moved{QStringLiteral("Stand-up (late)"), standups[2].start.addSecs(7200), standups[2].end.addSecs(7200), {}};
+        EventDraft moved{QStringLiteral("Stand-up (late)"),
+                         standups[2].start.addSecs(7200),
+                         standups[2].end.addSecs(7200),
+                         {}};
         QCOMPARE(k.store.change(standups[2].ekOccurrence, moved), std::nullopt);
         k.settle();
         QStringList seen;
@@ -235,8 +241,8 @@ END:VCALENDAR
         QCOMPARE(seen, (QStringList{"22 09:30 Stand-up", "24 11:30 Stand-up (late)", "25 09:30 Stand-up",
                                     "26 09:30 Stand-up"}));
         const QString listed = k.khal({QStringLiteral("list"), QStringLiteral("--format"),
-                                       QStringLiteral("{start-date} {start-time} {title}"), QStringLiteral("2027-03-22"),
-                                       QStringLiteral("7d")});
+                                       QStringLiteral("{start-date} {start-time} {title}"),
+                                       QStringLiteral("2027-03-22"), QStringLiteral("7d")});
         QVERIFY2(listed.contains(QStringLiteral("2027-03-24 11:30 Stand-up (late)")), qPrintable(listed));
         QVERIFY2(!listed.contains(QStringLiteral("2027-03-23")), qPrintable(listed));
     }
@@ -245,18 +251,23 @@ END:VCALENDAR
     {
         KhalHome k;
         const QByteArray garbage = "this is not a calendar\n";
-        const QByteArray noStart = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:x\r\nSUMMARY:No start\r\n"
-                                   "END:VEVENT\r\nEND:VCALENDAR\r\n";
-        const QString first = k.home.write(QStringLiteral(".local/share/calendars/work/garbage.ics"), garbage);
-        const QString second = k.home.write(QStringLiteral(".local/share/calendars/work/nostart.ics"), noStart);
-        k.home.write(QStringLiteral(".local/share/calendars/work/good.ics"),
-                     EventWriter::newEvent({QStringLiteral("Good"), kNow.addDays(1), kNow.addDays(1).addSecs(60), {}},
-                                           QStringLiteral("good"), kNow, kLondon));
+        const QByteArray noStart =
+            "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:x\r\nSUMMARY:No start\r\n"
+            "END:VEVENT\r\nEND:VCALENDAR\r\n";
+        const QString first =
+            k.home.write(QStringLiteral(".local/share/calendars/work/garbage.ics"), garbage);
+        const QString second =
+            k.home.write(QStringLiteral(".local/share/calendars/work/nostart.ics"), noStart);
+        k.home.write(
+            QStringLiteral(".local/share/calendars/work/good.ics"),
+            EventWriter::newEvent({QStringLiteral("Good"), kNow.addDays(1), kNow.addDays(1).addSecs(60), {}},
+                                  QStringLiteral("good"), kNow, kLondon));
         test::LogCapture log;
         k.store.start();
         k.settle();
         QVERIFY(k.find(QStringLiteral("Good")));
-        k.store.add(QStringLiteral("work"), {QStringLiteral("Another"), kNow.addDays(2), kNow.addDays(2).addSecs(60), {}});
+        k.store.add(QStringLiteral("work"),
+                    {QStringLiteral("Another"), kNow.addDays(2), kNow.addDays(2).addSecs(60), {}});
         k.settle();
         QVERIFY(k.find(QStringLiteral("Another")));
         QCOMPARE(log.count(QStringLiteral("garbage.ics")), 1);
