@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 using namespace norva;
 
@@ -115,11 +116,14 @@ int main(int argc, char* argv[])
         fetchCount(store, window, &ms);
         refreshes << ms;
 
-        // One series edited by another program: only its file is read again.
-        QFile file(QStringLiteral("%1/cal0/event-0.ics").arg(dir.path()));
+        // One series edited by another program, written aside and moved into place as vdir tools do:
+        // only its file is read again.
+        const QString edited = QStringLiteral("%1/cal0/event-0.ics").arg(dir.path());
+        QFile file(edited + QStringLiteral(".tmp"));
         file.open(QIODevice::WriteOnly);
         file.write(series(0, now).replace("SUMMARY:Series 0\r\n", "SUMMARY:Series 0 (renamed)\r\n"));
         file.close();
+        std::rename(qPrintable(file.fileName()), qPrintable(edited));
         changed = false;
         timer.restart();
         while (!changed)

@@ -78,10 +78,40 @@ void applyDraft(icalcomponent* event, const EventDraft& draft, const QDateTime& 
     replaceProperty(event, ICAL_SEQUENCE_PROPERTY, icalproperty_new_sequence(next));
 }
 
+// libical's VTIMEZONE holds every change since the zone began (London's since 1847, some 10 kB);
+// every reader would expand them all for each file. The rules in force today are what an event
+// needs: the observances that repeat by a rule still in force from `year` on, or the last one for a
+// zone without clock changes.
+void keepRulesFrom(icalcomponent* vtimezone, int year)
+{
+    QList<icalcomponent*> observances;
+    bool anyRule = false;
+    for (icalcomponent* part = icalcomponent_get_first_component(vtimezone, ICAL_ANY_COMPONENT); part;
+         part = icalcomponent_get_next_component(vtimezone, ICAL_ANY_COMPONENT)) {
+        observances.append(part);
+        anyRule = anyRule || icalcomponent_get_first_property(part, ICAL_RRULE_PROPERTY);
+    }
+    if (observances.isEmpty())
+        return;
+    icalcomponent* last = observances.back();
+    for (icalcomponent* part : observances) {
+        icalproperty* rule = icalcomponent_get_first_property(part, ICAL_RRULE_PROPERTY);
+        bool keep = part == last;
+        if (anyRule) {
+            const icaltimetype until = rule ? icalproperty_get_rrule(rule).until : icaltime_null_time();
+            keep = rule && (icaltime_is_null_time(until) || until.year >= year);
+        }
+        if (!keep) {
+            icalcomponent_remove_component(vtimezone, part);
+            icalcomponent_free(part);
+        }
+    }
+}
+
 // The zone's VTIMEZONE, added once, so the file reads the same where the zone is unknown. libical
 // names its own zones with a prefix of its project ("/freeassociation.sourceforge.net/..."); the file
 // says the plain IANA name, which khal, servers and other clients know.
-void addZoneOnce(icalcomponent* calendar, const QTimeZone& zone)
+void addZoneOnce(icalcomponent* calendar, const QTimeZone& zone, int fromYear)
 {
     icaltimezone* own = libicalZone(zone);
     if (!own || icalcomponent_get_timezone(calendar, zone.id().constData()))
@@ -91,6 +121,7 @@ void addZoneOnce(icalcomponent* calendar, const QTimeZone& zone)
         return;
     icalcomponent* copy = icalcomponent_new_clone(definition);
     replaceProperty(copy, ICAL_TZID_PROPERTY, icalproperty_new_tzid(zone.id().constData()));
+    keepRulesFrom(copy, fromYear);
     icalcomponent_add_component(calendar, copy);
 }
 
@@ -158,7 +189,7 @@ QByteArray EventWriter::newEvent(const EventDraft& draft, const QString& uid, co
     Component calendar(icalcomponent_new(ICAL_VCALENDAR_COMPONENT), &icalcomponent_free);
     icalcomponent_add_property(calendar.get(), icalproperty_new_version("2.0"));
     icalcomponent_add_property(calendar.get(), icalproperty_new_prodid("-//Norva//Meetings//EN"));
-    addZoneOnce(calendar.get(), zone);
+    addZoneOnce(calendar.get(), zone, draft.start.date().year() - 1);
     icalcomponent* event = icalcomponent_new(ICAL_VEVENT_COMPONENT);
     icalcomponent_add_property(event, icalproperty_new_uid(uid.toUtf8().constData()));
     applyDraft(event, draft, stamp, zone);
@@ -189,7 +220,7 @@ std::optional<QByteArray> EventWriter::changed(const QByteArray& file, const Eve
         target = found.master;
     if (!target)
         return std::nullopt;
-    addZoneOnce(calendar.get(), zone);
+    addZoneOnce(calendar.get(), zone, draft.start.date().year() - 1);
     applyDraft(target, draft, stamp, zone);
     return textOfCalendar(calendar.get());
 }

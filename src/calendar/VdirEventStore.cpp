@@ -53,12 +53,18 @@ VdirDigest digestFor(const QTimeZone& zone)
         auto digest = std::make_shared<EventFileDigest>();
         if (!file.holds("VEVENT"))
             return DigestPointer(digest); // to-dos sharing the folder: nothing for the meetings
+        if (holdsRepeatingEvent(file.calendar())) {
+            // Read over an empty window only to learn whether its events can be read at all; the
+            // occurrences are laid out for each window asked for.
+            const QDateTime never = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+            digest->failure = EventReader::read(file.calendar(), {never, never}, zone).failure;
+            if (digest->failure.isEmpty())
+                digest->repeating = std::make_shared<const ICalendarFile>(file);
+            return DigestPointer(digest);
+        }
         EventReader::Result read = EventReader::read(file.calendar(), kAllTime, zone);
         digest->failure = read.failure;
-        if (read.ok() && holdsRepeatingEvent(file.calendar()))
-            digest->repeating = std::make_shared<const ICalendarFile>(file);
-        else
-            digest->oneOff = std::move(read.events);
+        digest->oneOff = std::move(read.events);
         return DigestPointer(digest);
     };
 }

@@ -18,7 +18,7 @@ Rectangle {
         width: 4; height: 24; radius: 2
         color: row.entry.color.length > 0 ? row.entry.color : Theme.accent
     }
-    Text {
+    PlainText {
         id: time
         anchors { left: swatch.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
         width: 92
@@ -29,20 +29,18 @@ Rectangle {
     }
     Column {
         anchors { left: time.right; leftMargin: 6; right: join.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
-        Text {
+        PlainText {
             width: parent.width
             text: row.entry.title
-            textFormat: Text.PlainText
             elide: Text.ElideRight
             color: row.entry.cancelled ? Theme.textFaint : Theme.text
             font.strikeout: row.entry.cancelled
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontBody
         }
-        Text {
+        PlainText {
             width: parent.width
             text: row.entry.calendar + (row.entry.service.length > 0 ? " · " + row.entry.service : "")
-            textFormat: Text.PlainText
             elide: Text.ElideRight
             color: row.entry.norvaOnly ? Theme.accent : Theme.textFaint
             font.family: Theme.fontFamily

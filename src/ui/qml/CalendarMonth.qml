@@ -11,7 +11,7 @@ Item {
         id: heading
         anchors { top: parent.top; left: parent.left; right: parent.right }
         height: 24
-        Text {
+        PlainText {
             width: parent.width - back.width - forward.width
             anchors.verticalCenter: parent.verticalCenter
             text: month.model.monthTitle
@@ -42,7 +42,7 @@ Item {
                     border.color: Theme.accent
                     border.width: modelData.isToday ? 1 : 0
                 }
-                Text {
+                PlainText {
                     anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 4 }
                     text: modelData.day
                     color: modelData.inMonth ? Theme.text : Theme.textFaint

@@ -37,7 +37,7 @@ Item {
             required property var modelData
             width: ListView.view.width
             spacing: 4
-            Text {
+            PlainText {
                 text: modelData.label
                 color: Theme.textDim
                 font.family: Theme.fontFamily
@@ -57,7 +57,7 @@ Item {
         }
     }
 
-    Text {
+    PlainText {
         anchors.centerIn: days
         width: days.width - 40
         horizontalAlignment: Text.AlignHCenter
@@ -69,7 +69,7 @@ Item {
         font.pixelSize: Theme.fontBody
     }
 
-    Text {
+    PlainText {
         id: notice
         anchors { bottom: parent.bottom; right: parent.right }
         text: page.model.notice

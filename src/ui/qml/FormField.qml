@@ -24,7 +24,7 @@ Rectangle {
         font.pixelSize: Theme.fontBody
         onTextEdited: field.edited()
     }
-    Text {
+    PlainText {
         anchors { left: parent.left; leftMargin: 10; right: parent.right; rightMargin: 10; verticalCenter: parent.verticalCenter }
         visible: input.text.length === 0
         text: field.hint

@@ -32,7 +32,7 @@ Rectangle {
         anchors { fill: parent; topMargin: 4 }
         spacing: 8
 
-        Text {
+        PlainText {
             text: form.editing ? "Edit meeting" : "New meeting"
             color: Theme.text
             font.family: Theme.fontFamily
@@ -44,7 +44,7 @@ Rectangle {
             spacing: 8
             FormField { id: day; width: 130; hint: "2026-11-18" }
             FormField { id: start; width: 80; hint: "09:30" }
-            Text {
+            PlainText {
                 anchors.verticalCenter: parent.verticalCenter
                 text: "to"
                 color: Theme.textDim
@@ -68,7 +68,7 @@ Rectangle {
                     form.foundService = form.model.serviceOf(detected)
                 }
             }
-            Text {
+            PlainText {
                 id: found
                 anchors.verticalCenter: parent.verticalCenter
                 text: form.foundService.length > 0 ? form.foundService + " link" : ""
