@@ -23,6 +23,9 @@ Item {
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontBody
                 clip: true
+                // The page is made anew at each opening while the model keeps its query: the box
+                // starts from that query, so what it shows is what filters the list.
+                text: page.model.query
                 onTextChanged: page.model.query = text
             }
             PlainText {
