@@ -2,6 +2,7 @@
 
 #include "activities/LiveActivityCoordinator.h"
 #include "app/Log.h"
+#include "reminders/DueParser.h"
 
 #include <QLocale>
 
@@ -84,9 +85,9 @@ void DueAlertMonitor::flash(const TaskDue& task)
     activity.priority = kPriority;
     activity.content = ActivityContent::taskDue();
     activity.text.title = task.title;
-    activity.text.value = QLocale().toString(task.due.toLocalTime().time(), QLocale::ShortFormat);
-    activity.text.detail = task.title;
-    activity.urgentTab = QStringLiteral("todos");
+    activity.text.value = due::DueParser::clockText(
+        task.due, due::Calendar{QTimeZone::systemTimeZone(), Qt::Monday}, QLocale());
+    activity.text.detail = QObject::tr("Due at %1").arg(activity.text.value);
     m_coordinator.upsert(std::move(activity));
     if (m_ops.notifyDesktop)
         m_ops.notifyDesktop(task);

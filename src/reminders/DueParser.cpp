@@ -786,7 +786,10 @@ std::optional<Reading> DueParser::parse(const QString& text, const QDateTime& no
 
 QString DueParser::clockText(const QDateTime& date, const Calendar& calendar, const QLocale& locale)
 {
-    QString text = locale.toString(date.toTimeZone(calendar.timeZone).time(), QLocale::ShortFormat);
+    // Some locales' short format (the C locale's among them) carries seconds; a due never has any.
+    QString format = locale.timeFormat(QLocale::ShortFormat);
+    format.remove(QRegularExpression(QStringLiteral("[:.]ss?")));
+    QString text = locale.toString(date.toTimeZone(calendar.timeZone).time(), format);
     text.replace(QChar(0x202F), QLatin1Char(' '));
     text.replace(QChar(0x00A0), QLatin1Char(' '));
     return text;

@@ -201,6 +201,9 @@ private slots:
         QTest::newRow("en_US New York") << "en_US"
                                         << "America/New_York"
                                         << "12:00 PM";
+        QTest::newRow("C London, without seconds") << "C"
+                                                   << "Europe/London"
+                                                   << "17:00";
         QTest::newRow("de_DE New York") << "de_DE"
                                         << "America/New_York"
                                         << "12:00";

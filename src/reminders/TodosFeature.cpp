@@ -1,0 +1,85 @@
+#include "reminders/TodosFeature.h"
+
+#include "app/SettingsKeys.h"
+#include "app/SettingsStore.h"
+#include "storage/VdirRoot.h"
+
+namespace norva {
+
+TodosFeature::TodosFeature(SettingsStore& settings, LiveActivityCoordinator& coordinator, Clock& clock,
+                           bool demo, Desktop desktop, QObject* parent)
+    : QObject(parent), m_settings(settings), m_clock(clock), m_desktop(std::move(desktop))
+{
+    if (demo) {
+        m_store = demoStore(clock);
+    } else {
+        m_store = std::make_unique<RemindersStore>(chosenRoot(), settings, clock);
+        connect(&settings, &SettingsStore::changed, this, [this] { m_store->setRoot(chosenRoot()); });
+    }
+    m_page = std::make_unique<TodosPageModel>(*m_store, clock, demo ? nullptr : &settings);
+
+    DueAlertMonitor::Operations ops;
+    ops.ensureStarted = [this] { m_store->start(); };
+    ops.reminders = [this] { return m_store->reminders(); };
+    ops.reminder = [this](const QString& id) { return m_store->reminder(id); };
+    ops.complete = [this](const QString& id) {
+        const auto found = m_store->reminder(id);
+        if (!found)
+            return DueAlertMonitor::Completion::gone;
+        if (found->completed)
+            return DueAlertMonitor::Completion::ticked;
+        return m_store->toggle(id) ? DueAlertMonitor::Completion::ticked
+                                   : DueAlertMonitor::Completion::refused;
+    };
+    ops.notifyDesktop = [this](const DueAlertMonitor::TaskDue& task) {
+        if (m_desktop.notify && m_desktop.notchCovered && m_desktop.notchCovered())
+            m_desktop.notify(tr("Due now"), task.title);
+    };
+    m_alerts = std::make_unique<DueAlertMonitor>(coordinator, clock, std::move(ops));
+}
+
+TodosFeature::~TodosFeature() = default;
+
+void TodosFeature::start()
+{
+    m_store->start();
+    m_alerts->start();
+}
+
+QString TodosFeature::chosenRoot() const
+{
+    return VdirRoot::locate(m_settings.storedText(SettingsKeys::calendarsFolder).value_or(QString()));
+}
+
+std::unique_ptr<RemindersStore> TodosFeature::demoStore(Clock& clock)
+{
+    const QDateTime now = clock.now().toLocalTime();
+    const QDate today = now.date();
+    const QList<TodoList> lists = {
+        {QStringLiteral("personal"), QStringLiteral("Personal"), QStringLiteral("#ff9f0a"), {}},
+        {QStringLiteral("work"), QStringLiteral("Work"), QStringLiteral("#0a84ff"), {}}};
+    QList<Reminder> reminders;
+    auto add = [&](const char* id, const char* title, int list, std::optional<QDateTime> due, bool hasTime,
+                   bool completed = false) {
+        Reminder r;
+        r.id = QString::fromLatin1(id);
+        r.title = QString::fromUtf8(title);
+        r.due = due;
+        r.dueHasTime = hasTime && due;
+        r.completed = completed;
+        r.listId = lists[list].id;
+        r.listName = lists[list].name;
+        r.listColor = lists[list].color;
+        reminders.append(r);
+    };
+    add("demo-1", "Call mum", 0, QDateTime(today, QTime(17, 0)), true);
+    add("demo-2", "Water the plants", 0, QDateTime(today.addDays(-1), QTime(0, 0)), false);
+    add("demo-3", "Pay rent", 0, QDateTime(today.addDays(1), QTime(9, 0)), true);
+    add("demo-4", "Book the dentist", 0, std::nullopt, false);
+    add("demo-5", "Send the slides to Ana", 1, QDateTime(today, QTime(11, 30)), true);
+    add("demo-6", "Review the release notes", 1, QDateTime(today.addDays(3), QTime(0, 0)), false);
+    add("demo-7", "Answer Tom's questions", 1, std::nullopt, false, true);
+    return RemindersStore::stated(lists, reminders, clock);
+}
+
+} // namespace norva

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "app/Clock.h"
+#include "reminders/DueParser.h"
+#include "reminders/RemindersStore.h"
+
+#include <QObject>
+#include <QVariantList>
+
+namespace norva {
+
+class SettingsStore;
+
+// The to-do page and tile as QML sees them: the smart lists and the person's lists, the rows of
+// the chosen one, the trash, and the add field's live reading of the due words.
+class TodosPageModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString access READ access NOTIFY changed)
+    Q_PROPERTY(QString folder READ folder NOTIFY changed)
+    Q_PROPERTY(bool readOnly READ readOnly CONSTANT)
+    Q_PROPERTY(QVariantList views READ views NOTIFY changed)
+    Q_PROPERTY(QString currentView READ currentView WRITE setCurrentView NOTIFY changed)
+    Q_PROPERTY(QString currentTitle READ currentTitle NOTIFY changed)
+    Q_PROPERTY(bool currentIsList READ currentIsList NOTIFY changed)
+    Q_PROPERTY(QVariantList rows READ rows NOTIFY changed)
+    Q_PROPERTY(QVariantList tileRows READ tileRows NOTIFY changed)
+    Q_PROPERTY(bool showCompleted READ showCompleted WRITE setShowCompleted NOTIFY changed)
+    Q_PROPERTY(QVariantList trash READ trash NOTIFY changed)
+    Q_PROPERTY(QString message READ message NOTIFY messageChanged)
+    Q_PROPERTY(QString draft READ draft WRITE setDraft NOTIFY draftChanged)
+    Q_PROPERTY(QString reading READ reading NOTIFY draftChanged)
+    Q_PROPERTY(QVariantList readSpans READ readSpans NOTIFY draftChanged)
+
+public:
+    TodosPageModel(RemindersStore& store, Clock& clock, SettingsStore* settings = nullptr,
+                   QObject* parent = nullptr);
+
+    QString access() const;
+    QString folder() const { return m_store.root(); }
+    bool readOnly() const { return m_store.isReadOnly(); }
+    QVariantList views() const;
+    QString currentView() const { return m_view; }
+    void setCurrentView(const QString& view);
+    QString currentTitle() const;
+    bool currentIsList() const;
+    QVariantList rows() const;
+    QVariantList tileRows() const;
+    bool showCompleted() const { return m_showCompleted; }
+    void setShowCompleted(bool on);
+    QVariantList trash() const;
+    QString message() const { return m_message; }
+
+    QString draft() const { return m_draft; }
+    void setDraft(const QString& text);
+    // "Tomorrow 17:00" for what the due words say, empty when they say nothing (or were dropped).
+    QString reading() const;
+    // Where the words read stand in the draft: [{start, length}], for highlighting.
+    QVariantList readSpans() const { return m_spans; }
+
+    // Files the draft (each line a to-do); answers whether it was filed, the words stay otherwise.
+    Q_INVOKABLE bool add();
+    // Keeps the due words as part of the title this time.
+    Q_INVOKABLE void dropReading();
+    Q_INVOKABLE void toggle(const QString& id);
+    Q_INVOKABLE void rename(const QString& id, const QString& title);
+    Q_INVOKABLE void trashTask(const QString& id);
+    Q_INVOKABLE void moveToList(const QString& id, const QString& listId);
+    // The row at `from` is dropped at `to` in the shown rows: their order becomes the manual order.
+    Q_INVOKABLE void reorder(int from, int to);
+    Q_INVOKABLE void clearCompleted();
+    Q_INVOKABLE void restore(int index);
+    Q_INVOKABLE bool createList(const QString& name);
+    Q_INVOKABLE void deleteList(const QString& listId);
+    Q_INVOKABLE void clearMessage();
+
+    // The reading of a draft, as the add field shows it (public for tests).
+    std::optional<due::Reading> readingOf(const QString& text) const;
+    static QString dueText(const Reminder& reminder, const QDateTime& now);
+
+signals:
+    void changed();
+    void draftChanged();
+    void messageChanged();
+
+private:
+    TodoView view() const;
+    void say(const QString& message);
+    void reread();
+    QVariantMap rowOf(const Reminder& reminder, const QDateTime& now) const;
+
+    RemindersStore& m_store;
+    Clock& m_clock;
+    SettingsStore* m_settings;
+    due::DueParser m_parser;
+    QString m_view = QStringLiteral("today");
+    bool m_showCompleted = false;
+    QString m_message;
+    QString m_draft;
+    std::optional<due::Reading> m_reading;
+    QVariantList m_spans;
+    bool m_readingDropped = false;
+};
+
+} // namespace norva
