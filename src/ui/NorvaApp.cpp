@@ -123,6 +123,7 @@ bool NorvaApp::start()
     startClipboardAndShelf();
     startMusic();
     startCalendar();
+    startTodos();
     startLiveActivityProducers();
     startAgentsTeam();
     startNotesAndTimer();
@@ -177,6 +178,7 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("shelfDesk"), m_shelfDesk.get());
     context->setContextProperty(QStringLiteral("music"), m_music.get());
     context->setContextProperty(QStringLiteral("calendarPage"), &m_calendar->page());
+    context->setContextProperty(QStringLiteral("todos"), m_todos->page());
     context->setContextProperty(QStringLiteral("activities"), m_activities.get());
     context->setContextProperty(QStringLiteral("closedFace"), m_closedFace.get());
     context->setContextProperty(QStringLiteral("team"), m_team.get());
@@ -335,6 +337,21 @@ void NorvaApp::startCalendar()
                                [this] { openNotch(QStringLiteral("calendar")); }});
     if (!m_options.demo)
         m_calendar->start();
+// The to-dos over the person's calendar folders, with their due alerts. The demo shows stated
+// to-dos and never writes the person's own.
+void NorvaApp::startTodos()
+{
+    TodosFeature::Desktop desktop;
+    desktop.notify = [alerts = m_promptAlerts.get()](const QString& title, const QString& body) {
+        alerts->notify(title, body);
+    };
+    desktop.notchCovered = [] {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        return screen && Platform::frontWindowIsFullscreenOn(screen->geometry());
+    };
+    m_todos = std::make_unique<TodosFeature>(*m_settings, *m_activities, m_clock, m_options.demo,
+                                             std::move(desktop));
+    m_todos->start();
 }
 
 void NorvaApp::rebuildOverlays()

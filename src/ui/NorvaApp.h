@@ -25,6 +25,7 @@
 #include "media/VolumeActivityPublisher.h"
 #include "notch/WindowSystemChoice.h"
 #include "notes/NotesFeature.h"
+#include "reminders/TodosFeature.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfActivityPublisher.h"
 #include "shelf/ShelfDesk.h"
@@ -92,6 +93,7 @@ private:
     void startClipboardAndShelf();
     void startMusic();
     void startCalendar();
+    void startTodos();
     void startLiveActivityProducers();
     void wireClosedFace(NotchOverlay& overlay);
     void startAgentsTeam();
@@ -126,6 +128,7 @@ private:
     std::unique_ptr<MusicManager> m_music;
     // Meetings: the calendars folder, Norva-only meetings, the calendar page and the notch's meeting.
     std::unique_ptr<CalendarFeature> m_calendar;
+    std::unique_ptr<TodosFeature> m_todos;
     // Team rules, Claude Code's usage windows and the terminal jump-back.
     std::unique_ptr<TeamPolicy> m_team;
     std::unique_ptr<UsageMonitor> m_usage;

@@ -15,8 +15,10 @@ Item {
 
     implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth : 0
     readonly property bool timerControlsShown: detailShown && face.kind === "timer"
+    readonly property bool dueActionsShown: detailShown && face.kind === "taskDue"
     implicitHeight: barHeight + (detailShown ? detailText.implicitHeight + 16 : 0)
                     + (timerControlsShown ? timerControls.implicitHeight + 8 : 0)
+                    + (dueActionsShown ? dueActions.implicitHeight + 8 : 0)
 
     // A new activity coming round fades in rather than jumping into place.
     property string shownId: face.activityId
@@ -103,5 +105,15 @@ Item {
             label: "Stop"
             onClicked: closed.face.perform("stop")
         }
+    }
+
+    // A due to-do is answered right here: ticked done, or snoozed for ten minutes.
+    Row {
+        id: dueActions
+        anchors { top: detailText.bottom; topMargin: 6; horizontalCenter: parent.horizontalCenter }
+        spacing: 6
+        visible: closed.dueActionsShown
+        TextButton { label: "Done"; onClicked: closed.face.perform("done") }
+        TextButton { label: "Snooze"; onClicked: closed.face.perform("snooze") }
     }
 }
