@@ -127,6 +127,8 @@ bool NorvaApp::start()
     startLiveActivityProducers();
     startAgentsTeam();
     startNotesAndTimer();
+    m_weather = std::make_unique<WeatherFeature>(m_clock, *m_settings);
+    m_weather->start();
 
     exposeToQml();
     rebuildOverlays();
@@ -188,6 +190,8 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("notesMirror"), &m_notes->mirror());
     context->setContextProperty(QStringLiteral("timers"), &m_timers->timer());
     context->setContextProperty(QStringLiteral("jotSheet"), &m_notes->jot());
+    for (const auto& [name, object] : m_weather->qmlObjects())
+        context->setContextProperty(name, object);
 }
 
 // Team rules, Claude Code's usage windows and the terminal jump-back. The team's never rules keep

@@ -34,6 +34,7 @@
 #include "ui/CommandDoor.h"
 #include "ui/NotchOverlay.h"
 #include "ui/TrayIcon.h"
+#include "weather/WeatherFeature.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -143,6 +144,7 @@ private:
     std::unique_ptr<AgentPromptActivities> m_agentActivities;
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;
     std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;
+    std::unique_ptr<WeatherFeature> m_weather;
     QQmlApplicationEngine m_engine;
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;

@@ -10,10 +10,14 @@ Item {
     property real centreWidth: 150   // the middle of the notch, where a camera would sit
     readonly property real barHeight: 32
     readonly property bool hasContent: face.active || face.leftPiece !== "nothing" || face.rightPiece !== "nothing"
+    // With nothing else to show, the weather takes the ears when the person switched it on.
+    readonly property bool weatherShown: !hasContent && typeof weather !== "undefined" && weather !== null
+                                         && weather.closedFaceReady
     readonly property bool detailShown: face.detailOpen && face.hasDetail
     readonly property bool reduced: settings.reducedMotion
 
-    implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth : 0
+    implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth
+                 : weatherShown ? weatherFace.implicitWidth : 0
     readonly property bool timerControlsShown: detailShown && face.kind === "timer"
     readonly property bool dueActionsShown: detailShown && face.kind === "taskDue"
     implicitHeight: barHeight + (detailShown ? detailText.implicitHeight + 16 : 0)
@@ -42,6 +46,15 @@ Item {
             face: closed.face
             piece: closed.face.leftPiece
             side: "left"
+        }
+
+        Loader {
+            id: weatherFace
+            anchors { left: parent.left; top: parent.top }
+            active: closed.weatherShown
+            visible: active
+            width: implicitWidth
+            sourceComponent: ClosedWeather { centreWidth: closed.centreWidth }
         }
 
         PlainText {

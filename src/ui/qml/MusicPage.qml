@@ -241,7 +241,7 @@ Item {
     LyricsPane {
         visible: page.playing
         anchors { left: nowPlaying.right; leftMargin: Theme.padding * 2; right: parent.right; top: parent.top
-                  bottom: parent.bottom; margins: Theme.padding }
+                  bottom: weatherTile.top; margins: Theme.padding }
         lyrics: page.now ? page.now.lyrics : null
         position: page.now ? page.now.displayElapsed : 0
         reducesMotion: page.now ? page.now.reducesMotion : false
@@ -283,5 +283,14 @@ Item {
                 }
             }
         }
+    }
+
+    // The weather at a glance; a click opens its page.
+    WeatherTile {
+        id: weatherTile
+        anchors { right: parent.right; bottom: parent.bottom; margins: Theme.padding }
+        width: implicitWidth
+        height: implicitHeight
+        onOpenRequested: app.openNotch("weather")
     }
 }
