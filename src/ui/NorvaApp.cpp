@@ -341,6 +341,8 @@ void NorvaApp::startCalendar()
                                [this] { openNotch(QStringLiteral("calendar")); }});
     if (!m_options.demo)
         m_calendar->start();
+}
+
 // The to-dos over the person's calendar folders, with their due alerts. The demo shows stated
 // to-dos and never writes the person's own.
 void NorvaApp::startTodos()
