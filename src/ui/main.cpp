@@ -8,12 +8,69 @@
 #include "ui/SingleInstance.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QGuiApplication>
 
 #include <cstdio>
 
+namespace {
+
+// Norva's command line, set up the same way for the early answer and for the real start.
+struct CommandLine {
+    QCommandLineParser parser;
+    const QCommandLineOption demo{QStringLiteral("demo"),
+                                  QStringLiteral("Show sample live activities; nothing of your own data is touched.")};
+    const QCommandLineOption firstFrame{QStringLiteral("exit-after-first-frame"),
+                                        QStringLiteral("Print the time to the first drawn frame and exit (benchmark).")};
+    const QCommandLineOption openPage{QStringLiteral("open-page"),
+                                      QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
+                                      QStringLiteral("page")};
+    const QCommandLineOption demoScene{QStringLiteral("demo-scene"),
+                                       QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
+                                       QStringLiteral("scene"), QStringLiteral("all")};
+    const QCommandLineOption jot{QStringLiteral("jot"),
+                                 QStringLiteral("Open the jot sheet (in the running Norva, or in this one as it starts).")};
+
+    CommandLine()
+    {
+        parser.setApplicationDescription(
+            QStringLiteral("Norva turns the notch at the top of the screen into a live surface."));
+        parser.addHelpOption();
+        parser.addVersionOption();
+        parser.addOptions({jot, demo, demoScene, firstFrame, openPage});
+    }
+};
+
+void nameTheApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Norva"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(NORVA_VERSION));
+}
+
+// Help and version are answered before any display is opened, so they work over ssh, in a
+// console or in a script that has no display.
+bool asksOnlyForWords(int argc, char* argv[])
+{
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray word(argv[i]);
+        if (word == "-h" || word == "--help" || word == "--help-all" || word == "-v" || word == "--version" ||
+            word == "-?")
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
+    if (asksOnlyForWords(argc, argv)) {
+        QCoreApplication words(argc, argv);
+        nameTheApplication();
+        CommandLine commandLine;
+        commandLine.parser.process(words); // prints the words asked for and exits
+        return 0;
+    }
     // Chosen before Qt picks a platform of its own: on a Wayland desktop without a layer for the
     // notch, only XWayland lets the notch sit at the top centre above other windows.
     QStringList arguments;
@@ -27,37 +84,17 @@ int main(int argc, char* argv[])
     // Programs Norva starts (players, terminals, hooks) make their own choice, as before.
     if (!drawing.platform.isEmpty())
         qunsetenv("QT_QPA_PLATFORM");
-    QGuiApplication::setApplicationName(QStringLiteral("Norva"));
-    QGuiApplication::setApplicationVersion(QStringLiteral(NORVA_VERSION));
+    nameTheApplication();
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Norva turns the notch at the top of the screen into a live surface."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption demo(QStringLiteral("demo"),
-                                  QStringLiteral("Show sample live activities; nothing of your own data is touched."));
-    const QCommandLineOption firstFrame(QStringLiteral("exit-after-first-frame"),
-                                        QStringLiteral("Print the time to the first drawn frame and exit (benchmark)."));
-    const QCommandLineOption openPage(QStringLiteral("open-page"),
-                                      QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
-                                      QStringLiteral("page"));
-    const QCommandLineOption demoScene(QStringLiteral("demo-scene"),
-                                       QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
-                                       QStringLiteral("scene"), QStringLiteral("all"));
-    const QCommandLineOption jot(QStringLiteral("jot"),
-                                 QStringLiteral("Open the jot sheet (in the running Norva, or in this one as it starts)."));
-    parser.addOption(jot);
-    parser.addOption(demo);
-    parser.addOption(demoScene);
-    parser.addOption(firstFrame);
-    parser.addOption(openPage);
+    CommandLine commandLine;
+    QCommandLineParser& parser = commandLine.parser;
     parser.process(app);
 
     norva::Paths::ensureFolder(norva::Paths::stateFolder());
     norva::SingleInstance instance(norva::Paths::stateFolder() + QStringLiteral("/norva.lock"));
     const QString door = norva::Paths::stateFolder() + QStringLiteral("/norva.door");
-    if (!instance.isFirst() && parser.isSet(jot) && norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
+    if (!instance.isFirst() && parser.isSet(commandLine.jot) && norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
         return 0;
     if (!instance.isFirst()) {
         std::fprintf(stderr, "Norva is already running.\n");
@@ -75,12 +112,12 @@ int main(int argc, char* argv[])
     if (!drawing.logLine.isEmpty())
         norva::logLine(drawing.logLine);
 
-    norva::NorvaApp norvaApp({.demo = parser.isSet(demo) || parser.isSet(demoScene),
-                              .exitAfterFirstFrame = parser.isSet(firstFrame),
-                              .openPage = parser.value(openPage),
-                              .demoScene = parser.value(demoScene),
+    norva::NorvaApp norvaApp({.demo = parser.isSet(commandLine.demo) || parser.isSet(commandLine.demoScene),
+                              .exitAfterFirstFrame = parser.isSet(commandLine.firstFrame),
+                              .openPage = parser.value(commandLine.openPage),
+                              .demoScene = parser.value(commandLine.demoScene),
                               .session = session,
-                              .jot = parser.isSet(jot)});
+                              .jot = parser.isSet(commandLine.jot)});
     if (!norvaApp.start())
         return 1;
     return QGuiApplication::exec();

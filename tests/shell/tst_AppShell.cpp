@@ -90,6 +90,38 @@ private slots:
         stop(*first);
     }
 
+    // Help and the version come out on a machine without a display (over ssh, in a build).
+    void helpAndVersionNeedNoDisplay_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("help") << QStringLiteral("--help") << QByteArray("--demo-scene <scene>");
+        QTest::newRow("short help") << QStringLiteral("-h") << QByteArray("--open-page <page>");
+        QTest::newRow("version") << QStringLiteral("--version") << QByteArray("Norva " NORVA_VERSION_TEXT "\n");
+    }
+
+    void helpAndVersionNeedNoDisplay()
+    {
+        QFETCH(QString, option);
+        QFETCH(QByteArray, expected);
+        TempHome home;
+        QProcess norva;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), home.path());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        environment.remove(QStringLiteral("DISPLAY"));
+        environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+        environment.remove(QStringLiteral("XDG_STATE_HOME"));
+        norva.setProcessEnvironment(environment);
+        norva.start(QStringLiteral(NORVA_EXECUTABLE), {option});
+        QVERIFY(norva.waitForFinished(20000));
+        const QByteArray said = norva.readAllStandardOutput();
+        QCOMPARE(norva.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(norva.exitCode(), 0);
+        QVERIFY2(said.contains(expected), said.constData());
+        QVERIFY(!QFileInfo::exists(home.file(QStringLiteral(".local/state/Norva"))));
+    }
+
     void aCrashedNorvaDoesNotBlockTheNextStart()
     {
         TempHome home;
