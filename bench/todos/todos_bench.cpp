@@ -1,6 +1,7 @@
 // todos-bench: 5,000 to-dos in 20 lists in a temporary calendar folder. Prints the first load
 // (off the main thread, until the store has published), the time from one item replaced by
 // another program to the store's update, and the CPU used while nothing changes.
+#include "MemoryPreferences.h"
 #include "app/Clock.h"
 #include "app/SettingsStore.h"
 #include "reminders/RemindersStore.h"
@@ -22,12 +23,6 @@
 using namespace norva;
 
 namespace {
-
-class NoPreferences final : public PreferencesDatabase {
-public:
-    std::optional<QVariant> value(const QString&) const override { return std::nullopt; }
-    void setValue(const QString&, const std::optional<QVariant>&) override {}
-};
 
 QByteArray todo(int list, int item)
 {
@@ -76,7 +71,7 @@ int main(int argc, char** argv)
         for (int item = 0; item < kPerList; ++item)
             writeCalendarItem(folder + QStringLiteral("/%1.ics").arg(item), todo(list, item));
     }
-    NoPreferences preferences;
+    test::MemoryPreferences preferences;
     SettingsStore settings(preferences);
 
     QList<double> loads;

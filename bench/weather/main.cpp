@@ -4,8 +4,8 @@
 // refresh would be due. Prints one table.
 //   build/bench/weather/bench_weather [refreshes] [idle seconds]
 #include "LocalHttpServer.h"
+#include "MemoryPreferences.h"
 
-#include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
 #include "weather/WeatherService.h"
 #include "weather/WeatherSettings.h"
@@ -13,7 +13,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -26,25 +25,6 @@
 using namespace norva;
 
 namespace {
-
-class BenchPreferences final : public PreferencesDatabase {
-public:
-    std::optional<QVariant> value(const QString& key) const override
-    {
-        const auto it = m_values.constFind(key);
-        return it == m_values.cend() ? std::nullopt : std::optional<QVariant>(*it);
-    }
-    void setValue(const QString& key, const std::optional<QVariant>& value) override
-    {
-        if (value)
-            m_values.insert(key, *value);
-        else
-            m_values.remove(key);
-    }
-
-private:
-    QHash<QString, QVariant> m_values;
-};
 
 double cpuSeconds()
 {
@@ -104,7 +84,7 @@ int main(int argc, char* argv[])
     test::LocalHttpServer server([&](const test::LocalHttpServer::Request& request) {
         return test::LocalHttpServer::Response{200, request.path == QLatin1String("/v1/forecast") ? forecast : located};
     });
-    BenchPreferences prefs;
+    test::MemoryPreferences prefs;
     SettingsStore settings(prefs);
     const QString base = server.address().toString();
     settings.write(base, WeatherSettings::forecastAddressKey);
