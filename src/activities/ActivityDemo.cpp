@@ -1,5 +1,6 @@
 #include "activities/ActivityDemo.h"
 
+#include "activities/ActivityKinds.h"
 #include "activities/LiveActivityCoordinator.h"
 #include "activities/VolumeActivity.h"
 
@@ -11,9 +12,6 @@ namespace {
 const QString kTimerId = QStringLiteral("timer");
 const QString kDownloadId = QStringLiteral("download-demo");
 const QString kPromptId = QStringLiteral("agent-demo");
-constexpr int kPromptPriority = 20;
-constexpr int kTimerPriority = 10;
-constexpr int kDownloadPriority = 10;
 constexpr int kDownloadRest = 6;    // seconds the finished download stays before it starts again
 constexpr double kDownloadMegabytes = 431.0;
 
@@ -91,7 +89,7 @@ void ActivityDemo::publishTimer()
 {
     LiveActivity timer;
     timer.id = kTimerId;
-    timer.priority = kTimerPriority;
+    timer.priority = ActivityKinds::of(ActivityContent::Kind::timer).priority;
     timer.content = ActivityContent::timer();
     timer.text.title = QStringLiteral("Focus");
     timer.text.value = clockText(m_timerLeft);
@@ -113,7 +111,7 @@ void ActivityDemo::publishDownload()
     const double fraction = finished ? 1.0 : double(m_downloadSecond) / kDownloadSeconds;
     LiveActivity download;
     download.id = kDownloadId;
-    download.priority = kDownloadPriority;
+    download.priority = ActivityKinds::of(ActivityContent::Kind::download).priority;
     download.content = ActivityContent::download(finished ? State::finished : State::running);
     download.text.title = QStringLiteral("sample-photos.zip");
     download.text.progress = fraction;
@@ -137,12 +135,12 @@ void ActivityDemo::publishPrompt()
 {
     LiveActivity prompt;
     prompt.id = kPromptId;
-    prompt.priority = kPromptPriority;
+    prompt.priority = ActivityKinds::of(ActivityContent::Kind::agentPrompt).priority;
     prompt.content = ActivityContent::agentPrompt();
     // A question waiting for the person owns the notch; in the idle measurement it takes turns.
     prompt.pinned = m_scene != Scene::three;
     if (!prompt.pinned)
-        prompt.priority = kTimerPriority;
+        prompt.priority = ActivityKinds::of(ActivityContent::Kind::timer).priority;
     prompt.text.title = QStringLiteral("Claude asks");
     prompt.text.value = QStringLiteral("Allow?");
     prompt.text.detail = QStringLiteral("Run npm test in ~/code/sample-app");

@@ -1,5 +1,6 @@
 #include "activities/ClosedFaceModel.h"
 
+#include "activities/ActivityKinds.h"
 #include "activities/LiveActivityCoordinator.h"
 #include "app/SettingsStore.h"
 
@@ -68,88 +69,6 @@ void ClosedFaceModel::setPrefs(const ClosedPrefs& prefs)
     refresh();
 }
 
-QString ClosedFaceModel::symbolFor(const ActivityContent& content)
-{
-    using D = ActivityContent::DownloadState;
-    switch (content.kind()) {
-    case Kind::download:
-        if (const auto* state = content.payload<D>()) {
-            if (*state == D::paused)
-                return QStringLiteral("downloadPaused");
-            if (*state == D::finished)
-                return QStringLiteral("downloadDone");
-        }
-        return QStringLiteral("download");
-    case Kind::volume:
-        if (const auto* level = content.payload<ActivityContent::Level>();
-            level && (level->muted || level->level <= 0))
-            return QStringLiteral("volumeMuted");
-        return QStringLiteral("volume");
-    case Kind::charging:
-        if (const auto* charging = content.payload<ActivityContent::Charging>();
-            charging && !charging->pluggedIn)
-            return QStringLiteral("battery");
-        return QStringLiteral("charging");
-    case Kind::device:
-        if (const auto* event = content.payload<ActivityContent::DeviceEvent>();
-            event && *event == ActivityContent::DeviceEvent::low)
-            return QStringLiteral("battery");
-        return QStringLiteral("device");
-    case Kind::agentWorking:
-        if (const auto* step = content.payload<ActivityContent::AgentStep>()) {
-            if (*step == ActivityContent::AgentStep::edit)
-                return QStringLiteral("agentEdit");
-            if (*step == ActivityContent::AgentStep::run)
-                return QStringLiteral("agentRun");
-        }
-        return QStringLiteral("agentWorking");
-    case Kind::screenRecording:
-    case Kind::sodalRecording:
-    case Kind::minutesAutoRecord:
-        return QStringLiteral("recording");
-    case Kind::timer:
-        if (const auto* countdown = content.payload<ActivityContent::Countdown>(); countdown && countdown->paused)
-            return QStringLiteral("timerPaused");
-        return QStringLiteral("timer");
-    default:
-        return ActivityContent::kindWord(content.kind());
-    }
-}
-
-QString ClosedFaceModel::toneFor(const ActivityContent& content)
-{
-    switch (content.kind()) {
-    case Kind::agentPrompt:
-    case Kind::quota:
-    case Kind::taskDue:
-        return QStringLiteral("warn");
-    case Kind::alert:
-    case Kind::screenRecording:
-    case Kind::sodalRecording:
-    case Kind::minutesAutoRecord:
-        return QStringLiteral("bad");
-    case Kind::charging:
-    case Kind::claudeDone:
-    case Kind::minutesFiled:
-        return QStringLiteral("good");
-    case Kind::device:
-        if (const auto* event = content.payload<ActivityContent::DeviceEvent>();
-            event && *event == ActivityContent::DeviceEvent::low)
-            return QStringLiteral("warn");
-        return QStringLiteral("accent");
-    case Kind::download:
-        if (const auto* state = content.payload<ActivityContent::DownloadState>();
-            state && *state == ActivityContent::DownloadState::finished)
-            return QStringLiteral("good");
-        return QStringLiteral("accent");
-    case Kind::volume:
-    case Kind::brightness:
-        return QStringLiteral("neutral");
-    default:
-        return QStringLiteral("accent");
-    }
-}
-
 ClosedFaceModel::Face ClosedFaceModel::faceFor(const ClosedLayout& layout,
                                                const std::optional<QString>& urgentTab)
 {
@@ -169,8 +88,13 @@ ClosedFaceModel::Face ClosedFaceModel::faceFor(const ClosedLayout& layout,
     face.active = true;
     face.activityId = shown.id;
     face.kind = ActivityContent::kindWord(content.kind());
-    face.symbol = symbolFor(content);
-    face.tone = toneFor(content);
+    const ActivityKind& row = ActivityKinds::of(content.kind());
+    const ActivityLook look = ActivityKinds::lookOf(content);
+    face.symbol = QString::fromLatin1(look.symbol);
+    face.glyph = QString::fromUtf8(look.glyph);
+    face.glyphStyle = QString::fromLatin1(look.drawn);
+    face.tone = QString::fromLatin1(look.tone);
+    face.controls = QString::fromLatin1(row.controls);
     face.title = shown.text.title;
     face.value = shown.text.value;
     face.detail = shown.text.detail;
@@ -241,6 +165,12 @@ void ClosedFaceModel::setDetailOpen(bool open)
         return;
     m_detailOpen = open;
     emit inputsChanged();
+}
+
+QString ClosedFaceModel::glyphOf(const QString& kindWord) const
+{
+    const std::optional<Kind> kind = ActivityContent::kindFromWord(kindWord);
+    return kind ? QString::fromUtf8(ActivityKinds::of(*kind).look.glyph) : QString();
 }
 
 bool ClosedFaceModel::tap()

@@ -19,7 +19,10 @@ class ClosedFaceModel : public QObject {
     Q_PROPERTY(QString activityId READ activityId NOTIFY changed)
     Q_PROPERTY(QString kind READ kind NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
+    Q_PROPERTY(QString glyph READ glyph NOTIFY changed)
+    Q_PROPERTY(QString glyphStyle READ glyphStyle NOTIFY changed)
     Q_PROPERTY(QString tone READ tone NOTIFY changed)
+    Q_PROPERTY(QString controls READ controls NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString value READ value NOTIFY changed)
     Q_PROPERTY(QString detail READ detail NOTIFY changed)
@@ -44,6 +47,9 @@ public:
     struct Face {
         bool active = false;
         QString activityId, kind, symbol, tone, title, value, detail;
+        QString glyph;      // the character drawn for the symbol
+        QString glyphStyle; // "character", "dot" (small) or "bars" (the level as four bars)
+        QString controls;   // buttons under the detail: "timer", "due" or none
         double progress = -1.0; // below 0: no progress to draw
         bool pinned = false;
         bool hoverOpens = false;
@@ -61,17 +67,20 @@ public:
     void follow(SettingsStore& settings);
     void setPrefs(const ClosedPrefs& prefs);
 
-    // The face for one layout: the rules that turn an activity into a symbol, a tone and words.
+    // The face for one layout: the activity's look from the kinds' table, and its words.
     static Face faceFor(const ClosedLayout& layout, const std::optional<QString>& urgentTab);
-    static QString symbolFor(const ActivityContent& content);
-    static QString toneFor(const ActivityContent& content);
+    // The glyph of a kind by its word ("listening"), for a face drawn without an activity.
+    Q_INVOKABLE QString glyphOf(const QString& kindWord) const;
 
     const Face& face() const { return m_face; }
     bool active() const { return m_face.active; }
     QString activityId() const { return m_face.activityId; }
     QString kind() const { return m_face.kind; }
     QString symbol() const { return m_face.symbol; }
+    QString glyph() const { return m_face.glyph; }
+    QString glyphStyle() const { return m_face.glyphStyle; }
     QString tone() const { return m_face.tone; }
+    QString controls() const { return m_face.controls; }
     QString title() const { return m_face.title; }
     QString value() const { return m_face.value; }
     QString detail() const { return m_face.detail; }

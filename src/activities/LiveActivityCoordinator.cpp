@@ -1,7 +1,7 @@
 #include "activities/LiveActivityCoordinator.h"
 
+#include "activities/ActivitySettings.h"
 #include "app/Log.h"
-#include "app/SettingsStore.h"
 
 #include <algorithm>
 #include <cmath>
@@ -180,36 +180,9 @@ void LiveActivityCoordinator::removeProvider(int token)
 
 // ---- switches ----
 
-std::optional<ActivitySwitch> LiveActivityCoordinator::switchFor(Kind kind)
-{
-    switch (kind) {
-    case Kind::charging:
-        return ActivitySwitch::charging;
-    // One switch stands for the system's level overlays: volume and brightness.
-    case Kind::volume:
-    case Kind::brightness:
-        return ActivitySwitch::volume;
-    case Kind::download:
-        return ActivitySwitch::downloads;
-    case Kind::device:
-        return ActivitySwitch::devices;
-    case Kind::meeting:
-        return ActivitySwitch::meetings;
-    case Kind::timer:
-        return ActivitySwitch::timers;
-    case Kind::taskDue:
-        return ActivitySwitch::reminders;
-    default:
-        return std::nullopt;
-    }
-}
-
 bool LiveActivityCoordinator::allows(Kind kind) const
 {
-    const std::optional<ActivitySwitch> which = switchFor(kind);
-    if (!which || !m_settings)
-        return true;
-    return m_settings->activitySwitch(*which).value_or(true); // every switch defaults to on
+    return !m_switches || m_switches->allows(kind);
 }
 
 bool LiveActivityCoordinator::admits(const LiveActivity& activity)
@@ -232,11 +205,8 @@ bool LiveActivityCoordinator::admits(const LiveActivity& activity)
 
 void LiveActivityCoordinator::follow(SettingsStore& settings)
 {
-    if (m_settingsConnection)
-        disconnect(m_settingsConnection);
-    m_settings = &settings;
-    m_settingsConnection =
-        connect(&settings, &SettingsStore::changed, this, &LiveActivityCoordinator::applySwitches);
+    m_switches = std::make_unique<ActivitySettings>(settings);
+    connect(m_switches.get(), &ActivitySettings::switchesChanged, this, &LiveActivityCoordinator::applySwitches);
     applySwitches();
 }
 

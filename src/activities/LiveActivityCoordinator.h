@@ -3,7 +3,6 @@
 #include "activities/ClosedLayout.h"
 #include "activities/LiveActivity.h"
 #include "app/Clock.h"
-#include "app/SettingsTypes.h"
 
 #include <QHash>
 #include <QList>
@@ -14,10 +13,12 @@
 
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 
 namespace norva {
 
+class ActivitySettings;
 class SettingsStore;
 
 // The one place every feature publishes what it wants shown in the closed notch. It keeps the live
@@ -63,7 +64,7 @@ public:
     int addProvider(QList<Kind> kinds, ActionProvider provider);
     void removeProvider(int token);
 
-    // Follows the per-kind switches of the settings store from now on.
+    // Follows the per-kind switches (ActivitySettings) in the settings store from now on.
     void follow(SettingsStore& settings);
     // Parks the activities whose switch went off and brings back the parked ones whose switch is on.
     void applySwitches();
@@ -71,8 +72,6 @@ public:
     // Admission of one activity: yes when its kind is allowed; otherwise the id is refused (logged
     // once), and a lasting activity is parked while a transient one is dropped.
     bool admits(const LiveActivity& activity);
-    // The switch that governs a kind; none for kinds that are always allowed.
-    static std::optional<ActivitySwitch> switchFor(Kind kind);
 
     // Stop and restart the countdown of every transient activity while the person looks at them.
     void pauseHolds();
@@ -130,8 +129,7 @@ private:
     void rotate();
 
     Clock& m_clock;
-    QPointer<SettingsStore> m_settings;
-    QMetaObject::Connection m_settingsConnection;
+    std::unique_ptr<ActivitySettings> m_switches;
     QList<LiveActivity> m_activities;
     QSet<QString> m_refused;
     QList<LiveActivity> m_parked; // in the order they were parked

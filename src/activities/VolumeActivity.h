@@ -1,5 +1,6 @@
 #pragma once
 
+#include "activities/ActivityKinds.h"
 #include "activities/LiveActivity.h"
 
 namespace norva {
@@ -8,7 +9,7 @@ namespace norva {
 // moment, over whatever else is live.
 struct VolumeActivity {
     static inline const QString id = QStringLiteral("volume");
-    static constexpr int priority = 50;
+    static constexpr int priority = ActivityKinds::of(ActivityContent::Kind::volume).priority;
     static constexpr double hold = 1.6;
 
     static LiveActivity make(double level, bool muted)

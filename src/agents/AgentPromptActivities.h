@@ -1,5 +1,7 @@
 #pragma once
 
+#include "activities/ActivityKinds.h"
+
 #include <QObject>
 #include <QString>
 
@@ -21,7 +23,7 @@ struct PromptCard;
 class AgentPromptActivities : public QObject {
     Q_OBJECT
 public:
-    static constexpr int priority = 80; // a waiting agent outranks music, timers and downloads
+    static constexpr int priority = ActivityKinds::of(ActivityContent::Kind::agentPrompt).priority;
     static constexpr double teamDenialHold = 4; // seconds the "denied by the team" notice stays
     static const QString pageId;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "activities/ActivityKinds.h"
 #include "app/Clock.h"
 #include "calendar/Meeting.h"
 
@@ -19,7 +20,7 @@ class MeetingActivity {
 public:
     static const QString kId; // "meeting"
     // Above music, timers and the shelf, below an agent that waits for an answer.
-    static constexpr int kPriority = 50;
+    static constexpr int kPriority = ActivityKinds::of(ActivityContent::Kind::meeting).priority;
 
     MeetingActivity(LiveActivityCoordinator& coordinator, Clock& clock,
                     std::function<void(const Meeting&)> join, std::function<void()> openPage);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "activities/ActivityKinds.h"
 #include "app/Clock.h"
 #include "reminders/Reminder.h"
 
@@ -29,7 +30,7 @@ public:
     // The tick stays on the notch this long, so the person sees it before it folds away.
     static constexpr Seconds kTickFold{0.65};
     static constexpr Seconds kSnooze{600.0};
-    static constexpr int kPriority = 70;
+    static constexpr int kPriority = ActivityKinds::of(ActivityContent::Kind::taskDue).priority;
 
     enum class Completion { ticked, gone, refused };
 

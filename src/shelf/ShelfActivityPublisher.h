@@ -1,5 +1,7 @@
 #pragma once
 
+#include "activities/ActivityKinds.h"
+
 #include <QObject>
 #include <QString>
 
@@ -19,8 +21,8 @@ public:
     static const QString kScreenshotId; // "screenshot"
     // How long a new screenshot shows on the closed notch.
     static constexpr double kScreenshotHold = 4.0;
-    static constexpr int kShelfPriority = 10;
-    static constexpr int kScreenshotPriority = 60;
+    static constexpr int kShelfPriority = ActivityKinds::of(ActivityContent::Kind::shelf).priority;
+    static constexpr int kScreenshotPriority = ActivityKinds::of(ActivityContent::Kind::screenshot).priority;
     static constexpr int kThumbnailSide = 64;
 
     // `openShelf` opens the notch on the shelf page when the person clicks the activity.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "activities/ActivityKinds.h"
 #include "activities/LiveActivity.h"
 #include "app/Clock.h"
 #include "timers/FocusRounds.h"
@@ -40,7 +41,7 @@ class TimerManager : public QObject {
 
 public:
     static const QString activityId;      // "timer"
-    static constexpr int kActivityPriority = 10;
+    static constexpr int kActivityPriority = ActivityKinds::of(ActivityContent::Kind::timer).priority;
     // Seconds of the free countdowns offered with one click.
     static constexpr int kPresets[] = {60, 300, 600, 900, 1500, 2700, 3600};
     // The longest countdown Norva takes: a day.

@@ -4,6 +4,7 @@
 #include "TestMain.h"
 
 #include "activities/ActivityDemo.h"
+#include "activities/ActivityKinds.h"
 #include "activities/ClosedFaceModel.h"
 #include "activities/LiveActivityCoordinator.h"
 #include "activities/VolumeActivity.h"
@@ -100,8 +101,9 @@ private slots:
         QFETCH(int, row);
         QFETCH(QString, symbol);
         QFETCH(QString, tone);
-        QCOMPARE(ClosedFaceModel::symbolFor(contents[row]), symbol);
-        QCOMPARE(ClosedFaceModel::toneFor(contents[row]), tone);
+        const ActivityLook look = ActivityKinds::lookOf(contents[row]);
+        QCOMPARE(QString::fromLatin1(look.symbol), symbol);
+        QCOMPARE(QString::fromLatin1(look.tone), tone);
     }
 
     void levelsAndBatteriesShowTheirOwnNumbersWhenTheProducerGaveNone()
@@ -133,6 +135,7 @@ private slots:
         QVERIFY(rig.face.active());
         QCOMPARE(rig.face.leftPiece(), QStringLiteral("mark"));
         QCOMPARE(rig.face.rightPiece(), QStringLiteral("value"));
+        QCOMPARE(rig.face.controls(), QStringLiteral("timer")); // its detail pauses and stops it
         rig.coordinator.remove(QStringLiteral("timer"));
         QCOMPARE(changed.count(), 2);
         QVERIFY(!rig.face.active());

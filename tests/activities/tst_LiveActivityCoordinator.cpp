@@ -3,6 +3,8 @@
 #include "MemoryPreferences.h"
 #include "TestMain.h"
 
+#include "activities/ActivityKinds.h"
+#include "activities/ActivitySettings.h"
 #include "activities/LiveActivityCoordinator.h"
 #include "app/SettingsStore.h"
 
@@ -53,6 +55,7 @@ struct Rig {
     ManualClock clock;
     test::MemoryPreferences preferences;
     SettingsStore settings{preferences};
+    ActivitySettings switches{settings};
     LiveActivityCoordinator coordinator{clock};
     Rig() { coordinator.follow(settings); }
 };
@@ -75,37 +78,48 @@ private slots:
         QCOMPARE(changed.count(), 3); // once per change
     }
 
-    void switchesGovernTheirKinds_data()
+    // One row per kind of the kinds' table: its word names it, the face can draw it, and its
+    // switch, where it has one, is the one stored key that keeps it off the notch.
+    void everyKindHasAWordALookAndItsOwnSwitch_data()
     {
         QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("which"); // -1: the kind has no switch
-        QTest::newRow("download") << int(Kind::download) << int(ActivitySwitch::downloads);
-        QTest::newRow("volume") << int(Kind::volume) << int(ActivitySwitch::volume);
-        QTest::newRow("brightness") << int(Kind::brightness) << int(ActivitySwitch::volume);
-        QTest::newRow("charging") << int(Kind::charging) << int(ActivitySwitch::charging);
-        QTest::newRow("device") << int(Kind::device) << int(ActivitySwitch::devices);
-        QTest::newRow("meeting") << int(Kind::meeting) << int(ActivitySwitch::meetings);
-        QTest::newRow("timer") << int(Kind::timer) << int(ActivitySwitch::timers);
-        QTest::newRow("taskDue") << int(Kind::taskDue) << int(ActivitySwitch::reminders);
-        QTest::newRow("agentPrompt") << int(Kind::agentPrompt) << -1;
-        QTest::newRow("shelf") << int(Kind::shelf) << -1;
-        QTest::newRow("quota") << int(Kind::quota) << -1;
-        QTest::newRow("screenshot") << int(Kind::screenshot) << -1;
+        for (const ActivityKind& row : ActivityKinds::table)
+            QTest::newRow(row.word) << int(row.kind);
     }
-    void switchesGovernTheirKinds()
+    void everyKindHasAWordALookAndItsOwnSwitch()
     {
         QFETCH(int, kind);
-        QFETCH(int, which);
+        const ActivityKind& row = ActivityKinds::of(Kind(kind));
+        const QString word = ActivityContent::kindWord(Kind(kind));
+        QVERIFY(!word.isEmpty());
+        QCOMPARE(ActivityContent::kindFromWord(word), std::optional<Kind>(Kind(kind)));
+        QVERIFY(!ActivityContent::kindFromWord(word.toUpper()));
+        const QString drawn = QString::fromLatin1(row.look.drawn);
+        QVERIFY(QStringList({"character", "dot", "bars"}).contains(drawn));
+        QVERIFY(drawn == QLatin1String("bars") || !QString::fromUtf8(row.look.glyph).isEmpty());
+        QVERIFY(QStringList({"accent", "good", "warn", "bad", "neutral"}).contains(QLatin1String(row.look.tone)));
         Rig rig;
         QVERIFY(rig.coordinator.allows(Kind(kind))); // every switch defaults to on
-        // Turn every switch off: only kinds that have a switch are refused.
-        for (int s = 0; s <= int(ActivitySwitch::reminders); ++s)
-            rig.settings.setActivitySwitch(ActivitySwitch(s), false);
-        QCOMPARE(rig.coordinator.allows(Kind(kind)), which < 0);
-        if (which >= 0) {
-            rig.settings.setActivitySwitch(ActivitySwitch(which), true);
+        // Every switch off: only a kind that has a switch is refused, and its own switch lets it back.
+        for (const QString& which : ActivitySettings::switchWords())
+            rig.switches.setOn(which, false);
+        QCOMPARE(rig.coordinator.allows(Kind(kind)), row.switchWord == nullptr);
+        if (row.switchWord) {
+            const QString key = ActivitySettings::keyFor(QString::fromLatin1(row.switchWord));
+            rig.settings.write(true, key);
             QVERIFY(rig.coordinator.allows(Kind(kind)));
         }
+    }
+
+    void theSwitchesAreTheSevenStoredKeys()
+    {
+        QStringList keys;
+        for (const QString& word : ActivitySettings::switchWords())
+            keys << ActivitySettings::keyFor(word);
+        keys.sort();
+        QCOMPARE(keys, QStringList({"activities.charging.v1", "activities.devices.v1", "activities.downloads.v1",
+                                    "activities.meetings.v1", "activities.reminders.v1", "activities.timers.v1",
+                                    "activities.volume.v1"}));
     }
 
     void turningOffTheDownloadsSwitchParksADownloadAndBringsBackItsLatestState()
@@ -115,7 +129,7 @@ private slots:
         rig.coordinator.upsert(download(QStringLiteral("dl-7"), 0.2));
         rig.coordinator.upsert(lasting(QStringLiteral("timer")));
 
-        rig.settings.setActivitySwitch(ActivitySwitch::downloads, false);
+        rig.switches.setOn(QStringLiteral("downloads"), false);
         QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
         QVERIFY(rig.coordinator.isParked("dl-7"));
         // The producer keeps publishing while the switch is off: the parked copy follows it.
@@ -123,7 +137,7 @@ private slots:
         rig.coordinator.upsert(download(QStringLiteral("dl-7"), 0.9));
         QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
 
-        rig.settings.setActivitySwitch(ActivitySwitch::downloads, true);
+        rig.switches.setOn(QStringLiteral("downloads"), true);
         QCOMPARE(ids(rig.coordinator), QStringList({"timer", "dl-7"}));
         QCOMPARE(rig.coordinator.find("dl-7")->text.progress, std::optional<double>(0.9));
         QVERIFY(!rig.coordinator.isParked("dl-7"));
@@ -137,7 +151,7 @@ private slots:
     void aRefusedActivityIsLoggedOncePerIdUntilItIsAdmitted()
     {
         Rig rig;
-        rig.settings.setActivitySwitch(ActivitySwitch::timers, false);
+        rig.switches.setOn(QStringLiteral("timers"), false);
         LogCapture log;
         rig.coordinator.upsert(lasting(QStringLiteral("timer")));
         rig.coordinator.upsert(lasting(QStringLiteral("timer")));
@@ -148,9 +162,9 @@ private slots:
                                            "Settings > Live activities is off)"}));
         QVERIFY(rig.coordinator.activities().isEmpty());
         QVERIFY(rig.coordinator.isRefused("timer"));
-        rig.settings.setActivitySwitch(ActivitySwitch::timers, true); // both come back
+        rig.switches.setOn(QStringLiteral("timers"), true); // both come back
         QCOMPARE(ids(rig.coordinator), QStringList({"timer", "timer-2"}));
-        rig.settings.setActivitySwitch(ActivitySwitch::timers, false);
+        rig.switches.setOn(QStringLiteral("timers"), false);
         QCOMPARE(log.count("timer-2 left the notch"), 1);
         rig.coordinator.remove(QStringLiteral("timer-2"));
         QVERIFY(!rig.coordinator.isParked("timer-2"));
@@ -165,7 +179,7 @@ private slots:
         ManualClock clock;
         test::MemoryPreferences preferences;
         SettingsStore settings(preferences);
-        settings.setActivitySwitch(ActivitySwitch::meetings, false);
+        ActivitySettings(settings).setOn(QStringLiteral("meetings"), false);
         LiveActivityCoordinator coordinator(clock);
         coordinator.upsert(lasting(QStringLiteral("meeting"), 0, ActivityContent::meeting()));
         QCOMPARE(ids(coordinator), QStringList({"meeting"})); // no store followed yet: all allowed
@@ -181,25 +195,25 @@ private slots:
     void aParkedActivityUpdatedIntoAToastIsDropped()
     {
         Rig rig;
-        rig.settings.setActivitySwitch(ActivitySwitch::downloads, false);
+        rig.switches.setOn(QStringLiteral("downloads"), false);
         rig.coordinator.upsert(download(QStringLiteral("dl"), 0.5));
         QVERIFY(rig.coordinator.isParked("dl"));
         LiveActivity finished = download(QStringLiteral("dl"), 1.0);
         finished.hold = 3.0; // "done" shows for a moment only
         rig.coordinator.upsert(finished);
         QVERIFY(!rig.coordinator.isParked("dl"));
-        rig.settings.setActivitySwitch(ActivitySwitch::downloads, true);
+        rig.switches.setOn(QStringLiteral("downloads"), true);
         QVERIFY(rig.coordinator.activities().isEmpty());
     }
 
     void aVolumeChangeWithItsSwitchOffIsNeverParked()
     {
         Rig rig;
-        rig.settings.setActivitySwitch(ActivitySwitch::volume, false);
+        rig.switches.setOn(QStringLiteral("volume"), false);
         rig.coordinator.upsert(volumeChange(0.4, 1.5));
         QVERIFY(!rig.coordinator.isParked("volume"));
         QVERIFY(rig.coordinator.isRefused("volume"));
-        rig.settings.setActivitySwitch(ActivitySwitch::volume, true);
+        rig.switches.setOn(QStringLiteral("volume"), true);
         QVERIFY(rig.coordinator.activities().isEmpty());
     }
 
@@ -207,11 +221,11 @@ private slots:
     {
         Rig rig;
         rig.coordinator.upsert(volumeChange(0.4, 1.5));
-        rig.settings.setActivitySwitch(ActivitySwitch::volume, false);
+        rig.switches.setOn(QStringLiteral("volume"), false);
         QVERIFY(rig.coordinator.activities().isEmpty());
         QVERIFY(!rig.coordinator.isParked("volume"));
         QVERIFY(!rig.coordinator.holdRemaining("volume"));
-        rig.settings.setActivitySwitch(ActivitySwitch::volume, true);
+        rig.switches.setOn(QStringLiteral("volume"), true);
         QVERIFY(rig.coordinator.activities().isEmpty());
     }
 
@@ -220,12 +234,12 @@ private slots:
         Rig rig;
         rig.coordinator.upsert(download(QStringLiteral("a"), 0.1));
         rig.coordinator.upsert(download(QStringLiteral("b"), 0.1));
-        rig.settings.setActivitySwitch(ActivitySwitch::downloads, false);
+        rig.switches.setOn(QStringLiteral("downloads"), false);
         QSignalSpy changed(&rig.coordinator, &LiveActivityCoordinator::activitiesChanged);
         rig.coordinator.remove(QStringLiteral("a")); // the download finished meanwhile
         rig.coordinator.remove(QStringLiteral("b"), /*keepingParked*/ true);
         QCOMPARE(changed.count(), 0); // neither was live: nothing to publish
-        rig.settings.setActivitySwitch(ActivitySwitch::downloads, true);
+        rig.switches.setOn(QStringLiteral("downloads"), true);
         QCOMPARE(ids(rig.coordinator), QStringList({"b"}));
     }
 
@@ -565,18 +579,6 @@ private slots:
         QCOMPARE(face.shown.has_value(), withActivity);
         if (face.left.piece == Ear::Piece::music)
             QCOMPARE(face.left.music, musicLeft);
-    }
-
-    void kindWordsRoundTrip()
-    {
-        for (int k = 0; k < ActivityContent::kindCount; ++k) {
-            const QString word = ActivityContent::kindWord(Kind(k));
-            QVERIFY(!word.isEmpty());
-            QCOMPARE(ActivityContent::kindFromWord(word), std::optional<Kind>(Kind(k)));
-        }
-        QCOMPARE(ActivityContent::kindWord(Kind::quota), QStringLiteral("quota"));
-        QCOMPARE(ActivityContent::kindWord(Kind::sodalRecording), QStringLiteral("sodalRecording"));
-        QVERIFY(!ActivityContent::kindFromWord(QStringLiteral("Download")));
     }
 };
 NORVA_TEST(LiveActivityCoordinatorTest)

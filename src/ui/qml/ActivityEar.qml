@@ -38,7 +38,8 @@ Item {
             id: markItem
             visible: ear.piece === "mark"
             anchors.verticalCenter: parent.verticalCenter
-            symbol: ear.face.symbol
+            glyph: ear.face.glyph
+            glyphStyle: ear.face.glyphStyle
             tint: ear.tint
             progress: ear.face.progress
         }
@@ -52,7 +53,8 @@ Item {
             ActivityGlyph {
                 visible: ear.face.leftPiece === "music"
                 anchors.verticalCenter: parent.verticalCenter
-                symbol: ear.face.symbol
+                glyph: ear.face.glyph
+                style: ear.face.glyphStyle
                 color: ear.tint
                 level: ear.face.progress
                 size: 12
@@ -94,7 +96,7 @@ Item {
             id: quietMusic
             visible: ear.piece === "music" && !content.musicDrawn
             anchors.verticalCenter: parent.verticalCenter
-            symbol: "listening"
+            glyph: ear.face.glyphOf("listening")
             size: 14
             color: Theme.textDim
         }

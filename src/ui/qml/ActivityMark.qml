@@ -3,7 +3,8 @@ import QtQuick
 // The shown activity's mark in the left ear: its glyph inside a ring that fills with its progress.
 Item {
     id: mark
-    property string symbol
+    property string glyph
+    property string glyphStyle: "character"
     property color tint: Theme.accent
     property real progress: -1 // below 0: no ring
     property real size: 22
@@ -56,10 +57,10 @@ Item {
 
     ActivityGlyph {
         anchors.centerIn: parent
-        symbol: mark.symbol
-        color: mark.symbol === "volume" || mark.symbol === "volumeMuted" ? Theme.text : mark.tint
+        glyph: mark.glyph
+        style: mark.glyphStyle
+        color: style === "bars" ? Theme.text : mark.tint
         level: mark.progress
-        size: mark.progress >= 0 && !(mark.symbol === "volume" || mark.symbol === "volumeMuted")
-              ? mark.size * 0.5 : mark.size * 0.62
+        size: mark.progress >= 0 && style !== "bars" ? mark.size * 0.5 : mark.size * 0.62
     }
 }

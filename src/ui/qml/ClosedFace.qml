@@ -18,8 +18,8 @@ Item {
 
     implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth
                  : weatherShown ? weatherFace.implicitWidth : 0
-    readonly property bool timerControlsShown: detailShown && face.kind === "timer"
-    readonly property bool dueActionsShown: detailShown && face.kind === "taskDue"
+    readonly property bool timerControlsShown: detailShown && face.controls === "timer"
+    readonly property bool dueActionsShown: detailShown && face.controls === "due"
     implicitHeight: barHeight + (detailShown ? detailText.implicitHeight + 16 : 0)
                     + (timerControlsShown ? timerControls.implicitHeight + 8 : 0)
                     + (dueActionsShown ? dueActions.implicitHeight + 8 : 0)

@@ -172,7 +172,8 @@ Item {
             ActivityGlyph {
                 id: speaker
                 anchors { left: parent.left; verticalCenter: parent.verticalCenter }
-                symbol: page.now && page.now.volumeMuted ? "volumeMuted" : "volume"
+                style: "bars"
+                muted: page.now !== null && page.now.volumeMuted
                 level: volumeTrack.level
                 color: Theme.textDim
                 size: 12
