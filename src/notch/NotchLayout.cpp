@@ -6,6 +6,16 @@
 
 namespace norva::NotchLayout {
 
+QSizeF closedSize(QSizeF face)
+{
+    return {std::max(closedWidth, face.width()), std::max(closedHeight, face.height())};
+}
+
+QSizeF peekSize(QSizeF closed)
+{
+    return {closed.width() + peekWidthGrowth, closed.height() + peekHeightGrowth};
+}
+
 double stageHeight(int rows)
 {
     const int clamped = std::clamp(rows, minRows, maxRows);

@@ -1,13 +1,22 @@
 #pragma once
 
-// The sizes of the open panel: always 760 wide, its height following what it shows. Inputs out
-// of range are corrected and logged, never fatal.
+#include <QSizeF>
+
+// The notch's sizes, closed, peeking and open, in one place: C++ and the QML read them from here
+// (through NotchViewModel). The open panel is always 760 wide, its height following what it shows.
+// Inputs out of range are corrected and logged, never fatal.
 namespace norva::NotchLayout {
 
 inline constexpr double openWidth = 760;
-// The closed notch on a display without a camera notch: Norva's own size.
+// The closed notch on a display without a camera notch: Norva's own size, which the closed face
+// widens (or deepens) when its ears or an expanded detail need more.
 inline constexpr double closedWidth = 190;
 inline constexpr double closedHeight = 32;
+// Peeking, the closed notch grows by this much.
+inline constexpr double peekWidthGrowth = 48;
+inline constexpr double peekHeightGrowth = 16;
+// The open panel is never taller than this before its banners.
+inline constexpr double maxPanelHeight = 520;
 inline constexpr double fixedHeight = 206;
 inline constexpr double rowHeight = 84;
 inline constexpr double rowGap = 8;
@@ -19,6 +28,13 @@ inline constexpr double meetingBanner = 50;
 inline constexpr double alertBanner = 44;
 inline constexpr int minRows = 1;
 inline constexpr int maxRows = 3;
+
+// Room beside and below the shape inside its window, for the soft edge while the shape moves.
+inline constexpr double windowMargin = 20;
+
+// The closed notch around a face that asks for `face`; the peek around a closed notch.
+QSizeF closedSize(QSizeF face);
+QSizeF peekSize(QSizeF closed);
 
 // Height of a stage of rows (1...3; other counts are clamped and logged).
 double stageHeight(int rows);

@@ -10,6 +10,8 @@ namespace norva {
 NotchViewModel::NotchViewModel(Clock& clock, SettingsStore& settings, QObject* parent)
     : QObject(parent), m_clock(clock), m_settings(settings)
 {
+    connect(this, &NotchViewModel::stateChanged, this, &NotchViewModel::shownSizeChanged);
+    connect(this, &NotchViewModel::sizeChanged, this, &NotchViewModel::shownSizeChanged);
 }
 
 std::optional<double> NotchViewModel::resolvedOpenDelay(const SettingsStore& settings, bool fullscreenOnDisplay)
@@ -371,6 +373,28 @@ void NotchViewModel::setAlertBannerShowing(bool on)
     emit sizeChanged();
 }
 
+void NotchViewModel::setFaceSize(QSizeF size)
+{
+    if (size == m_faceSize)
+        return;
+    m_faceSize = size;
+    emit sizeChanged();
+}
+
+QSizeF NotchViewModel::shownSize() const
+{
+    const QSizeF closed = NotchLayout::closedSize(m_faceSize);
+    switch (m_state) {
+    case State::open:
+        return currentOpenSize();
+    case State::peek:
+        return NotchLayout::peekSize(closed);
+    case State::closed:
+        break;
+    }
+    return closed;
+}
+
 double NotchViewModel::openWidth() const
 {
     return NotchLayout::openWidth;
@@ -395,7 +419,7 @@ QSizeF NotchViewModel::currentOpenSize() const
         height = NotchLayout::modulePanelHeight(m_pageNeed);
         break;
     }
-    height = std::min(height, maxPanelHeight);
+    height = std::min(height, NotchLayout::maxPanelHeight);
     if (m_meetingBanner)
         height += NotchLayout::meetingBanner;
     if (m_alertBanner)

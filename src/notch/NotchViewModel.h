@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "notch/NotchLayout.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -39,6 +40,11 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(bool alertBannerShowing READ alertBannerShowing WRITE setAlertBannerShowing NOTIFY sizeChanged)
     Q_PROPERTY(double openWidth READ openWidth CONSTANT)
     Q_PROPERTY(double openHeight READ openHeight NOTIFY sizeChanged)
+    Q_PROPERTY(QSizeF faceSize READ faceSize WRITE setFaceSize NOTIFY sizeChanged)
+    Q_PROPERTY(double shownWidth READ shownWidth NOTIFY shownSizeChanged)
+    Q_PROPERTY(double shownHeight READ shownHeight NOTIFY shownSizeChanged)
+    Q_PROPERTY(double closedHeight READ closedHeight CONSTANT)
+    Q_PROPERTY(double windowMargin READ windowMargin CONSTANT)
     Q_PROPERTY(bool fullscreenOnDisplay READ fullscreenOnDisplay WRITE setFullscreenOnDisplay NOTIFY flagsChanged)
 
 public:
@@ -59,7 +65,6 @@ public:
     // Leaving within this long after a hover opened the panel gets the extended grace: the pointer
     // most likely overshot the panel that just grew under it.
     static constexpr double overshootWindow = 1.0;
-    static constexpr double maxPanelHeight = 520;
     // A pointer that comes back this soon after the notch closed under it does not hover-open it.
     static constexpr double courtesyWindow = 0.5;
 
@@ -134,6 +139,16 @@ public:
     void setAlertBannerShowing(bool on);
     double openWidth() const;
     double openHeight() const { return currentOpenSize().height(); }
+    // What the closed face asks for (its implicit size); the closed notch is never smaller than
+    // Norva's own closed size.
+    QSizeF faceSize() const { return m_faceSize; }
+    void setFaceSize(QSizeF size);
+    // The shape's size in the current state: closed around the face, the peek, or the open panel.
+    QSizeF shownSize() const;
+    double shownWidth() const { return shownSize().width(); }
+    double shownHeight() const { return shownSize().height(); }
+    static double closedHeight() { return NotchLayout::closedHeight; }
+    static double windowMargin() { return NotchLayout::windowMargin; }
     QSizeF currentOpenSize() const;
 
     // Called when the open haptic should play (hover opening with "hoverHaptics" on).
@@ -147,6 +162,8 @@ signals:
     void activityDetailOpenChanged();
     void flagsChanged();
     void sizeChanged();
+    // shownSize() changed: the state, the face or the open panel's size moved.
+    void shownSizeChanged();
 
 private:
     void setState(State state, ShellSurface surface);
@@ -180,6 +197,7 @@ private:
     bool m_arranging = false;
     bool m_fullscreenOnDisplay = false;
     double m_pageNeed = 200;
+    QSizeF m_faceSize;
     bool m_meetingBanner = false;
     bool m_alertBanner = false;
     QDateTime m_openedByHoverAt;

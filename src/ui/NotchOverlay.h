@@ -1,6 +1,7 @@
 #pragma once
 
 #include "notch/DisplayPicker.h"
+#include "notch/NotchLayout.h"
 #include "notch/NotchViewModel.h"
 #include "notch/WindowSystemChoice.h"
 
@@ -27,9 +28,10 @@ class NotchOverlay : public QObject {
     Q_PROPERTY(QString displayName READ displayName CONSTANT)
 
 public:
-    // Room for the open panel with its banners and the shape's soft edge.
-    static constexpr int windowWidth = 800;
-    static constexpr int windowHeight = 640;
+    // Room for the open panel at its tallest, with both banners and the shape's soft edge.
+    static constexpr int windowWidth = int(NotchLayout::openWidth + 2 * NotchLayout::windowMargin);
+    static constexpr int windowHeight = int(NotchLayout::maxPanelHeight + NotchLayout::meetingBanner +
+                                            NotchLayout::alertBanner + NotchLayout::windowMargin);
 
     NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
                  SettingsStore& settings, DrawingPath path = DrawingPath::x11, QObject* parent = nullptr);

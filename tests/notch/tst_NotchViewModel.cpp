@@ -348,8 +348,8 @@ private slots:
         QTest::addColumn<bool>("alert");
         QTest::addColumn<double>("height");
         QTest::newRow("module") << 200.0 << false << false << 334.0;
-        QTest::newRow("capped") << 900.0 << false << false << NotchViewModel::maxPanelHeight;
-        QTest::newRow("capped then banners") << 900.0 << true << true << NotchViewModel::maxPanelHeight + 94;
+        QTest::newRow("capped") << 900.0 << false << false << NotchLayout::maxPanelHeight;
+        QTest::newRow("capped then banners") << 900.0 << true << true << NotchLayout::maxPanelHeight + 94;
         QTest::newRow("meeting banner") << 100.0 << true << false << 284.0;
         QTest::newRow("alert banner") << 100.0 << false << true << 278.0;
     }
@@ -365,6 +365,37 @@ private slots:
         rig.notch.setMeetingBannerShowing(meeting);
         rig.notch.setAlertBannerShowing(alert);
         QCOMPARE(rig.notch.currentOpenSize(), QSizeF(760, height));
+    }
+
+    // The shape's size in each state: the closed notch never smaller than Norva's own, the peek
+    // a little larger than the closed notch, and the open panel whatever the face asked for.
+    void shownSizeFollowsTheState_data()
+    {
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<QSizeF>("face");
+        QTest::addColumn<QSizeF>("shown");
+        QTest::newRow("closed, empty face") << "closed" << QSizeF(0, 0) << QSizeF(190, 32);
+        QTest::newRow("closed, wide face") << "closed" << QSizeF(262.5, 32) << QSizeF(262.5, 32);
+        QTest::newRow("closed, detail open") << "closed" << QSizeF(240, 70) << QSizeF(240, 70);
+        QTest::newRow("peek, empty face") << "peek" << QSizeF(0, 0) << QSizeF(238, 48);
+        QTest::newRow("peek, wide face") << "peek" << QSizeF(262, 32) << QSizeF(310, 48);
+        QTest::newRow("open") << "open" << QSizeF(262, 32) << QSizeF(760, 334);
+    }
+    void shownSizeFollowsTheState()
+    {
+        QFETCH(QString, state);
+        QFETCH(QSizeF, face);
+        QFETCH(QSizeF, shown);
+        Rig rig;
+        QSignalSpy moved(&rig.notch, &NotchViewModel::shownSizeChanged);
+        rig.notch.setFaceSize(face);
+        if (state == QLatin1String("peek"))
+            rig.notch.peek();
+        else if (state == QLatin1String("open"))
+            rig.notch.openPage(QStringLiteral("music"));
+        QCOMPARE(rig.notch.stateName(), state);
+        QCOMPARE(rig.notch.shownSize(), shown);
+        QVERIFY(!moved.isEmpty());
     }
 
     void layoutInputsOutOfRangeAreCorrectedAndLogged()

@@ -8,7 +8,7 @@ Item {
     property var face: closedFace   // the ClosedFaceModel
     property var notch: null         // the NotchViewModel of this display
     property real centreWidth: 150   // the middle of the notch, where a camera would sit
-    readonly property real barHeight: 32
+    readonly property real barHeight: notch ? notch.closedHeight : 0
     readonly property bool hasContent: face.active || face.leftPiece !== "nothing" || face.rightPiece !== "nothing"
     // With nothing else to show, the weather takes the ears when the person switched it on.
     readonly property bool weatherShown: !hasContent && typeof weather !== "undefined" && weather !== null

@@ -8,15 +8,16 @@ Window {
     required property var overlay
     required property var notch
 
-    width: 800
-    height: 640
     color: "transparent"
     title: "Norva"
 
-    readonly property real closedWidth: faceLoader.item && faceLoader.item.implicitWidth > 0
-                                        ? Math.max(190, faceLoader.item.implicitWidth) : 190
-    readonly property real closedHeight: faceLoader.item ? Math.max(32, faceLoader.item.implicitHeight) : 32
     readonly property bool reduced: settings.reducedMotion
+    // The closed face asks for its size; the view model answers with the shape's size in each state.
+    Binding {
+        target: window.notch
+        property: "faceSize"
+        value: faceLoader.item ? Qt.size(faceLoader.item.implicitWidth, faceLoader.item.implicitHeight) : Qt.size(0, 0)
+    }
 
     NotchShape {
         id: shape
@@ -24,10 +25,8 @@ Window {
         y: 0
         notch: window.notch
         reduced: window.reduced
-        width: notch.stateName === "open" ? notch.openWidth
-             : notch.stateName === "peek" ? window.closedWidth + 48 : window.closedWidth
-        height: notch.stateName === "open" ? notch.openHeight
-              : notch.stateName === "peek" ? window.closedHeight + 16 : window.closedHeight
+        width: notch.shownWidth
+        height: notch.shownHeight
 
         onXChanged: window.updateMask()
         onWidthChanged: window.updateMask()
