@@ -42,6 +42,7 @@ Item {
             glyphStyle: ear.face.glyphStyle
             tint: ear.tint
             progress: ear.face.progress
+            eases: !ear.face.rotating
         }
 
         Row {

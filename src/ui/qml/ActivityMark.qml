@@ -8,6 +8,9 @@ Item {
     property color tint: Theme.accent
     property real progress: -1 // below 0: no ring
     property real size: 22
+    // Whether a big jump of the progress eases; off while activities take turns, so each turn is
+    // one repaint.
+    property bool eases: true
 
     implicitWidth: size
     implicitHeight: size
@@ -22,7 +25,7 @@ Item {
         // activity that ticks every second costs one frame a second, not an animation.
         readonly property real wanted: Math.max(0, Math.min(1, mark.progress))
         onWantedChanged: {
-            if (Math.abs(wanted - shownProgress) > 0.1 && !settings.reducedMotion) {
+            if (mark.eases && Math.abs(wanted - shownProgress) > 0.1 && !settings.reducedMotion) {
                 ease.to = wanted
                 ease.restart()
             } else {

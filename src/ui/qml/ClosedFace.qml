@@ -24,9 +24,10 @@ Item {
                     + (timerControlsShown ? timerControls.implicitHeight + 8 : 0)
                     + (dueActionsShown ? dueActions.implicitHeight + 8 : 0)
 
-    // A new activity coming round fades in rather than jumping into place.
+    // A new activity fades in rather than jumping into place; the turns of activities that rotate
+    // swap in one repaint, so taking turns costs a frame a turn, not an animation.
     property string shownId: face.activityId
-    onShownIdChanged: if (!reduced) swap.restart()
+    onShownIdChanged: if (!reduced && !face.rotating) swap.restart()
     SequentialAnimation {
         id: swap
         NumberAnimation { target: bar; property: "opacity"; to: 0.15; duration: 70 }

@@ -25,9 +25,6 @@ Window {
         y: 0
         notch: window.notch
         reduced: window.reduced
-        width: notch.shownWidth
-        height: notch.shownHeight
-
         onXChanged: window.updateMask()
         onWidthChanged: window.updateMask()
         onHeightChanged: window.updateMask()

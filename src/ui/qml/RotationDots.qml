@@ -1,7 +1,7 @@
 import QtQuick
 
 // Small dots at the end of the right ear when several activities take turns: one per activity,
-// the shown one lit.
+// the shown one lit. The lit dot moves with each turn in the same repaint as the activity.
 Column {
     id: dots
     property int count: 0
@@ -18,7 +18,6 @@ Column {
             radius: 2
             color: Theme.text
             opacity: index === Math.min(dots.current, 3) ? 0.95 : 0.28
-            Behavior on opacity { NumberAnimation { duration: Theme.fast } }
         }
     }
 }
