@@ -2,8 +2,8 @@
 // moved into place as the hook does, until its answer exists), and the whole real "pretooluse.sh"
 // run in "acceptEdits" mode. Prints median and worst of each.
 #include "agents/ApprovalsFolder.h"
-#include "agents/HookScripts.h"
-#include "agents/TeamPolicy.h"
+#include "agents/hooks/HookScripts.h"
+#include "agents/team/TeamPolicy.h"
 #include "app/Clock.h"
 #include "app/SettingsStore.h"
 #include "platform/linux/PreferencesFile.h"

@@ -5,13 +5,13 @@
 //   3. the time from Allow on the card to the hook printing its answer.
 // Usage: bench_agents [rounds]   (runs in a throw-away HOME)
 
-#include "agents/AgentPromptsManager.h"
-#include "agents/AgentsPageModel.h"
-#include "agents/ApprovalHook.h"
-#include "agents/CodexHook.h"
-#include "agents/CopilotCLIHook.h"
-#include "agents/HookScripts.h"
-#include "agents/PromptAlerts.h"
+#include "agents/prompts/AgentPromptsManager.h"
+#include "agents/prompts/AgentsPageModel.h"
+#include "agents/hooks/ApprovalHook.h"
+#include "agents/hooks/CodexHook.h"
+#include "agents/hooks/CopilotCLIHook.h"
+#include "agents/hooks/HookScripts.h"
+#include "agents/prompts/PromptAlerts.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
 #include "platform/linux/PreferencesFile.h"

@@ -1,8 +1,8 @@
 #include "ui/NorvaApp.h"
 
-#include "agents/AgentsDemo.h"
+#include "agents/prompts/AgentsDemo.h"
 #include "agents/CodingAgent.h"
-#include "agents/UsageBridge.h"
+#include "agents/usage/UsageBridge.h"
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/Platform.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "agents/AgentPromptsManager.h"
-#include "agents/AgentsPageModel.h"
-#include "agents/PromptAlerts.h"
+#include "agents/prompts/AgentPromptsManager.h"
+#include "agents/prompts/AgentsPageModel.h"
+#include "agents/prompts/PromptAlerts.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
 #include "platform/linux/PreferencesFile.h"

@@ -1,7 +1,7 @@
 #include "HookRunner.h"
 
 #include "agents/ApprovalsFolder.h"
-#include "agents/HookScripts.h"
+#include "agents/hooks/HookScripts.h"
 #include "app/Paths.h"
 
 #include <QDateTime>

@@ -3,14 +3,14 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
-#include "agents/ApprovalExchange.h"
+#include "agents/prompts/ApprovalExchange.h"
 #include "agents/ApprovalsFolder.h"
-#include "agents/Heartbeat.h"
-#include "agents/HookScripts.h"
-#include "agents/TeamDenyResponder.h"
-#include "agents/TeamEnforcement.h"
-#include "agents/TerminalJumper.h"
-#include "agents/UsageMonitor.h"
+#include "agents/prompts/Heartbeat.h"
+#include "agents/hooks/HookScripts.h"
+#include "agents/team/TeamDenyResponder.h"
+#include "agents/team/TeamEnforcement.h"
+#include "agents/jump/TerminalJumper.h"
+#include "agents/usage/UsageMonitor.h"
 #include "app/Paths.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agents/WindowActivator.h"
+#include "agents/jump/WindowActivator.h"
 
 #include <QList>
 #include <QString>

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "agents/usage/UsageBridge.h"
+#include "app/Clock.h"
+
+#include <QObject>
+#include <QVariantList>
+
+namespace norva {
+
+class ApprovalsFolderWatch;
+
+// Reads "rate-limits.json" as the usage bridge rewrites it and publishes Claude Code's two usage
+// windows (5 hours and 7 days) for the sessions page. When there is nothing to show it hides the
+// windows and logs why, once per reason.
+class UsageMonitor : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QVariantList windows READ windowsForView NOTIFY windowsChanged)
+    Q_PROPERTY(bool available READ available NOTIFY windowsChanged)
+
+public:
+    UsageMonitor(Clock& clock, QString approvalsFolder, QObject* parent = nullptr);
+    ~UsageMonitor() override;
+
+    void start();
+    void stop();
+    // Reads the file again now; the folder watch and a slow timer call this.
+    void refresh();
+
+    UsageBridge::Limits limits() const { return m_limits; }
+    bool available() const { return m_limits.fiveHour || m_limits.sevenDay; }
+    QVariantList windowsForView() const;
+    // "resets in 2 h 5 min": the time left until `at`, in the notch's short words.
+    static QString resetText(const QDateTime& at, const QDateTime& now);
+
+signals:
+    void windowsChanged();
+
+private:
+    void hide(const QString& line);
+
+    Clock& m_clock;
+    QString m_folder;
+    ApprovalsFolderWatch* m_watch = nullptr;
+    ScheduledWork m_tick;
+    UsageBridge::Limits m_limits;
+    QString m_lastReason;
+};
+
+} // namespace norva

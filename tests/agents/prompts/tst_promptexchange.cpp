@@ -1,0 +1,517 @@
+#include "ExchangeCore.h"
+#include "LogCapture.h"
+#include "ManualClock.h"
+#include "TempHome.h"
+#include "TestMain.h"
+
+#include "agents/prompts/AgentPromptsManager.h"
+#include "agents/prompts/AgentsPageModel.h"
+#include "agents/prompts/ApprovalExchange.h"
+#include "agents/prompts/Heartbeat.h"
+#include "agents/prompts/PendingScan.h"
+#include "agents/prompts/PromptAlerts.h"
+#include "app/Paths.h"
+#include "app/SettingsStore.h"
+#include "platform/linux/PreferencesFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <sys/stat.h>
+#include <utime.h>
+
+using namespace norva;
+
+namespace {
+
+void setAge(const ApprovalsFolder& folder, const QString& name, const QDateTime& now, double seconds)
+{
+    const time_t when = static_cast<time_t>(now.toSecsSinceEpoch() - static_cast<qint64>(seconds));
+    utimbuf times{when, when};
+    ::utime(QFile::encodeName(folder.filePath(name)).constData(), &times);
+}
+
+const QByteArray bashPayload =
+    R"({"session_id":"s1","cwd":"/work/app","tool_name":"Bash","tool_input":{"command":"git push origin main"},"tool_use_id":"toolu_1"})";
+
+// Norva's core on a manual clock that starts at the real now (the hooks' files carry real times).
+struct ManualClockFirst {
+    test::ManualClock clock{QDateTime::currentDateTimeUtc()};
+};
+struct Core : ManualClockFirst, test::ExchangeCore {
+    Core() : test::ExchangeCore(clock) {}
+};
+
+} // namespace
+
+// Norva's side of the exchange, with the manual clock: heartbeat, scans and sweeps, answers and
+// release, the Agents page model and the alerts.
+class PromptExchangeTest : public QObject {
+    Q_OBJECT
+private slots:
+    void heartbeatBeatsAtOnceThenEveryTenSeconds()
+    {
+        test::TempHome home;
+        test::ManualClock clock;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        Heartbeat heartbeat(folder, clock);
+        const QDateTime started = clock.now();
+        heartbeat.start();
+        QVERIFY(heartbeat.isBeating());
+        QCOMPARE(*folder.modified("heartbeat"), started);
+        clock.advance(Seconds(9.5));
+        QCOMPARE(*folder.modified("heartbeat"), started);
+        clock.advance(Seconds(0.5));
+        QCOMPARE(*folder.modified("heartbeat"), started.addSecs(10));
+        clock.advance(Seconds(20));
+        QCOMPARE(*folder.modified("heartbeat"), started.addSecs(30));
+        heartbeat.stop();
+        clock.advance(Seconds(30));
+        QCOMPARE(*folder.modified("heartbeat"), started.addSecs(30));
+    }
+
+    void heartbeatFailureIsLoggedOncePerStreak()
+    {
+        test::TempHome home;
+        test::ManualClock clock;
+        test::LogCapture log;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        QVERIFY(QDir().mkpath(folder.filePath("heartbeat/blocked")));
+        Heartbeat heartbeat(folder, clock);
+        heartbeat.start();
+        clock.advance(Seconds(30));
+        const QString line = "Norva agents: the heartbeat at " + folder.filePath("heartbeat") +
+                             " could not be written (Is a directory); hooks will ask in the terminal";
+        QCOMPARE(log.lines(), QStringList{line});
+        QDir(folder.filePath("heartbeat")).removeRecursively();
+        clock.advance(Seconds(10));
+        QVERIFY(folder.exists("heartbeat"));
+        QFile::remove(folder.filePath("heartbeat"));
+        QVERIFY(QDir().mkpath(folder.filePath("heartbeat/blocked")));
+        clock.advance(Seconds(10));
+        QCOMPARE(log.count(line), 2);
+    }
+
+    void scanSweepsWhatNoOneTakesUp_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<double>("age");
+        QTest::addColumn<QString>("companion"); // an alive file and its age, "name:age"
+        QTest::addColumn<bool>("kept");
+        QTest::addColumn<bool>("card");
+        QTest::newRow("response 10 s old") << "resp-a" << 10.0 << "" << true << false;
+        QTest::newRow("response 11 s old") << "resp-a" << 11.0 << "" << false << false;
+        QTest::newRow("identity 1799 s old") << "term-s.json" << 1799.0 << "" << true << false;
+        QTest::newRow("identity 1801 s old") << "term-s.json" << 1801.0 << "" << false << false;
+        QTest::newRow("prompt over a day") << "pending-p.json" << 86401.0 << "alive-p:1" << false << false;
+        QTest::newRow("killed hook") << "pending-p.json" << 71.0 << "alive-p:121" << false << false;
+        QTest::newRow("waiting hook") << "pending-p.json" << 71.0 << "alive-p:20" << true << true;
+        QTest::newRow("young prompt, old alive") << "pending-p.json" << 70.0 << "alive-p:500" << true << true;
+        QTest::newRow("hook that never touched alive") << "pending-p.json" << 121.0 << "" << false << false;
+        QTest::newRow("question without a hook") << "pending-q.json" << 3600.0 << "" << true << true;
+        QTest::newRow("answered, hook not yet taken")
+            << "pending-p.json" << 1.0 << "resp-p:0" << true << false;
+    }
+    void scanSweepsWhatNoOneTakesUp()
+    {
+        QFETCH(QString, name);
+        QFETCH(double, age);
+        QFETCH(QString, companion);
+        QFETCH(bool, kept);
+        QFETCH(bool, card);
+        test::TempHome home;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        const QDateTime now = QDateTime::fromSecsSinceEpoch(1900000000, Qt::UTC);
+        const QByteArray payload = name.startsWith("pending-q")
+                                       ? QByteArray(R"({"tool_name":"AskUserQuestion","tool_input":{}})")
+                                       : bashPayload;
+        folder.write(name, payload);
+        setAge(folder, name, now, age);
+        if (!companion.isEmpty()) {
+            const QString companionName = companion.section(':', 0, 0);
+            folder.write(companionName, QByteArray());
+            setAge(folder, companionName, now, companion.section(':', 1).toDouble());
+        }
+        const QList<PromptCard> cards = PendingScan::run(folder, now);
+        QCOMPARE(folder.exists(name), kept);
+        QCOMPARE(cards.size(), card ? 1 : 0);
+        if (!kept && companion.startsWith("alive-"))
+            QVERIFY(!folder.exists(companion.section(':', 0, 0)));
+    }
+
+    // A prompt file Norva will not read is answered at once with the hand-back, with one log line:
+    // the agent asks in its terminal instead of waiting for a card that never comes.
+    void unreadablePromptIsHandedBackAtOnce_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("over 4 MB") << "large" << "its prompt file is over 4 MB";
+        QTest::newRow("not JSON") << "text" << "its prompt file is not JSON";
+        QTest::newRow("a link") << "link" << "its prompt file is a link";
+    }
+    void unreadablePromptIsHandedBackAtOnce()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, why);
+        test::TempHome home;
+        test::LogCapture log;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        if (kind == "large")
+            folder.write("pending-big.json", R"({"tool_name":"Write","tool_input":{"content":")" +
+                                                 QByteArray(5 * 1024 * 1024, 'x') + R"("}})");
+        else if (kind == "text")
+            folder.write("pending-big.json", "not json at all");
+        else
+            QVERIFY(QFile::link(home.file("elsewhere.json"), folder.filePath("pending-big.json")));
+        const QList<PromptCard> cards = PendingScan::run(folder, QDateTime::currentDateTimeUtc());
+        QVERIFY(cards.isEmpty());
+        QCOMPARE(folder.read("resp-big"), std::optional<QByteArray>(QByteArray()));
+        QVERIFY(!QFileInfo::exists(folder.filePath("pending-big.json")) &&
+                !QFileInfo(folder.filePath("pending-big.json")).isSymLink());
+        QCOMPARE(log.count("Norva agents: handed big back to the terminal (" + why + ")"), 1);
+        PendingScan::run(folder, QDateTime::currentDateTimeUtc());
+        QCOMPARE(log.count("Norva agents: handed big"), 1);
+    }
+
+    // A waiting hook writes its process id into its alive file; once that process is gone (the agent
+    // killed the hook), the card goes at the next scan instead of after two minutes.
+    void cardOfAGoneHookIsDropped()
+    {
+        test::TempHome home;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        folder.write("pending-p.json", bashPayload);
+        folder.write("alive-p", QByteArray::number(QCoreApplication::applicationPid()));
+        QCOMPARE(PendingScan::run(folder, QDateTime::currentDateTimeUtc()).size(), 1);
+        QProcess sleeper; // a hook's shell, surely gone once killed and reaped
+        sleeper.start("sleep", {"30"});
+        QVERIFY(sleeper.waitForStarted());
+        const qint64 pid = sleeper.processId();
+        sleeper.kill();
+        QVERIFY(sleeper.waitForFinished());
+        folder.write("alive-p", QByteArray::number(pid));
+        QVERIFY(PendingScan::run(folder, QDateTime::currentDateTimeUtc()).isEmpty());
+        QVERIFY(!folder.exists("pending-p.json"));
+        QVERIFY(!folder.exists("alive-p"));
+    }
+
+    void cardsReadEachAgentsPayload_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("agent");
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QString>("subject");
+        QTest::newRow("claude bash") << "toolu_1" << bashPayload << "Claude Code"
+                                     << "Bash"
+                                     << "git push origin main";
+        QTest::newRow("claude edit")
+            << "toolu_2"
+            << QByteArray(R"({"tool_name":"Edit","tool_input":{"file_path":"/src/a.cpp","old_string":"x"}})")
+            << "Claude Code"
+            << "Edit"
+            << "/src/a.cpp";
+        QTest::newRow("codex argv")
+            << "codex-s-41"
+            << QByteArray(R"({"tool_name":"shell","tool_input":{"command":["bash","-lc","rm -rf build"]}})")
+            << "Codex"
+            << "shell"
+            << "rm -rf build";
+        QTest::newRow("copilot")
+            << "copilot-s-42"
+            << QByteArray(
+                   R"({"transcript_path":"/t","sessionId":"s","toolName":"bash","toolInput":{"command":"ls"}})")
+            << "Copilot CLI"
+            << "bash"
+            << "ls";
+        QTest::newRow("copilot args as text")
+            << "copilot-s-43"
+            << QByteArray(R"({"sessionId":"s","toolName":"write","toolInput":"{\"path\":\"/n.md\"}"})")
+            << "Copilot CLI"
+            << "write"
+            << "/n.md";
+        QTest::newRow("web fetch")
+            << "toolu_3"
+            << QByteArray(
+                   R"({"tool_name":"WebFetch","tool_input":{"url":"https://example.org","prompt":"p"}})")
+            << "Claude Code"
+            << "WebFetch"
+            << "https://example.org";
+    }
+    void cardsReadEachAgentsPayload()
+    {
+        QFETCH(QString, id);
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, agent);
+        QFETCH(QString, tool);
+        QFETCH(QString, subject);
+        const auto card = PromptCard::fromPayload(id, payload, QDateTime::currentDateTimeUtc());
+        QVERIFY(card.has_value());
+        QCOMPARE(CodingAgents::displayName(card->agent), agent);
+        QCOMPARE(card->tool, tool);
+        QCOMPARE(card->subject, subject);
+        QVERIFY(!card->isQuestion);
+        QVERIFY(!PromptCard::fromPayload(id, "not json", QDateTime()).has_value());
+    }
+
+    void questionCardCarriesQuestionsAndOptions()
+    {
+        const auto card = PromptCard::fromPayload(
+            "toolu_q",
+            R"({"tool_name":"AskUserQuestion","tool_input":{"questions":[{"question":"Which database?","options":[{"label":"Postgres"},{"label":"SQLite"}]}]}})",
+            QDateTime());
+        QVERIFY(card->isQuestion);
+        QCOMPARE(card->questions, QStringList{"Which database?"});
+        QCOMPARE(card->options, (QStringList{"Postgres", "SQLite"}));
+    }
+
+    void decisionBodiesPerAgent_data()
+    {
+        QTest::addColumn<int>("agent");
+        QTest::addColumn<int>("decision");
+        QTest::addColumn<QByteArray>("expected");
+        using D = ApprovalExchange::Decision;
+        QTest::newRow("claude allow")
+            << int(CodingAgent::claude) << int(D::allow)
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"allow","permissionDecisionReason":"Approved from the Norva notch"}})");
+        QTest::newRow("claude deny")
+            << int(CodingAgent::claude) << int(D::deny)
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied from the Norva notch"}})");
+        QTest::newRow("claude trusted")
+            << int(CodingAgent::claude) << int(D::allowTrusted)
+            << QByteArray(
+                   R"X({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"allow","permissionDecisionReason":"Auto-approved from the Norva notch (session trusted)"}})X");
+        QTest::newRow("codex allow")
+            << int(CodingAgent::codex) << int(D::allow)
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})");
+        QTest::newRow("codex deny")
+            << int(CodingAgent::codex) << int(D::deny)
+            << QByteArray(
+                   R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"deny","message":"Denied from the Norva notch"}}})");
+        QTest::newRow("copilot allow")
+            << int(CodingAgent::copilot) << int(D::allow) << QByteArray(R"({"behavior":"allow"})");
+        QTest::newRow("copilot deny")
+            << int(CodingAgent::copilot) << int(D::deny)
+            << QByteArray(R"({"behavior":"deny","message":"Denied from the Norva notch"})");
+    }
+    void decisionBodiesPerAgent()
+    {
+        QFETCH(int, agent);
+        QFETCH(int, decision);
+        QFETCH(QByteArray, expected);
+        const auto body =
+            ApprovalExchange::decisionBody(CodingAgent(agent), ApprovalExchange::Decision(decision));
+        QVERIFY(body.has_value());
+        QCOMPARE(*body, QJsonDocument::fromJson(expected).object());
+    }
+
+    void newFileReachesTheCardWithoutAPeriodicScan()
+    {
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        struct stat info {};
+        ::stat(QFile::encodeName(Paths::approvalsFolder()).constData(), &info);
+        QCOMPARE(int(info.st_mode & 07777), 0700);
+        // The manual clock never moves: only the folder watch can bring this card.
+        core.folder().write("pending-toolu_1.json", bashPayload);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        const QVariantMap card = core.model->cards().at(0).toMap();
+        QCOMPARE(card.value("agent").toString(), QStringLiteral("Claude Code"));
+        QCOMPARE(card.value("tool").toString(), QStringLiteral("Bash"));
+        QCOMPARE(card.value("subject").toString(), QStringLiteral("git push origin main"));
+        QCOMPARE(card.value("folder").toString(), QStringLiteral("app"));
+        QCOMPARE(core.alerts.chimes, 1);
+        QCOMPARE(core.alerts.notes, QStringList{"Claude Code asks to use Bash | git push origin main"});
+    }
+
+    void periodicScanIsTheFallback()
+    {
+        test::TempHome home;
+        Core core;
+        QSignalSpy scans(core.manager.get(), &AgentPromptsManager::scanFinished);
+        core.manager->start();
+        QTRY_VERIFY(scans.count() > 0);
+        core.manager->folderWatch().stop();
+        core.folder().write("pending-toolu_1.json", bashPayload);
+        QTest::qWait(200); // nothing may show while neither the watch nor the clock asks for a scan
+        QCOMPARE(core.model->count(), 0);
+        core.clock.advance(Seconds(5));
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+    }
+
+    void allowWritesTheBodyAndTheCardStaysAway()
+    {
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        core.folder().write("pending-toolu_1.json", bashPayload);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QSignalSpy left(core.manager.get(), &AgentPromptsManager::promptLeft);
+        QVERIFY(core.model->allow("toolu_1"));
+        QCOMPARE(core.model->count(), 0);
+        QCOMPARE(left.count(), 1);
+        QCOMPARE(QJsonDocument::fromJson(*core.folder().read("resp-toolu_1")).object(),
+                 *ApprovalExchange::decisionBody(CodingAgent::claude, ApprovalExchange::Decision::allow));
+        // Scans before the hook takes its answer must not bring the card back, nor alert again.
+        core.manager->scanPending();
+        core.clock.advance(Seconds(5));
+        QTest::qWait(100);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 0, 1000);
+        QCOMPARE(core.alerts.chimes, 1);
+        QVERIFY(!core.model->allow("toolu_1"));
+    }
+
+    void releaseWritesAnEmptyAnswerAndRemovesThePrompt()
+    {
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        core.folder().write("pending-codex-s-7.json",
+                            R"({"tool_name":"shell","tool_input":{"command":"ls"}})");
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QVERIFY(core.model->answerInTerminal("codex-s-7"));
+        QCOMPARE(*core.folder().read("resp-codex-s-7"), QByteArray());
+        QVERIFY(!core.folder().exists("pending-codex-s-7.json"));
+        QCOMPARE(core.model->count(), 0);
+    }
+
+    // The card's way to the terminal asks the jump-back for the session's terminal by its transcript;
+    // a prompt without one (or one already answered) asks for nothing.
+    void terminalButtonsAskForTheSessionsTerminal_data()
+    {
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QStringList>("requested");
+        const QByteArray withTranscript =
+            R"({"session_id":"s1","transcript_path":"/home/a/.claude/s1.jsonl","tool_name":"Bash",)"
+            R"("tool_input":{"command":"ls"},"tool_use_id":"toolu_1"})";
+        QTest::newRow("answer in the terminal") << withTranscript << "answer" << QStringList{"/home/a/.claude/s1.jsonl"};
+        QTest::newRow("show the terminal") << withTranscript << "show" << QStringList{"/home/a/.claude/s1.jsonl"};
+        QTest::newRow("no transcript") << bashPayload << "answer" << QStringList();
+        QTest::newRow("already answered") << withTranscript << "allow then show" << QStringList();
+    }
+    void terminalButtonsAskForTheSessionsTerminal()
+    {
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, button);
+        QFETCH(QStringList, requested);
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        core.folder().write("pending-toolu_1.json", payload);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QSignalSpy asked(core.model.get(), &AgentsPageModel::terminalRequested);
+        if (button == "answer") {
+            QVERIFY(core.model->answerInTerminal("toolu_1"));
+        } else if (button == "show") {
+            core.model->showTerminal("toolu_1");
+        } else {
+            QVERIFY(core.model->allow("toolu_1"));
+            core.model->showTerminal("toolu_1");
+        }
+        QStringList transcripts;
+        for (const QList<QVariant>& call : asked)
+            transcripts << call.at(0).toString();
+        QCOMPARE(transcripts, requested);
+    }
+
+    void questionCardsAreNotAnsweredThroughTheExchange()
+    {
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        core.folder().write(
+            "pending-toolu_q.json",
+            R"({"tool_name":"AskUserQuestion","tool_input":{"questions":[{"question":"Ship it?"}]}})");
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QVERIFY(core.model->cards().at(0).toMap().value("isQuestion").toBool());
+        QCOMPARE(core.alerts.notes, QStringList{"Claude Code has a question | Ship it?"});
+        QVERIFY(!core.model->allow("toolu_q"));
+        QVERIFY(!core.folder().exists("resp-toolu_q"));
+        // "posttooluse.sh" removes the file once the question was answered in the terminal.
+        core.folder().remove("pending-toolu_q.json");
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 0, 5000);
+    }
+
+    void alertsFollowTheirSwitches_data()
+    {
+        QTest::addColumn<bool>("chime");
+        QTest::addColumn<bool>("notification");
+        QTest::newRow("both") << true << true;
+        QTest::newRow("chime only") << true << false;
+        QTest::newRow("notification only") << false << true;
+        QTest::newRow("neither") << false << false;
+    }
+    void alertsFollowTheirSwitches()
+    {
+        QFETCH(bool, chime);
+        QFETCH(bool, notification);
+        test::TempHome home;
+        Core core;
+        core.settings.setApprovalChime(chime);
+        core.settings.setApprovalNotification(notification);
+        core.manager->start();
+        core.folder().write("pending-toolu_1.json", bashPayload);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QCOMPARE(core.alerts.chimes, chime ? 1 : 0);
+        QCOMPARE(core.alerts.notes.size(), notification ? 1 : 0);
+    }
+
+    void aLinkedPendingFileIsNeverShown()
+    {
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        const QString elsewhere = home.write("elsewhere.json", bashPayload);
+        QVERIFY(QFile::link(elsewhere, core.folder().filePath("pending-toolu_9.json")));
+        core.folder().write("pending-toolu_1.json", bashPayload);
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QCOMPARE(core.manager->prompts().at(0).id, QStringLiteral("toolu_1"));
+    }
+
+    void releaseFailuresAreLogged()
+    {
+        test::TempHome home;
+        test::LogCapture log;
+        ApprovalsFolder folder(Paths::approvalsFolder());
+        QVERIFY(folder.ensure().ok);
+        ApprovalExchange exchange(folder);
+        QVERIFY(QDir().mkpath(folder.filePath("resp-toolu_5/x")));
+        QVERIFY(!exchange.releaseToTerminal("toolu_5"));
+        QVERIFY(!exchange.writeDecision("toolu_5", ApprovalExchange::Decision::allow));
+        QVERIFY(QDir().mkpath(folder.filePath("pending-toolu_6.json/x")));
+        QVERIFY(!exchange.releaseToTerminal("toolu_6"));
+        QCOMPARE(
+            log.lines(),
+            (QStringList{
+                "Norva agents: handing toolu_5 back to the terminal failed (the answer file could not be "
+                "written: Is a directory); the hook waits out its timeout",
+                "Norva agents: answering toolu_5 failed (the answer file could not be written: Is a "
+                "directory); the hook waits out its timeout",
+                "Norva agents: handing toolu_6 back to the terminal failed (the prompt's file could not be "
+                "removed: Is a directory); it may show again on the next scan"}));
+    }
+
+    void shutdownTakesTheHeartbeatAway()
+    {
+        test::TempHome home;
+        Core core;
+        core.manager->start();
+        QVERIFY(core.folder().exists("heartbeat"));
+        core.manager->shutdown();
+        QVERIFY(!core.folder().exists("heartbeat"));
+    }
+};
+NORVA_TEST(PromptExchangeTest)
+#include "tst_promptexchange.moc"
