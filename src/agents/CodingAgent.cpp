@@ -37,4 +37,13 @@ QString word(CodingAgent agent)
     return {};
 }
 
+std::optional<CodingAgent> fromWord(const QString& text)
+{
+    for (const CodingAgent agent : {CodingAgent::claude, CodingAgent::codex, CodingAgent::copilot}) {
+        if (word(agent) == text)
+            return agent;
+    }
+    return std::nullopt;
+}
+
 } // namespace norva::CodingAgents

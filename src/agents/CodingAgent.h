@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace norva {
 
 // The command-line coding agents whose prompts Norva answers.
@@ -15,6 +17,8 @@ QString displayName(CodingAgent agent);
 CodingAgent fromPromptId(const QString& id);
 // The word used in file names and logs: "claude", "codex", "copilot".
 QString word(CodingAgent agent);
+// The agent a word names; none for a word that names no agent.
+std::optional<CodingAgent> fromWord(const QString& word);
 
 } // namespace CodingAgents
 } // namespace norva

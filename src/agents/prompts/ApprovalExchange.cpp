@@ -15,56 +15,25 @@ const QString deniedReason = QStringLiteral("Denied from the Norva notch");
 
 ApprovalExchange::ApprovalExchange(ApprovalsFolder folder) : m_folder(std::move(folder)) {}
 
-bool ApprovalExchange::isPermissionRequest(const QString& id)
+HookPhase ApprovalExchange::phaseOf(const QString& id)
 {
-    return CodingAgents::fromPromptId(id) != CodingAgent::claude || id.startsWith(QStringLiteral("claude-"));
+    return CodingAgents::fromPromptId(id) != CodingAgent::claude || id.startsWith(QStringLiteral("claude-"))
+               ? HookPhase::permissionRequest
+               : HookPhase::preToolUse;
 }
 
-std::optional<QJsonObject> ApprovalExchange::decisionBody(CodingAgent agent, Decision decision,
-                                                          const QString& reasonOverride, bool permissionRequest)
+QJsonObject ApprovalExchange::decisionBody(const QString& id, Decision decision, const QString& reasonOverride)
 {
-    const bool allowed = decision != Decision::deny;
-    switch (agent) {
-    case CodingAgent::claude: {
-        if (permissionRequest) // Claude Code's PermissionRequest hook takes Codex's body
-            return decisionBody(CodingAgent::codex, decision, reasonOverride);
-        const QString reason = !reasonOverride.isEmpty()            ? reasonOverride
-                               : decision == Decision::deny         ? deniedReason
-                               : decision == Decision::allowTrusted ? trustedReason
-                                                                    : approvedReason;
-        return QJsonObject{{QStringLiteral("hookSpecificOutput"),
-                            QJsonObject{{QStringLiteral("hookEventName"), QStringLiteral("PreToolUse")},
-                                        {QStringLiteral("permissionDecision"),
-                                         allowed ? QStringLiteral("allow") : QStringLiteral("deny")},
-                                        {QStringLiteral("permissionDecisionReason"), reason}}}};
-    }
-    case CodingAgent::codex: {
-        QJsonObject verdict{
-            {QStringLiteral("behavior"), allowed ? QStringLiteral("allow") : QStringLiteral("deny")}};
-        if (!allowed)
-            verdict.insert(QStringLiteral("message"),
-                           reasonOverride.isEmpty() ? deniedReason : reasonOverride);
-        return QJsonObject{
-            {QStringLiteral("hookSpecificOutput"),
-             QJsonObject{{QStringLiteral("hookEventName"), QStringLiteral("PermissionRequest")},
-                         {QStringLiteral("decision"), verdict}}}};
-    }
-    case CodingAgent::copilot: {
-        QJsonObject verdict{
-            {QStringLiteral("behavior"), allowed ? QStringLiteral("allow") : QStringLiteral("deny")}};
-        if (!allowed)
-            verdict.insert(QStringLiteral("message"),
-                           reasonOverride.isEmpty() ? deniedReason : reasonOverride);
-        return verdict;
-    }
-    }
-    return std::nullopt;
+    const QString reason = !reasonOverride.isEmpty()            ? reasonOverride
+                           : decision == Decision::deny         ? deniedReason
+                           : decision == Decision::allowTrusted ? trustedReason
+                                                                : approvedReason;
+    return AgentAnswer::body(CodingAgents::fromPromptId(id), phaseOf(id), decision != Decision::deny, reason);
 }
 
 bool ApprovalExchange::writeDecision(const QString& id, Decision decision, const QString& reason) const
 {
-    const auto body = decisionBody(CodingAgents::fromPromptId(id), decision, reason, isPermissionRequest(id));
-    const QByteArray text = body ? QJsonDocument(*body).toJson(QJsonDocument::Compact) : QByteArray();
+    const QByteArray text = QJsonDocument(decisionBody(id, decision, reason)).toJson(QJsonDocument::Compact);
     if (text.isEmpty()) {
         logLine(QStringLiteral("Norva agents: answering ") + id +
                 QStringLiteral(

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "agents/AgentAnswer.h"
 #include "agents/ApprovalsFolder.h"
-#include "agents/CodingAgent.h"
 
 #include <QJsonObject>
 #include <QString>
-
-#include <optional>
 
 namespace norva {
 
@@ -18,15 +16,12 @@ public:
 
     explicit ApprovalExchange(ApprovalsFolder folder);
 
-    // The body the agent reads from its hook for this decision; none when no body can be formed.
-    // `reason`, when given, replaces the notch's own words (a team rule's "Allowed by your team's rule").
-    // Claude Code answers in the PreToolUse dialect unless its prompt came from its PermissionRequest hook.
-    static std::optional<QJsonObject> decisionBody(CodingAgent agent, Decision decision,
-                                                   const QString& reason = QString(),
-                                                   bool permissionRequest = false);
-    // True for a prompt whose hook answers a permission request: Codex, Copilot, and Claude Code's
-    // PermissionRequest hook, whose ids begin "claude-" (its PreToolUse ids are tool-use ids).
-    static bool isPermissionRequest(const QString& id);
+    // The body the hook of prompt `id` prints to its agent for this decision. `reason`, when given,
+    // replaces the notch's own words (a team rule's "Allowed by your team's rule").
+    static QJsonObject decisionBody(const QString& id, Decision decision, const QString& reason = QString());
+    // The phase of the hook that waits for prompt `id`: a permission request for Codex, Copilot, and
+    // Claude Code's PermissionRequest hook, whose ids begin "claude-" (its PreToolUse ids are tool-use ids).
+    static HookPhase phaseOf(const QString& id);
 
     // Writes the decision for the prompt; logs one line and returns false when it could not.
     bool writeDecision(const QString& id, Decision decision, const QString& reason = QString()) const;

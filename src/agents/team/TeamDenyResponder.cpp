@@ -16,6 +16,8 @@ namespace {
 const QString kCheckPrefix = QStringLiteral("denycheck-");
 const QString kCheckSuffix = QStringLiteral(".json");
 const QString kAnswerPrefix = QStringLiteral("denyresp-");
+const QString kPrePhase = QStringLiteral("pre");
+const QString kPermPhase = QStringLiteral("perm");
 
 } // namespace
 
@@ -64,14 +66,19 @@ std::optional<TeamDenyResponder::CheckKey> TeamDenyResponder::parseName(const QS
     const QStringList parts = fileName.chopped(kCheckSuffix.size()).split(QLatin1Char('-'));
     if (parts.size() != 4)
         return std::nullopt;
-    static const QStringList agents = {QStringLiteral("claude"), QStringLiteral("codex"),
-                                       QStringLiteral("copilot")};
-    static const QStringList phases = {QStringLiteral("pre"), QStringLiteral("perm")};
+    const auto agent = CodingAgents::fromWord(parts.at(1));
+    const bool pre = parts.at(2) == kPrePhase;
     bool numeric = false;
     parts.at(3).toLongLong(&numeric);
-    if (!agents.contains(parts.at(1)) || !phases.contains(parts.at(2)) || !numeric)
+    if (!agent || !(pre || parts.at(2) == kPermPhase) || !numeric)
         return std::nullopt;
-    return CheckKey{parts.at(1), parts.at(2), parts.at(3)};
+    return CheckKey{*agent, pre ? HookPhase::preToolUse : HookPhase::permissionRequest, parts.at(3)};
+}
+
+QString TeamDenyResponder::CheckKey::key() const
+{
+    return CodingAgents::word(agent) + QLatin1Char('-') +
+           (phase == HookPhase::preToolUse ? kPrePhase : kPermPhase) + QLatin1Char('-') + pid;
 }
 
 QByteArray TeamDenyResponder::answerFor(const CheckKey& key, const QByteArray& payload,
@@ -85,11 +92,9 @@ QByteArray TeamDenyResponder::answerFor(const CheckKey& key, const QByteArray& p
     const TeamDecision decision = TeamRules::decide(*subject, false, rules, {}, false);
     if (decision.outcome != TeamDecision::Outcome::deny)
         return {};
-    const auto dialect = key.phase == QStringLiteral("pre") ? TeamEnforcement::Dialect::preToolUse
-                                                            : TeamEnforcement::Dialect::permissionRequest;
-    logLine(QStringLiteral("Norva team: denied ") + key.agent + QStringLiteral("'s ") + tool +
+    logLine(QStringLiteral("Norva team: denied ") + CodingAgents::word(key.agent) + QStringLiteral("'s ") + tool +
             QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) + QLatin1Char(')'));
-    return TeamEnforcement::denyJSON(key.agent, dialect, *decision.rule);
+    return TeamEnforcement::denyJSON(key.agent, key.phase, *decision.rule);
 }
 
 int TeamDenyResponder::answerAll()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agents/AgentAnswer.h"
 #include "agents/team/TeamRule.h"
 
 #include <QList>
@@ -24,10 +25,10 @@ class TeamDenyResponder : public QObject {
 public:
     // The parts of a check's file name: "denycheck-" agent "-" phase "-" process id ".json".
     struct CheckKey {
-        QString agent; // claude, codex or copilot
-        QString phase; // pre or perm
+        CodingAgent agent = CodingAgent::claude;
+        HookPhase phase = HookPhase::preToolUse; // "pre" or "perm" in the name
         QString pid;
-        QString key() const { return agent + QLatin1Char('-') + phase + QLatin1Char('-') + pid; }
+        QString key() const;
         bool operator==(const CheckKey&) const = default;
     };
 

@@ -5,7 +5,6 @@
 #include "app/Log.h"
 
 #include <QJsonDocument>
-#include <QJsonObject>
 
 namespace norva {
 
@@ -14,26 +13,9 @@ QString TeamEnforcement::message(const TeamRule& rule)
     return QStringLiteral("Denied by your team's rule: ") + TeamRules::phrase(rule);
 }
 
-QByteArray TeamEnforcement::denyJSON(const QString& agent, Dialect dialect, const TeamRule& rule)
+QByteArray TeamEnforcement::denyJSON(CodingAgent agent, HookPhase phase, const TeamRule& rule)
 {
-    const QString text = message(rule);
-    QJsonObject body;
-    if (dialect == Dialect::preToolUse || agent == QStringLiteral("claude")) {
-        // Claude Code has no permission-request phase: its checks all answer as PreToolUse.
-        body = {{QStringLiteral("hookSpecificOutput"),
-                 QJsonObject{{QStringLiteral("hookEventName"), QStringLiteral("PreToolUse")},
-                             {QStringLiteral("permissionDecision"), QStringLiteral("deny")},
-                             {QStringLiteral("permissionDecisionReason"), text}}}};
-    } else if (agent == QStringLiteral("codex")) {
-        body = {{QStringLiteral("hookSpecificOutput"),
-                 QJsonObject{{QStringLiteral("hookEventName"), QStringLiteral("PermissionRequest")},
-                             {QStringLiteral("decision"),
-                              QJsonObject{{QStringLiteral("behavior"), QStringLiteral("deny")},
-                                          {QStringLiteral("message"), text}}}}}};
-    } else if (agent == QStringLiteral("copilot")) {
-        body = {{QStringLiteral("behavior"), QStringLiteral("deny")}, {QStringLiteral("message"), text}};
-    }
-    return QJsonDocument(body).toJson(QJsonDocument::Compact);
+    return QJsonDocument(AgentAnswer::body(agent, phase, false, message(rule))).toJson(QJsonDocument::Compact);
 }
 
 bool TeamEnforcement::hasNeverRule(const QList<TeamRule>& rules)

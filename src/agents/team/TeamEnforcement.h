@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agents/AgentAnswer.h"
 #include "agents/team/TeamRule.h"
 
 #include <QByteArray>
@@ -12,12 +13,9 @@ namespace norva {
 // its agent, and the "team-deny-active" marker that tells the hooks to ask at all.
 class TeamEnforcement {
 public:
-    // The hook phase a deny answers: a PreToolUse check, or an agent's permission request.
-    enum class Dialect { preToolUse, permissionRequest };
-
     static QString message(const TeamRule& rule);
-    // The body for a hook of `agent` ("claude", "codex" or "copilot"); "{}" when none can be formed.
-    static QByteArray denyJSON(const QString& agent, Dialect dialect, const TeamRule& rule);
+    // The deny body, with the rule's message, for a hook of `agent` asking at `phase`.
+    static QByteArray denyJSON(CodingAgent agent, HookPhase phase, const TeamRule& rule);
     // Keeps "team-deny-active" in `approvalsFolder` exactly while `rules` holds a never rule.
     // False (and one log line) when the marker could not be made or removed.
     static bool writeFlags(const QString& approvalsFolder, const QList<TeamRule>& rules);

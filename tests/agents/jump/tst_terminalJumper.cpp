@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 #include "TempHome.h"
+#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/jump/TerminalJumper.h"
@@ -15,11 +16,6 @@
 using namespace norva;
 
 namespace {
-
-QByteArray j(const char* text)
-{
-    return QByteArray(text).replace('\'', '"');
-}
 
 // Records what the jump asked of the desktop; processes in `running` count as alive.
 class FakeActivator final : public WindowActivator {

@@ -272,49 +272,6 @@ private slots:
         QCOMPARE(card->options, (QStringList{"Postgres", "SQLite"}));
     }
 
-    void decisionBodiesPerAgent_data()
-    {
-        QTest::addColumn<int>("agent");
-        QTest::addColumn<int>("decision");
-        QTest::addColumn<QByteArray>("expected");
-        using D = ApprovalExchange::Decision;
-        QTest::newRow("claude allow")
-            << int(CodingAgent::claude) << int(D::allow)
-            << QByteArray(
-                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"allow","permissionDecisionReason":"Approved from the Norva notch"}})");
-        QTest::newRow("claude deny")
-            << int(CodingAgent::claude) << int(D::deny)
-            << QByteArray(
-                   R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied from the Norva notch"}})");
-        QTest::newRow("claude trusted")
-            << int(CodingAgent::claude) << int(D::allowTrusted)
-            << QByteArray(
-                   R"X({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"allow","permissionDecisionReason":"Auto-approved from the Norva notch (session trusted)"}})X");
-        QTest::newRow("codex allow")
-            << int(CodingAgent::codex) << int(D::allow)
-            << QByteArray(
-                   R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})");
-        QTest::newRow("codex deny")
-            << int(CodingAgent::codex) << int(D::deny)
-            << QByteArray(
-                   R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"deny","message":"Denied from the Norva notch"}}})");
-        QTest::newRow("copilot allow")
-            << int(CodingAgent::copilot) << int(D::allow) << QByteArray(R"({"behavior":"allow"})");
-        QTest::newRow("copilot deny")
-            << int(CodingAgent::copilot) << int(D::deny)
-            << QByteArray(R"({"behavior":"deny","message":"Denied from the Norva notch"})");
-    }
-    void decisionBodiesPerAgent()
-    {
-        QFETCH(int, agent);
-        QFETCH(int, decision);
-        QFETCH(QByteArray, expected);
-        const auto body =
-            ApprovalExchange::decisionBody(CodingAgent(agent), ApprovalExchange::Decision(decision));
-        QVERIFY(body.has_value());
-        QCOMPARE(*body, QJsonDocument::fromJson(expected).object());
-    }
-
     void newFileReachesTheCardWithoutAPeriodicScan()
     {
         test::TempHome home;
@@ -362,7 +319,7 @@ private slots:
         QCOMPARE(core.model->count(), 0);
         QCOMPARE(left.count(), 1);
         QCOMPARE(QJsonDocument::fromJson(*core.folder().read("resp-toolu_1")).object(),
-                 *ApprovalExchange::decisionBody(CodingAgent::claude, ApprovalExchange::Decision::allow));
+                 ApprovalExchange::decisionBody("toolu_1", ApprovalExchange::Decision::allow));
         // Scans before the hook takes its answer must not bring the card back, nor alert again.
         core.manager->scanPending();
         core.clock.advance(Seconds(5));

@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
+#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamPolicy.h"
@@ -17,11 +18,6 @@
 using namespace norva;
 
 namespace {
-
-QByteArray j(const char* text)
-{
-    return QByteArray(text).replace('\'', '"');
-}
 
 const QByteArray kTeamRules = j("{'rules':["
                                 "{'id':'push','action':'never','kind':'run','pattern':'git push*'},"

@@ -152,15 +152,6 @@ private slots:
         QCOMPARE(denied.size(), 1); // answered once
         QVERIFY(core.manager.prompts().isEmpty());
     }
-
-    void codexAllowBodyCarriesNoMessage()
-    {
-        const auto body =
-            ApprovalExchange::decisionBody(CodingAgent::codex, ApprovalExchange::Decision::allow,
-                                           "Allowed by your team's rule: always run ls");
-        QCOMPARE(body->value("hookSpecificOutput").toObject().value("decision").toObject(),
-                 QJsonObject({{"behavior", "allow"}}));
-    }
 };
 NORVA_TEST(TeamPromptsTest)
 #include "tst_teamPrompts.moc"

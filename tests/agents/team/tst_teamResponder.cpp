@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 #include "TempHome.h"
+#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamDenyResponder.h"
@@ -20,12 +21,6 @@ const QList<TeamRule> kRules = {
     {"env", TeamAction::never, TeamSubjectKind::edit, "*.env"},
     {"status", TeamAction::always, TeamSubjectKind::run, "git status*"},
 };
-
-// JSON written with single quotes, so the tables read without escapes.
-QByteArray j(const char* text)
-{
-    return QByteArray(text).replace('\'', '"');
-}
 
 QByteArray bashPayload(const QString& command)
 {
@@ -190,7 +185,7 @@ private slots:
     {
         test::LogCapture log;
         const QByteArray body =
-            TeamDenyResponder::answerFor({"codex", "perm", "3"}, bashPayload("git push"), kRules);
+            TeamDenyResponder::answerFor({CodingAgent::codex, HookPhase::permissionRequest, "3"}, bashPayload("git push"), kRules);
         QVERIFY(!body.isEmpty());
         QCOMPARE(log.lines(), QStringList{"Norva team: denied codex's Bash call (never run git push*)"});
     }

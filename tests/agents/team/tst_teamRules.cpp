@@ -1,4 +1,5 @@
 #include "TempHome.h"
+#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamEnforcement.h"
@@ -22,12 +23,6 @@ TeamRule rule(const QString& id, TeamAction action, TeamSubjectKind kind, const 
 TeamSubject run(const QString& command)
 {
     return {TeamSubjectKind::run, {command}};
-}
-
-// JSON written with single quotes, so the tables read without escapes.
-QByteArray j(const char* text)
-{
-    return QByteArray(text).replace('\'', '"');
 }
 
 QJsonObject object(const QByteArray& json)
@@ -321,37 +316,6 @@ private slots:
         QCOMPARE(TeamRules::reason(TeamDecision::allow(always)),
                  QStringLiteral("Allowed by your team's rule: always fetch https://docs.example/*"));
         QCOMPARE(TeamRules::reason(TeamDecision::none()), QString());
-    }
-
-    void denyBodiesFollowEachAgentsDialect_data()
-    {
-        QTest::addColumn<QString>("agent");
-        QTest::addColumn<int>("dialect");
-        QTest::addColumn<QByteArray>("expected");
-        const int pre = int(TeamEnforcement::Dialect::preToolUse);
-        const int perm = int(TeamEnforcement::Dialect::permissionRequest);
-        const QByteArray message = "Denied by your team's rule: never run git push*";
-        const QByteArray preBody = j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','"
-                                     "permissionDecision':'deny','permissionDecisionReason':'") +
-                                   message + j("'}}");
-        QTest::newRow("claude pre") << "claude" << pre << preBody;
-        QTest::newRow("codex pre") << "codex" << pre << preBody;
-        QTest::newRow("codex perm") << "codex" << perm
-                                    << j("{'hookSpecificOutput':{'decision':{'behavior':'deny','message':'") +
-                                           message + j("'},'hookEventName':'PermissionRequest'}}");
-        QTest::newRow("copilot perm")
-            << "copilot" << perm << j("{'behavior':'deny','message':'") + message + j("'}");
-        QTest::newRow("unknown agent perm") << "gemini" << perm << QByteArray("{}");
-    }
-    void denyBodiesFollowEachAgentsDialect()
-    {
-        QFETCH(QString, agent);
-        QFETCH(int, dialect);
-        QFETCH(QByteArray, expected);
-        const TeamRule never = rule("n", TeamAction::never, TeamSubjectKind::run, "git push*");
-        const QByteArray body = TeamEnforcement::denyJSON(agent, TeamEnforcement::Dialect(dialect), never);
-        QCOMPARE(QJsonDocument::fromJson(body), QJsonDocument::fromJson(expected));
-        QVERIFY(!QJsonDocument::fromJson(body).isNull());
     }
 
     void markerFollowsTheNeverRules()

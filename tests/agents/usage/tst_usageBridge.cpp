@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
+#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/usage/UsageBridge.h"
@@ -18,11 +19,6 @@
 using namespace norva;
 
 namespace {
-
-QByteArray j(const char* text)
-{
-    return QByteArray(text).replace('\'', '"');
-}
 
 const QDateTime kNow(QDate(2026, 11, 18), QTime(10, 0), Qt::UTC);
 
