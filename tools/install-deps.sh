@@ -17,7 +17,7 @@ run_packages=(
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
-    unzip python3-yaml clang-format
+    unzip python3-yaml clang-format desktop-file-utils
     weston xwayland qt6-wayland
     mpv mpv-mpris pulseaudio
     todoman khal vdirsyncer radicale

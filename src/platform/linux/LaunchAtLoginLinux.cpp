@@ -1,11 +1,14 @@
 #include "app/LaunchAtLogin.h"
 
 #include "app/AtomicFile.h"
+#include "app/Log.h"
 #include "app/Paths.h"
+#include "platform/linux/AutostartEntry.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace norva::LaunchAtLogin {
 namespace {
@@ -33,12 +36,13 @@ std::optional<QString> set(bool on)
     }
     if (!QDir().mkpath(Paths::autostartFolder()))
         return QStringLiteral("could not make ") + Paths::autostartFolder();
-    QString program = QCoreApplication::applicationFilePath();
-    if (program.isEmpty())
-        program = QStringLiteral("norva");
-    const QByteArray entry = "[Desktop Entry]\nType=Application\nName=Norva\nComment=The notch, alive\nExec=\"" +
-                             program.toUtf8() + "\"\nTerminal=false\nX-GNOME-Autostart-enabled=true\n";
-    return writeFileAtomically(path, entry);
+    const QString running = QCoreApplication::applicationFilePath();
+    const QString installed = QStringLiteral(NORVA_INSTALLED_PROGRAM);
+    const AutostartEntry::Choice choice = AutostartEntry::choose(
+        running, installed, AutostartEntry::isInBuildTree(running), QFileInfo(installed).isExecutable());
+    if (!choice.note.isEmpty())
+        logLine(QStringLiteral("Norva: launch at login is on; ") + choice.note);
+    return writeFileAtomically(path, AutostartEntry::text(choice.program));
 }
 
 } // namespace norva::LaunchAtLogin
