@@ -165,7 +165,22 @@ QVariantMap SettingsStore::takeSnapshot() const
         if (auto value = m_database.value(key))
             snapshot.insert(key, *value);
     }
+    for (const QString& key : m_alsoWatched) {
+        if (auto value = m_database.value(key))
+            snapshot.insert(key, *value);
+    }
     return snapshot;
+}
+
+void SettingsStore::watch(const QStringList& keys)
+{
+    for (const QString& key : keys) {
+        if (!watchedKeys().contains(key) && !m_alsoWatched.contains(key))
+            m_alsoWatched << key;
+    }
+    const QVariantMap fresh = takeSnapshot();
+    QMutexLocker lock(&m_snapshotLock);
+    m_snapshot = fresh;
 }
 
 void SettingsStore::onDatabaseChanged()

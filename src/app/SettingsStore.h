@@ -144,6 +144,9 @@ public:
 
     // The watched keys, in the order the snapshot reads them.
     static const QStringList& watchedKeys();
+    // Watches more keys of Norva's own (read by their owners), so that outside edits of them
+    // publish changed() too. Called on the main thread before the keys matter.
+    void watch(const QStringList& keys);
     static QString shelfKeepText(ShelfKeep keep);
     static std::optional<ShelfKeep> shelfKeepFrom(const QString& raw);
 
@@ -165,6 +168,7 @@ private:
     PreferencesDatabase& m_database;
     const QString m_ownWriteKey;
     QVariantMap m_snapshot;
+    QStringList m_alsoWatched; // after the watched keys, in the order watch() was given them
     mutable QMutex m_snapshotLock;
     mutable QSet<QString> m_reported;
     mutable QMutex m_reportedLock;
