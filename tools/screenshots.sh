@@ -1,23 +1,32 @@
 #!/usr/bin/env bash
 # Starts Norva under a private Xvfb with a throw-away HOME and saves screenshots of the notch
 # closed, peeking and open (and of each page given with --pages). Usage:
-#   tools/screenshots.sh [--out DIR] [--pages "music clipboard ..."] [--seed DIR] [-- norva arguments]
+#   tools/screenshots.sh [--out DIR] [--pages "music clipboard ..."] [--seed DIR]
+#                        [--settings "general agents ..." | --settings all] [--intro "0 1 2 3 4" | --intro all]
+#                        [-- norva arguments]
 # --seed copies DIR's contents into the throw-away HOME first (preferences, agent files...).
+# --settings shoots the settings window on each group; --intro each step of the first-run introduction.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=build/screenshots
 pages=""
 seed=""
+settings_groups=""
+intro_steps=""
 while [ $# -gt 0 ]; do
     case "$1" in
         --out) out=$2; shift 2 ;;
         --pages) pages=$2; shift 2 ;;
         --seed) seed=$2; shift 2 ;;
+        --settings) settings_groups=$2; shift 2 ;;
+        --intro) intro_steps=$2; shift 2 ;;
         --) shift; break ;;
         *) break ;;
     esac
 done
 mkdir -p "$out"
+[ "$settings_groups" != all ] || settings_groups="general notch activities agents clipboard shelf music todos notes timer weather calendar"
+[ "$intro_steps" != all ] || intro_steps="0 1 2 3 4"
 norva=${NORVA_BINARY:-build/norva}
 [ -x "$norva" ] || { echo "build Norva first (cmake --build build --target norva)" >&2; exit 1; }
 
@@ -57,5 +66,23 @@ xdotool mousemove 800 800
 for page in $pages; do
     start_norva --open-page "$page" "$@"
     shot "page-$page"
+    stop_norva
+done
+for group in $settings_groups; do
+    mkdir -p "$home/.config/Norva"
+    printf '"settings.window.section.v1" = "%s"\nhasLaunchedBefore = true\n' "$group" >"$home/.config/Norva/preferences.toml"
+    start_norva --settings "$@"
+    window=$(xdotool search --name "Norva Settings" | head -1)
+    if [ -n "$window" ]; then
+        import -window "$window" "$out/settings-$group.png"
+        echo "$out/settings-$group.png"
+    else
+        echo "no settings window for $group (see $out/norva.log)" >&2
+    fi
+    stop_norva
+done
+for step in $intro_steps; do
+    start_norva --intro-step "$step" "$@"
+    shot "intro-$step"
     stop_norva
 done

@@ -7,6 +7,7 @@
 namespace norva {
 
 const QByteArray CommandDoor::jotWord = QByteArrayLiteral("jot");
+const QByteArray CommandDoor::settingsWord = QByteArrayLiteral("settings");
 
 CommandDoor::CommandDoor(QString socketPath, QObject* parent) : QObject(parent), m_path(std::move(socketPath))
 {
@@ -19,6 +20,8 @@ CommandDoor::CommandDoor(QString socketPath, QObject* parent) : QObject(parent),
                     const QByteArray word = socket->readLine().trimmed();
                     if (word == jotWord)
                         emit jotRequested();
+                    else if (word == settingsWord)
+                        emit settingsRequested();
                     else
                         logLine(QStringLiteral("Norva: a command at the door was not understood (") +
                                 QString::fromUtf8(word.left(40)) + QStringLiteral(")"));
@@ -34,8 +37,9 @@ bool CommandDoor::listen()
     QLocalServer::removeServer(m_path);
     if (m_server.listen(m_path))
         return true;
-    logLine(QStringLiteral("Norva: could not open the door for norva --jot (") + m_server.errorString() +
-            QStringLiteral("); the notch's own button still opens the jot sheet"));
+    logLine(QStringLiteral("Norva: could not open the door for norva --jot and --settings (") +
+            m_server.errorString() +
+            QStringLiteral("); the notch's own buttons still open the jot sheet and the settings"));
     return false;
 }
 

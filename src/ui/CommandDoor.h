@@ -6,8 +6,9 @@
 
 namespace norva {
 
-// The door through which a second "norva --jot" asks the running Norva to open the jot sheet, so a
-// desktop's own shortcut settings (on X11 and Wayland alike) can bind any key to it. A local socket
+// The door through which a second "norva --jot" or "norva --settings" asks the running Norva to
+// open the jot sheet or the settings window, so a desktop's own shortcut settings and menu entry
+// (on X11 and Wayland alike) reach it. A local socket
 // in the state folder, private to the person.
 class CommandDoor : public QObject {
     Q_OBJECT
@@ -18,10 +19,12 @@ public:
     // From the second process: hands the word to the running Norva; false when none answers.
     static bool send(const QString& socketPath, const QByteArray& word);
 
-    static const QByteArray jotWord; // "jot"
+    static const QByteArray jotWord;      // "jot"
+    static const QByteArray settingsWord; // "settings"
 
 signals:
     void jotRequested();
+    void settingsRequested();
 
 private:
     QString m_path;

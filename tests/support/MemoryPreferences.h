@@ -3,6 +3,7 @@
 #include "app/PreferencesDatabase.h"
 
 #include <QHash>
+#include <QStringList>
 
 namespace norva::test {
 
@@ -23,6 +24,12 @@ public:
         else
             m_values.remove(key);
         emit changed();
+    }
+    QStringList keys() const
+    {
+        QStringList list = m_values.keys();
+        list.sort();
+        return list;
     }
     void outsideChange(const QString& key, const std::optional<QVariant>& value) { setValue(key, value); }
 
