@@ -37,6 +37,18 @@ void setInputShape(QWindow& window, const QRegion& shape)
     xcb_flush(x11->connection());
 }
 
+// The window changes size with the notch, centred at the top: until it is drawn again at its new
+// size, the X server keeps its old pixels centred too, where the shape still is.
+void keepPixelsCentred(QWindow& window)
+{
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11)
+        return;
+    const uint32_t gravity = XCB_GRAVITY_NORTH;
+    xcb_change_window_attributes(x11->connection(), static_cast<xcb_window_t>(window.winId()),
+                                 XCB_CW_BIT_GRAVITY, &gravity);
+}
+
 } // namespace
 
 void prepareNotchWindow(QWindow& window, DrawingPath path)
@@ -49,6 +61,7 @@ void prepareNotchWindow(QWindow& window, DrawingPath path)
     if (path == DrawingPath::xwayland)
         flags |= Qt::BypassWindowManagerHint;
     window.setFlags(flags);
+    keepPixelsCentred(window);
 #ifdef NORVA_LAYER_SHELL
     if (path == DrawingPath::notchLayer)
         NotchLayer::placeOnTopLayer(window);
