@@ -2,7 +2,8 @@
 # Idle CPU of Norva under a private Xvfb with a throw-away HOME, measured from /proc/<pid>/stat
 # (utime + stime) over a window of seconds, the pointer away from the notch: once with no live
 # activity, once with three live activities taking turns (a timer and a download that update every
-# second, and an agent prompt). Usage:
+# second, and an agent prompt). Then, over 20 s more, the wake-ups (poll and sleep calls, as
+# bench/footprint counts them with strace) and the notch window's size. Usage:
 #   bench/activities/idle-cpu.sh [SECONDS]      (default 60)
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -39,8 +40,14 @@ measure() { # label, norva arguments...
     before=$(cpu_ticks "$norva_pid")
     sleep "$window"
     after=$(cpu_ticks "$norva_pid")
-    awk -v l="$label" -v t=$((after - before)) -v hz="$ticks_per_second" -v w="$window" \
-        'BEGIN { printf "%-36s %8.2f s CPU in %d s = %5.2f %%\n", l, t / hz, w, 100 * t / hz / w }'
+    local trace waits size
+    trace=$(mktemp)
+    timeout -s INT 20 strace -c -f -p "$norva_pid" -o "$trace" >/dev/null 2>&1 || true
+    waits=$(awk '$NF ~ /^(poll|ppoll|epoll_wait|epoll_pwait|select|pselect6|nanosleep|clock_nanosleep)$/ {s+=$4} END {print s+0}' "$trace")
+    rm -f "$trace"
+    size=$(xwininfo -name Norva 2>/dev/null | awk '/Width:/ {w=$2} /Height:/ {h=$2} END {print w "x" h}')
+    awk -v l="$label" -v t=$((after - before)) -v hz="$ticks_per_second" -v w="$window" -v wa="$waits" -v s="$size" \
+        'BEGIN { printf "%-36s %8.2f s CPU in %d s = %5.2f %%, %6.2f wake-ups/s, window %s\n", l, t / hz, w, 100 * t / hz / w, wa / 20, s }'
     kill "$norva_pid"
     wait "$norva_pid" 2>/dev/null || true
     norva_pid=""

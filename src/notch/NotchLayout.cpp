@@ -3,6 +3,7 @@
 #include "app/Log.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace norva::NotchLayout {
 
@@ -14,6 +15,18 @@ QSizeF closedSize(QSizeF face)
 QSizeF peekSize(QSizeF closed)
 {
     return {closed.width() + peekWidthGrowth, closed.height() + peekHeightGrowth};
+}
+
+QSize windowSize(QSizeF target, QSizeF shape, bool moving, QSize current)
+{
+    int width = int(std::ceil(std::max(target.width(), shape.width()) + 2 * windowMargin));
+    width += width % 2;
+    int height = int(std::ceil(std::max(target.height(), shape.height()) + windowMargin));
+    if (moving) {
+        width = std::max(width, current.width());
+        height = std::max(height, current.height());
+    }
+    return {width, height};
 }
 
 double stageHeight(int rows)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QSizeF>
 
 // The notch's sizes, closed, peeking and open, in one place: C++ and the QML read them from here
@@ -35,6 +36,10 @@ inline constexpr double windowMargin = 20;
 // The closed notch around a face that asks for `face`; the peek around a closed notch.
 QSizeF closedSize(QSizeF face);
 QSizeF peekSize(QSizeF closed);
+// The notch window around the shape, which is heading for `target` and is `shape` now: the window
+// grows at once and, while the shape moves, never shrinks below `current`, so a window change
+// never cuts into a moving shape. Its width is even, so it centres on the display exactly.
+QSize windowSize(QSizeF target, QSizeF shape, bool moving, QSize current);
 
 // Height of a stage of rows (1...3; other counts are clamped and logged).
 double stageHeight(int rows);

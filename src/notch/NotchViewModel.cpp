@@ -381,6 +381,11 @@ void NotchViewModel::setFaceSize(QSizeF size)
     emit sizeChanged();
 }
 
+double NotchViewModel::closedHeight()
+{
+    return NotchLayout::closedHeight;
+}
+
 QSizeF NotchViewModel::shownSize() const
 {
     const QSizeF closed = NotchLayout::closedSize(m_faceSize);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/Clock.h"
-#include "notch/NotchLayout.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -44,7 +43,6 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(double shownWidth READ shownWidth NOTIFY shownSizeChanged)
     Q_PROPERTY(double shownHeight READ shownHeight NOTIFY shownSizeChanged)
     Q_PROPERTY(double closedHeight READ closedHeight CONSTANT)
-    Q_PROPERTY(double windowMargin READ windowMargin CONSTANT)
     Q_PROPERTY(bool fullscreenOnDisplay READ fullscreenOnDisplay WRITE setFullscreenOnDisplay NOTIFY flagsChanged)
 
 public:
@@ -147,8 +145,7 @@ public:
     QSizeF shownSize() const;
     double shownWidth() const { return shownSize().width(); }
     double shownHeight() const { return shownSize().height(); }
-    static double closedHeight() { return NotchLayout::closedHeight; }
-    static double windowMargin() { return NotchLayout::windowMargin; }
+    static double closedHeight();
     QSizeF currentOpenSize() const;
 
     // Called when the open haptic should play (hover opening with "hoverHaptics" on).

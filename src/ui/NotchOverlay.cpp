@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "notch/NotchLayout.h"
 #include "notch/NotchWindowPlatform.h"
 
 #include <QCursor>
@@ -16,8 +17,10 @@ namespace norva {
 
 NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
                            SettingsStore& settings, DrawingPath path, QObject* parent)
-    : QObject(parent), m_notch(clock, settings), m_display(display), m_path(path), m_screen(screen)
+    : QObject(parent), m_notch(clock, settings), m_display(display), m_path(path), m_screen(screen),
+      m_shape(NotchLayout::closedSize({})), m_bottomRadius(0)
 {
+    m_size = NotchLayout::windowSize(m_shape, m_shape, false, {});
     m_notch.setFullscreenProbe([this] {
         if (!m_screen)
             return false;
@@ -43,6 +46,7 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
     Platform::prepareNotchWindow(*m_window, m_path);
     m_window->setColor(Qt::transparent);
     place();
+    applyShape();
     connect(screen, &QScreen::geometryChanged, this, &NotchOverlay::place);
     m_window->show();
 }
@@ -58,13 +62,35 @@ void NotchOverlay::place()
         return;
     const QRect area = m_screen->geometry();
     m_window->setScreen(m_screen);
-    m_window->setGeometry(area.x() + (area.width() - windowWidth) / 2, area.y(), windowWidth, windowHeight);
+    m_window->setGeometry(area.x() + (area.width() - m_size.width()) / 2, area.y(), m_size.width(), m_size.height());
 }
 
-void NotchOverlay::setShape(const QRectF& rect, double bottomRadius)
+void NotchOverlay::fit(const QSizeF& target, const QSizeF& shape, bool moving)
+{
+    const QSize size = NotchLayout::windowSize(target, shape, moving, m_size);
+    if (size == m_size)
+        return;
+    m_size = size;
+    // The shape's region for the new size goes out with the new geometry, in the same flush: the
+    // shape keeps its place on screen while the window around it changes.
+    applyShape();
+    place();
+}
+
+void NotchOverlay::setShape(const QSizeF& size, double bottomRadius)
+{
+    m_shape = size;
+    m_bottomRadius = bottomRadius;
+    applyShape();
+}
+
+void NotchOverlay::applyShape()
 {
     if (!m_window)
         return;
+    // A few points of slack so the soft edge is not clipped while it moves.
+    const QRectF rect((m_size.width() - m_shape.width()) / 2 - 1, 0, m_shape.width() + 2, m_shape.height() + 1);
+    const double bottomRadius = m_bottomRadius;
     // Square top corners against the screen edge, rounded bottom ones, like the notch itself.
     QPainterPath path;
     const double r = std::min({bottomRadius, rect.width() / 2, rect.height()});

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "notch/DisplayPicker.h"
-#include "notch/NotchLayout.h"
 #include "notch/NotchViewModel.h"
 #include "notch/WindowSystemChoice.h"
 
 #include <QObject>
 #include <QPointer>
-#include <QRectF>
+#include <QSize>
+#include <QSizeF>
 #include <QScreen>
 
 #include <memory>
@@ -21,18 +21,14 @@ namespace norva {
 class SettingsStore;
 
 // The notch on one display: a frameless window above all others at the top centre of the screen,
-// with its own view model. Outside the visible shape the pointer passes through to what is below.
+// with its own view model, as large as what it shows (closed, peeking or open) and a margin.
+// Outside the visible shape the pointer passes through to what is below.
 class NotchOverlay : public QObject {
     Q_OBJECT
     Q_PROPERTY(NotchViewModel* notch READ notch CONSTANT)
     Q_PROPERTY(QString displayName READ displayName CONSTANT)
 
 public:
-    // Room for the open panel at its tallest, with both banners and the shape's soft edge.
-    static constexpr int windowWidth = int(NotchLayout::openWidth + 2 * NotchLayout::windowMargin);
-    static constexpr int windowHeight = int(NotchLayout::maxPanelHeight + NotchLayout::meetingBanner +
-                                            NotchLayout::alertBanner + NotchLayout::windowMargin);
-
     NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
                  SettingsStore& settings, DrawingPath path = DrawingPath::x11, QObject* parent = nullptr);
     ~NotchOverlay() override;
@@ -43,17 +39,26 @@ public:
     QScreen* screen() const { return m_screen; }
     QQuickWindow* window() const { return m_window; }
 
-    // The visible shape in window coordinates; everything outside lets the pointer through.
-    Q_INVOKABLE void setShape(const QRectF& rect, double bottomRadius);
+    // The visible shape, hanging from the top centre of the window; everything outside lets the
+    // pointer through.
+    Q_INVOKABLE void setShape(const QSizeF& size, double bottomRadius);
+    // Sizes the window to the shape heading for `target` and drawn at `shape` now (see
+    // NotchLayout::windowSize), keeping it at the top centre of the display.
+    Q_INVOKABLE void fit(const QSizeF& target, const QSizeF& shape, bool moving);
+    QSize windowSize() const { return m_size; }
 
 private:
     void place();
+    void applyShape();
 
     NotchViewModel m_notch;
     DisplayInfo m_display;
     DrawingPath m_path;
     QPointer<QScreen> m_screen;
     QQuickWindow* m_window = nullptr;
+    QSize m_size;
+    QSizeF m_shape;
+    double m_bottomRadius = 0;
 };
 
 } // namespace norva

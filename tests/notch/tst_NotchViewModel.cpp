@@ -398,6 +398,35 @@ private slots:
         QVERIFY(!moved.isEmpty());
     }
 
+    // The window holds the shape and its margin: it grows at once, shrinks only once the shape has
+    // settled, and stays even in width so it centres exactly.
+    void windowSizeHoldsTheShape_data()
+    {
+        QTest::addColumn<QSizeF>("target");
+        QTest::addColumn<QSizeF>("shape");
+        QTest::addColumn<bool>("moving");
+        QTest::addColumn<QSize>("current");
+        QTest::addColumn<QSize>("window");
+        QTest::newRow("closed at rest") << QSizeF(190, 32) << QSizeF(190, 32) << false << QSize(230, 52) << QSize(230, 52);
+        QTest::newRow("odd width rounds up to even") << QSizeF(192.4, 32.5) << QSizeF(192.4, 32.5) << false << QSize()
+                                                     << QSize(234, 53);
+        QTest::newRow("opening grows at once") << QSizeF(760, 334) << QSizeF(190, 32) << true << QSize(230, 52)
+                                               << QSize(800, 354);
+        QTest::newRow("closing keeps the room while moving")
+            << QSizeF(190, 32) << QSizeF(500, 200) << true << QSize(800, 354) << QSize(800, 354);
+        QTest::newRow("closing shrinks once settled") << QSizeF(190, 32) << QSizeF(190, 32) << false << QSize(800, 354)
+                                                      << QSize(230, 52);
+    }
+    void windowSizeHoldsTheShape()
+    {
+        QFETCH(QSizeF, target);
+        QFETCH(QSizeF, shape);
+        QFETCH(bool, moving);
+        QFETCH(QSize, current);
+        QFETCH(QSize, window);
+        QCOMPARE(NotchLayout::windowSize(target, shape, moving, current), window);
+    }
+
     void layoutInputsOutOfRangeAreCorrectedAndLogged()
     {
         LogCapture log;

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Window
 
 // One display's notch: the black shape at the top centre that grows from closed to peek to open.
-// The window is as large as the open panel; only the shape takes the pointer.
+// The window is as large as what it shows, and only the shape takes the pointer.
 Window {
     id: window
     required property var overlay
@@ -25,9 +25,10 @@ Window {
         y: 0
         notch: window.notch
         reduced: window.reduced
-        onXChanged: window.updateMask()
         onWidthChanged: window.updateMask()
         onHeightChanged: window.updateMask()
+        onBottomRadiusChanged: window.updateMask()
+        onMovingChanged: window.fitWindow()
 
         Loader {
             id: faceLoader
@@ -72,10 +73,22 @@ Window {
         }
     }
 
-    function updateMask() {
-        // A few points of slack so the soft edge is not clipped while it moves.
-        overlay.setShape(Qt.rect(shape.x - 1, 0, shape.width + 2, shape.height + 1), shape.bottomRadius)
+    // The window follows what the notch shows: larger at once, smaller once the shape has settled.
+    Connections {
+        target: window.notch
+        function onShownSizeChanged() { window.fitWindow() }
     }
 
-    Component.onCompleted: updateMask()
+    function fitWindow() {
+        overlay.fit(Qt.size(notch.shownWidth, notch.shownHeight), Qt.size(shape.width, shape.height), shape.moving)
+    }
+
+    function updateMask() {
+        overlay.setShape(Qt.size(shape.width, shape.height), shape.bottomRadius)
+    }
+
+    Component.onCompleted: {
+        updateMask()
+        fitWindow()
+    }
 }
