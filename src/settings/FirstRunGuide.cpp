@@ -20,7 +20,7 @@ QVariantMap makeStep(const QString& id, const QString& title, const QString& tex
             {QStringLiteral("sample"), sample}};
 }
 
-// A sample line drawn by a step: a main text, a faint text beside it, and a mark.
+// A sample line drawn by a step: a main text, a faint text beside it, and the glyph of its kind.
 QVariantMap sampleLine(const QString& text, const QString& aside = {}, const QString& mark = {})
 {
     return {{QStringLiteral("text"), text}, {QStringLiteral("aside"), aside}, {QStringLiteral("mark"), mark}};
@@ -34,7 +34,7 @@ FirstRunGuide::FirstRunGuide(SettingsStore& settings, Setup setup, QObject* pare
     if (m_setup.firstLaunch) {
         m_showing = true;
         rememberVersion(); // the introduction tells what this version is; no card follows it
-        logLine(QStringLiteral("Norva: first launch, so the notch introduces itself"));
+        logLine(QStringLiteral("Norva: first launch, so the notch introduces itself when it first opens"));
         return;
     }
     const QString lastSeen = m_settings.storedText(lastSeenVersionKey).value_or(QString());
@@ -52,8 +52,8 @@ QVariantList FirstRunGuide::steps() const
         makeStep(QStringLiteral("notch"), QStringLiteral("This is Norva"),
                  QStringLiteral("The top centre of your screen is alive now. Beside the notch you'll see what's "
                                 "going on: a song, a timer, an agent waiting for you, a meeting about to start."),
-                 {sampleLine(QStringLiteral("Focus"), QStringLiteral("24:12"), QStringLiteral("timer")),
-                  sampleLine(QStringLiteral("Stand-up"), QStringLiteral("in 5 min"), QStringLiteral("meeting"))}),
+                 {sampleLine(QStringLiteral("Focus"), QStringLiteral("24:12"), QStringLiteral("\u25CF")),
+                  sampleLine(QStringLiteral("Stand-up"), QStringLiteral("in 5 min"), QStringLiteral("\u260E"))}),
         makeStep(QStringLiteral("open"), QStringLiteral("Open it"),
                  QStringLiteral("Click the notch to open it, or switch on Open on hover in Settings. The pages sit "
                                 "in a row: click a tab, or scroll sideways. Move away and it closes."),
@@ -64,21 +64,21 @@ QVariantList FirstRunGuide::steps() const
                                 "settings.json.norva-backup), ~/.codex/hooks.json and Copilot CLI's "
                                 "hooks/norva.json. Whenever Norva is closed, the terminal asks as usual."),
                  {sampleLine(QStringLiteral("Claude Code wants to run"), QStringLiteral("npm test"),
-                             QStringLiteral("agentPrompt"))}),
+                             QStringLiteral("?"))}),
         makeStep(QStringLiteral("clipboard"), QStringLiteral("Your clipboard, remembered"),
                  QStringLiteral("On: what you copy stays on the Clipboard page, up to 50 clips. Copies that a "
                                 "password manager marks secret are never kept. Turn it off in Settings › Clipboard."),
                  {sampleLine(QStringLiteral("git rebase main"), QStringLiteral("Terminal")),
                   sampleLine(QStringLiteral("https://example.org/notes"), QStringLiteral("Firefox")),
-                  sampleLine(QStringLiteral("••••••••"), QStringLiteral("never kept"), QStringLiteral("alert"))}),
+                  sampleLine(QStringLiteral("••••••••"), QStringLiteral("never kept"), QStringLiteral("\u26A0"))}),
         makeStep(QStringLiteral("calendars"), QStringLiteral("Your calendars"),
                  QStringLiteral("To-dos and meetings are read from ") + m_setup.calendarsRoot +
                      QStringLiteral(", the folder todoman, khal and vdirsyncer share. Choose another in "
                                     "Settings › Calendar."),
                  {sampleLine(QStringLiteral("Send the invoice"), QStringLiteral("today 17:00"),
-                             QStringLiteral("taskDue")),
+                             QStringLiteral("\u2691")),
                   sampleLine(QStringLiteral("Design review"), QStringLiteral("tomorrow 10:00"),
-                             QStringLiteral("meeting"))}),
+                             QStringLiteral("\u260E"))}),
     };
 }
 
@@ -121,13 +121,11 @@ void FirstRunGuide::skip()
 
 void FirstRunGuide::startTour(int fromStep)
 {
-    const bool wasShowing = m_showing || m_whatsNewShowing;
     m_showing = true;
     m_whatsNewShowing = false;
     m_step = std::clamp(fromStep, 0, stepCount() - 1);
     emit changed();
-    if (!wasShowing)
-        emit wantsNotchChanged(true);
+    emit wantsNotchChanged(true);
 }
 
 void FirstRunGuide::finish()

@@ -8,7 +8,8 @@ namespace norva {
 
 class SettingsStore;
 
-// The notch introducing itself: once at the first launch, in a few steps the person can skip, and
+// The notch introducing itself: once, the first time it is opened after the first launch (opening
+// it by itself would cover what the person is doing), in a few steps the person can skip, and
 // again whenever asked (the tour). Each step draws a sample of its own, held here and never
 // stored, so the tour reads and writes nothing of the person's. After an update, a short "What's
 // new" card shows once. The only things written are Norva's own notes of what was shown.
@@ -52,7 +53,8 @@ public:
 
 signals:
     void changed();
-    // The introduction or the card appeared or went: the notch opens for it and closes after it.
+    // The tour was asked for, or the introduction or the card went: the notch opens for the tour
+    // and lets go after it.
     void wantsNotchChanged(bool wanted);
 
 private:

@@ -129,6 +129,7 @@ bool NorvaApp::start()
     startNotesAndTimer();
     m_weather = std::make_unique<WeatherFeature>(m_clock, *m_settings);
     m_weather->start();
+    startSettings(firstLaunch);
 
     exposeToQml();
     rebuildOverlays();
@@ -158,10 +159,16 @@ bool NorvaApp::start()
         noteFirstFrame();
     m_door = std::make_unique<CommandDoor>(Paths::stateFolder() + QStringLiteral("/norva.door"));
     connect(m_door.get(), &CommandDoor::jotRequested, this, &NorvaApp::openJot);
+    connect(m_door.get(), &CommandDoor::settingsRequested, this, &NorvaApp::openSettings);
     if (!m_options.demo)
         m_door->listen();
     if (m_options.jot)
         openJot();
+    followGuide();
+    if (m_options.introStep)
+        m_settingsFeature->guide().startTour(*m_options.introStep);
+    if (m_options.settings)
+        openSettings();
     if (!m_options.openPage.isEmpty()) {
         openNotch(m_options.openPage);
         m_overlays.front()->notch()->setPinnedOpen(true);
@@ -190,6 +197,8 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("notesMirror"), &m_notes->mirror());
     context->setContextProperty(QStringLiteral("timers"), &m_timers->timer());
     context->setContextProperty(QStringLiteral("jotSheet"), &m_notes->jot());
+    for (const auto& [name, object] : m_settingsFeature->qmlObjects())
+        context->setContextProperty(name, object);
     for (const auto& [name, object] : m_weather->qmlObjects())
         context->setContextProperty(name, object);
 }
@@ -436,7 +445,29 @@ void NorvaApp::openJot()
 
 void NorvaApp::openSettings()
 {
-    openNotch(QStringLiteral("settings"));
+    if (!m_settingsWindow)
+        m_settingsWindow = std::make_unique<SettingsWindowHost>(m_engine);
+    if (!m_settingsWindow->open())
+        openNotch(QStringLiteral("settings"));
+}
+
+// The settings window's model and the first-run guide; the guide's introduction shows the first
+// time the notch opens, and the tour (asked for in Settings) opens the notch and holds it.
+void NorvaApp::startSettings(bool firstLaunch)
+{
+    m_settingsFeature = std::make_unique<SettingsFeature>(*m_settings, firstLaunch, m_options.demo);
+}
+
+void NorvaApp::followGuide()
+{
+    connect(&m_settingsFeature->guide(), &FirstRunGuide::wantsNotchChanged, this, [this](bool wanted) {
+        if (m_overlays.empty())
+            return;
+        NotchViewModel* notch = m_overlays.front()->notch();
+        if (wanted)
+            openNotch();
+        notch->setPinnedOpen(wanted);
+    });
 }
 
 void NorvaApp::quit()

@@ -26,6 +26,7 @@
 #include "notch/WindowSystemChoice.h"
 #include "notes/NotesFeature.h"
 #include "reminders/TodosFeature.h"
+#include "settings/SettingsFeature.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfActivityPublisher.h"
 #include "shelf/ShelfDesk.h"
@@ -33,6 +34,7 @@
 #include "timers/TimersFeature.h"
 #include "ui/CommandDoor.h"
 #include "ui/NotchOverlay.h"
+#include "ui/SettingsWindowHost.h"
 #include "ui/TrayIcon.h"
 #include "weather/WeatherFeature.h"
 
@@ -63,6 +65,8 @@ public:
         QString demoScene;                // which samples: "all" (empty), "one", "two" or "pinned"
         SessionEnvironment session;       // as read before Qt started
         bool jot = false;                 // start with the jot sheet open
+        bool settings = false;            // start with the settings window open
+        std::optional<int> introStep;     // start with the notch open on this step of the tour
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);
@@ -77,6 +81,7 @@ public:
     Q_INVOKABLE bool hasQml(const QString& fileName) const;
     // One page's id, title, QML file and empty text; the first page for an unknown id.
     Q_INVOKABLE QVariantMap pageInfo(const QString& id) const;
+    // The settings window (the notch's Settings page where no window can be made).
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void openNotch(const QString& page = {});
     // Opens the notch on a page that an activity wants, without taking the keyboard from the
@@ -100,6 +105,8 @@ private:
     void startAgentsTeam();
     void startNotesAndTimer();
     void applyUsageBridge();
+    void startSettings(bool firstLaunch);
+    void followGuide();
 
     Options m_options;
     DrawingPath m_drawingPath = DrawingPath::x11;
@@ -145,7 +152,9 @@ private:
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;
     std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;
     std::unique_ptr<WeatherFeature> m_weather;
+    std::unique_ptr<SettingsFeature> m_settingsFeature; // outlives the QML that binds to it
     QQmlApplicationEngine m_engine;
+    std::unique_ptr<SettingsWindowHost> m_settingsWindow; // made on first use, gone before the engine
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;
     QString m_displaySignature;

@@ -30,6 +30,12 @@ struct CommandLine {
                                        QStringLiteral("scene"), QStringLiteral("all")};
     const QCommandLineOption jot{QStringLiteral("jot"),
                                  QStringLiteral("Open the jot sheet (in the running Norva, or in this one as it starts).")};
+    const QCommandLineOption settings{
+        QStringLiteral("settings"),
+        QStringLiteral("Open the settings window (in the running Norva, or in this one as it starts).")};
+    const QCommandLineOption introStep{QStringLiteral("intro-step"),
+                                       QStringLiteral("Start with the notch open on this step of the introduction (0-4)."),
+                                       QStringLiteral("step")};
 
     CommandLine()
     {
@@ -37,7 +43,7 @@ struct CommandLine {
             QStringLiteral("Norva turns the notch at the top of the screen into a live surface."));
         parser.addHelpOption();
         parser.addVersionOption();
-        parser.addOptions({jot, demo, demoScene, firstFrame, openPage});
+        parser.addOptions({jot, settings, demo, demoScene, firstFrame, openPage, introStep});
     }
 };
 
@@ -96,6 +102,9 @@ int main(int argc, char* argv[])
     const QString door = norva::Paths::stateFolder() + QStringLiteral("/norva.door");
     if (!instance.isFirst() && parser.isSet(commandLine.jot) && norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
         return 0;
+    if (!instance.isFirst() && parser.isSet(commandLine.settings) &&
+        norva::CommandDoor::send(door, norva::CommandDoor::settingsWord))
+        return 0;
     if (!instance.isFirst()) {
         std::fprintf(stderr, "Norva is already running.\n");
         norva::logLine(QStringLiteral("Norva: another Norva is already running (") + instance.lockPath() +
@@ -117,7 +126,11 @@ int main(int argc, char* argv[])
                               .openPage = parser.value(commandLine.openPage),
                               .demoScene = parser.value(commandLine.demoScene),
                               .session = session,
-                              .jot = parser.isSet(commandLine.jot)});
+                              .jot = parser.isSet(commandLine.jot),
+                              .settings = parser.isSet(commandLine.settings),
+                              .introStep = parser.isSet(commandLine.introStep)
+                                               ? std::optional<int>(parser.value(commandLine.introStep).toInt())
+                                               : std::nullopt});
     if (!norvaApp.start())
         return 1;
     return QGuiApplication::exec();

@@ -45,5 +45,13 @@ Item {
         JotSheet {
             anchors.fill: parent
         }
+        // The first opening's introduction (and the tour), or once after an update what is new.
+        FirstRunCard {
+            anchors.fill: parent
+        }
+        WhatsNewCard {
+            anchors.fill: parent
+            visible: firstRun.whatsNewShowing && !firstRun.showing
+        }
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 
-// The settings a person reaches for most, two columns of switches, and what this desktop keeps
-// from Norva when it does.
+// The settings a person reaches for most, two columns of switches, what this desktop keeps from
+// Norva when it does, the way to every other setting, and Quit for desktops without a tray.
 Item {
     Grid {
         id: switches
@@ -58,8 +58,24 @@ Item {
         }
     }
 
+    Row {
+        id: actions
+        anchors { right: parent.right; bottom: parent.bottom }
+        spacing: 6
+        TextButton {
+            label: "All settings…"
+            onClicked: app.openSettings()
+        }
+        TextButton {
+            label: "Quit Norva"
+            quiet: true
+            onClicked: app.quit()
+        }
+    }
+
     PlainText {
-        anchors { left: parent.left; right: parent.right; top: switches.bottom; topMargin: Theme.spacing }
+        anchors { left: parent.left; right: actions.left; rightMargin: Theme.spacing; top: switches.bottom
+                  topMargin: Theme.spacing }
         visible: text.length > 0
         text: app.desktopLimits
         color: Theme.textDim
