@@ -11,12 +11,12 @@ Window {
     minimumWidth: 640
     minimumHeight: 420
     title: "Norva Settings"
-    color: colors.window
+    color: look.window
 
     readonly property var model: settingsWindow
 
     SettingsColors {
-        id: colors
+        id: look
         dark: desktopScheme.dark
     }
 
@@ -26,14 +26,14 @@ Window {
         id: sidebar
         anchors { left: parent.left; top: parent.top; bottom: parent.bottom }
         width: 210
-        color: colors.sidebar
+        color: look.sidebar
 
         Column {
             anchors { left: parent.left; right: parent.right; top: parent.top; margins: 12 }
             spacing: 2
             PlainText {
                 text: "Settings"
-                color: colors.text
+                color: look.text
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontLarge
                 bottomPadding: 10
@@ -47,11 +47,11 @@ Window {
                     width: parent.width
                     height: 30
                     radius: Theme.radiusSmall
-                    color: chosen ? colors.accent : (groupHover.hovered ? colors.hover : "transparent")
+                    color: chosen ? look.accent : (groupHover.hovered ? look.hover : "transparent")
                     PlainText {
                         anchors { left: parent.left; leftMargin: 10; verticalCenter: parent.verticalCenter }
                         text: parent.modelData.title
-                        color: parent.chosen ? colors.onAccent : colors.text
+                        color: parent.chosen ? look.onAccent : look.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
                     }
@@ -63,7 +63,7 @@ Window {
         SettingsButton {
             id: quitButton
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 12 }
-            colors: colors
+            colors: look
             label: "Quit Norva"
             onClicked: app.quit()
         }
@@ -90,14 +90,14 @@ Window {
                         if (group.id === window.model.section) return group.title
                     return ""
                 }
-                color: colors.text
+                color: look.text
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontLarge
             }
             PlainText {
                 width: parent.width
                 text: window.model.summary
-                color: colors.textDim
+                color: look.textDim
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontBody
                 wrapMode: Text.WordWrap
@@ -109,7 +109,7 @@ Window {
                     required property var modelData
                     width: body.width
                     row: modelData
-                    colors: colors
+                    colors: look
                     onChanged: value => window.model.setValue(modelData.key, value)
                 }
             }
@@ -118,7 +118,7 @@ Window {
                 topPadding: 16
                 spacing: Theme.spacing
                 SettingsButton {
-                    colors: colors
+                    colors: look
                     label: "Take the tour again"
                     onClicked: firstRun.startTour(0)
                 }
@@ -128,7 +128,7 @@ Window {
                 visible: window.model.section === "general" && app.desktopLimits.length > 0
                 topPadding: 16
                 text: app.desktopLimits
-                color: colors.textDim
+                color: look.textDim
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
                 wrapMode: Text.WordWrap
