@@ -16,7 +16,7 @@ run_packages=(
     sound-theme-freedesktop
 )
 test_packages=(
-    xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11
+    xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11 openbox
     unzip python3-yaml clang-format desktop-file-utils
     weston xwayland qt6-wayland
     mpv mpv-mpris pulseaudio

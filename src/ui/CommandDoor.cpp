@@ -8,6 +8,7 @@ namespace norva {
 
 const QByteArray CommandDoor::jotWord = QByteArrayLiteral("jot");
 const QByteArray CommandDoor::settingsWord = QByteArrayLiteral("settings");
+const QByteArray CommandDoor::openWord = QByteArrayLiteral("open");
 
 CommandDoor::CommandDoor(QString socketPath, QObject* parent) : QObject(parent), m_path(std::move(socketPath))
 {
@@ -22,6 +23,8 @@ CommandDoor::CommandDoor(QString socketPath, QObject* parent) : QObject(parent),
                         emit jotRequested();
                     else if (word == settingsWord)
                         emit settingsRequested();
+                    else if (word == openWord || word.startsWith(openWord + ' '))
+                        emit openRequested(QString::fromUtf8(word.mid(openWord.size()).trimmed()));
                     else
                         logLine(QStringLiteral("Norva: a command at the door was not understood (") +
                                 QString::fromUtf8(word.left(40)) + QStringLiteral(")"));
@@ -37,7 +40,7 @@ bool CommandDoor::listen()
     QLocalServer::removeServer(m_path);
     if (m_server.listen(m_path))
         return true;
-    logLine(QStringLiteral("Norva: could not open the door for norva --jot and --settings (") +
+    logLine(QStringLiteral("Norva: could not open the door for norva --jot, --open and --settings (") +
             m_server.errorString() +
             QStringLiteral("); the notch's own buttons still open the jot sheet and the settings"));
     return false;

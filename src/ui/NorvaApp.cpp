@@ -9,6 +9,7 @@
 #include "app/SettingsKeys.h"
 #include "calendar/CalendarPageModel.h"
 #include "clipboard/ClipboardPlatform.h"
+#include "hotkeys/HotKeyPlatform.h"
 #include "media/MediaPlatform.h"
 #include "notch/DisplayPicker.h"
 #include "shelf/ShelfPlatform.h"
@@ -130,6 +131,8 @@ bool NorvaApp::start()
     m_weather = std::make_unique<WeatherFeature>(m_clock, *m_settings);
     m_weather->start();
     startSettings(firstLaunch);
+    m_hotKeyGrab = Platform::makeHotKeyGrab();
+    m_hotKeys = std::make_unique<HotKeys>(*m_settings, *m_hotKeyGrab);
 
     exposeToQml();
     rebuildOverlays();
@@ -157,13 +160,7 @@ bool NorvaApp::start()
     }
     if (m_options.exitAfterFirstFrame)
         noteFirstFrame();
-    m_door = std::make_unique<CommandDoor>(Paths::stateFolder() + QStringLiteral("/norva.door"));
-    connect(m_door.get(), &CommandDoor::jotRequested, this, &NorvaApp::openJot);
-    connect(m_door.get(), &CommandDoor::settingsRequested, this, &NorvaApp::openSettings);
-    if (!m_options.demo)
-        m_door->listen();
-    if (m_options.jot)
-        openJot();
+    startCommands();
     followGuide();
     if (m_options.introStep)
         m_settingsFeature->guide().startTour(*m_options.introStep);
@@ -174,6 +171,31 @@ bool NorvaApp::start()
         m_overlays.front()->notch()->setPinnedOpen(true);
     }
     return true;
+}
+
+// What opens the notch and the jot sheet from outside: the hot keys, and the door through which
+// a second "norva --jot" or "norva --open [page]" asks. The demo takes neither, so it never stands
+// in the way of the person's own Norva.
+void NorvaApp::startCommands()
+{
+    m_door = std::make_unique<CommandDoor>(Paths::stateFolder() + QStringLiteral("/norva.door"));
+    connect(m_door.get(), &CommandDoor::jotRequested, this, &NorvaApp::openJot);
+    connect(m_door.get(), &CommandDoor::openRequested, this, &NorvaApp::openNotch);
+    connect(m_door.get(), &CommandDoor::settingsRequested, this, &NorvaApp::openSettings);
+    connect(m_hotKeys.get(), &HotKeys::pressed, this, [this](const QString& name) {
+        if (name == HotKeys::jotName)
+            openJot();
+        else
+            toggleNotch();
+    });
+    if (!m_options.demo) {
+        m_door->listen();
+        m_hotKeys->start();
+    }
+    if (m_options.jot)
+        openJot();
+    else if (m_options.open)
+        openNotch(m_options.pageToOpen);
 }
 
 void NorvaApp::exposeToQml()
@@ -199,6 +221,7 @@ void NorvaApp::exposeToQml()
     context->setContextProperty(QStringLiteral("jotSheet"), &m_notes->jot());
     for (const auto& [name, object] : m_settingsFeature->qmlObjects())
         context->setContextProperty(name, object);
+    context->setContextProperty(QStringLiteral("hotKeys"), m_hotKeys.get());
     for (const auto& [name, object] : m_weather->qmlObjects())
         context->setContextProperty(name, object);
 }
@@ -435,6 +458,18 @@ void NorvaApp::openNotchQuietly(const QString& page)
         notch->open(false);
     else
         notch->openPage(page);
+}
+
+// The notch's hot key opens it, and closes it again when it is open, as Escape would.
+void NorvaApp::toggleNotch()
+{
+    if (m_overlays.empty())
+        return;
+    NotchViewModel* notch = m_overlays.front()->notch();
+    if (notch->state() == NotchViewModel::State::open)
+        notch->escape();
+    else
+        openNotch();
 }
 
 void NorvaApp::openJot()

@@ -20,6 +20,8 @@
 #include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardPageModel.h"
 #include "clipboard/ClipboardSource.h"
+#include "hotkeys/HotKeyGrab.h"
+#include "hotkeys/HotKeys.h"
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
 #include "media/VolumeActivityPublisher.h"
@@ -67,6 +69,8 @@ public:
         bool jot = false;                 // start with the jot sheet open
         bool settings = false;            // start with the settings window open
         std::optional<int> introStep;     // start with the notch open on this step of the tour
+        bool open = false;                // start with the notch open (norva --open [page])
+        QString pageToOpen;               // the page --open named, if any
     };
 
     explicit NorvaApp(Options options, QObject* parent = nullptr);
@@ -107,6 +111,8 @@ private:
     void applyUsageBridge();
     void startSettings(bool firstLaunch);
     void followGuide();
+    void startCommands();
+    void toggleNotch();
 
     Options m_options;
     DrawingPath m_drawingPath = DrawingPath::x11;
@@ -147,6 +153,9 @@ private:
     std::unique_ptr<NotesFeature> m_notes;
     std::unique_ptr<TimersFeature> m_timers;
     std::unique_ptr<CommandDoor> m_door;
+    // The hot keys for the notch and the jot sheet, grabbed for the whole desktop.
+    std::unique_ptr<HotKeyGrab> m_hotKeyGrab;
+    std::unique_ptr<HotKeys> m_hotKeys;
     // Producers that publish the features' live activities to the closed notch.
     std::unique_ptr<AgentPromptActivities> m_agentActivities;
     std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;

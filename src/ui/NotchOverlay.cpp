@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "notch/KeyboardHandback.h"
 #include "notch/NotchLayout.h"
 #include "notch/NotchWindowPlatform.h"
 
@@ -48,7 +49,28 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
     place();
     applyShape();
     connect(screen, &QScreen::geometryChanged, this, &NotchOverlay::place);
+    m_keyboard = Platform::makeKeyboardHandback();
+    connect(&m_notch, &NotchViewModel::stateChanged, this, &NotchOverlay::followKeyboard);
+    // Shown without taking the keyboard (on X11 a user time of 0 asks the window manager not to
+    // focus it): the closed notch is no place to type, and it takes the keyboard when it opens.
+    m_window->setProperty("_q_showWithoutActivating", true);
     m_window->show();
+}
+
+// The open panel takes the keyboard, so its pages work from the keys and Escape closes it; once
+// closed, the keyboard goes back to the window that had it.
+void NotchOverlay::followKeyboard()
+{
+    const bool open = m_notch.state() == NotchViewModel::State::open;
+    if (open && !m_holdsKeyboard) {
+        m_holdsKeyboard = true;
+        m_keyboard->noteHolder(m_window->winId());
+        m_window->requestActivate();
+    } else if (!open && m_holdsKeyboard) {
+        m_holdsKeyboard = false;
+        if (m_window->isActive())
+            m_keyboard->giveBack();
+    }
 }
 
 NotchOverlay::~NotchOverlay()

@@ -18,6 +18,7 @@ class QQuickWindow;
 
 namespace norva {
 
+class KeyboardHandback;
 class SettingsStore;
 
 // The notch on one display: a frameless window above all others at the top centre of the screen,
@@ -50,6 +51,7 @@ public:
 private:
     void place();
     void applyShape();
+    void followKeyboard();
 
     NotchViewModel m_notch;
     DisplayInfo m_display;
@@ -59,6 +61,8 @@ private:
     QSize m_size;
     QSizeF m_shape;
     double m_bottomRadius = 0;
+    std::unique_ptr<KeyboardHandback> m_keyboard;
+    bool m_holdsKeyboard = false;
 };
 
 } // namespace norva

@@ -36,6 +36,9 @@ struct CommandLine {
     const QCommandLineOption introStep{QStringLiteral("intro-step"),
                                        QStringLiteral("Start with the notch open on this step of the introduction (0-4)."),
                                        QStringLiteral("step")};
+    const QCommandLineOption open{QStringLiteral("open"),
+                                  QStringLiteral("Open the notch, on the page named after it if one is (in the running "
+                                                 "Norva, or in this one as it starts).")};
 
     CommandLine()
     {
@@ -43,7 +46,9 @@ struct CommandLine {
             QStringLiteral("Norva turns the notch at the top of the screen into a live surface."));
         parser.addHelpOption();
         parser.addVersionOption();
-        parser.addOptions({jot, settings, demo, demoScene, firstFrame, openPage, introStep});
+        parser.addOptions({jot, open, settings, demo, demoScene, firstFrame, openPage, introStep});
+        parser.addPositionalArgument(QStringLiteral("page"), QStringLiteral("The page --open opens (music, notes, ...)."),
+                                     QStringLiteral("[page]"));
     }
 };
 
@@ -100,10 +105,15 @@ int main(int argc, char* argv[])
     norva::Paths::ensureFolder(norva::Paths::stateFolder());
     norva::SingleInstance instance(norva::Paths::stateFolder() + QStringLiteral("/norva.lock"));
     const QString door = norva::Paths::stateFolder() + QStringLiteral("/norva.door");
+    const QString pageToOpen = parser.positionalArguments().value(0);
     if (!instance.isFirst() && parser.isSet(commandLine.jot) && norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
         return 0;
     if (!instance.isFirst() && parser.isSet(commandLine.settings) &&
         norva::CommandDoor::send(door, norva::CommandDoor::settingsWord))
+        return 0;
+    const QByteArray openWord = pageToOpen.isEmpty() ? norva::CommandDoor::openWord
+                                                     : norva::CommandDoor::openWord + ' ' + pageToOpen.toUtf8();
+    if (!instance.isFirst() && parser.isSet(commandLine.open) && norva::CommandDoor::send(door, openWord))
         return 0;
     if (!instance.isFirst()) {
         std::fprintf(stderr, "Norva is already running.\n");
@@ -130,7 +140,9 @@ int main(int argc, char* argv[])
                               .settings = parser.isSet(commandLine.settings),
                               .introStep = parser.isSet(commandLine.introStep)
                                                ? std::optional<int>(parser.value(commandLine.introStep).toInt())
-                                               : std::nullopt});
+                                               : std::nullopt,
+                              .open = parser.isSet(commandLine.open),
+                              .pageToOpen = pageToOpen});
     if (!norvaApp.start())
         return 1;
     return QGuiApplication::exec();

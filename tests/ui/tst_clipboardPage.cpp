@@ -2,6 +2,7 @@
 #include "TestMain.h"
 
 #include <QQmlContext>
+#include <QQuickWindow>
 #include <QtTest>
 
 using namespace norva;
@@ -40,7 +41,8 @@ public:
     bool historyOn() const { return true; }
     QString footer() const { return {}; }
     QString notice() const { return {}; }
-    Q_INVOKABLE void copy(const QString&) {}
+    Q_INVOKABLE void copy(const QString& id) { copied << id; }
+    QStringList copied;
     Q_INVOKABLE void setPinned(const QString&, bool) {}
     Q_INVOKABLE void remove(const QString&) {}
     Q_INVOKABLE void clearAllButPinned() {}
@@ -95,6 +97,49 @@ private slots:
         box->setProperty("text", QString());
         QCOMPARE(model.query(), QString());
         QCOMPARE(model.rows().size(), 2);
+    }
+
+    // From the keyboard alone: Tab walks the search box, the button and each row and its actions,
+    // the arrows walk the same way, and Space presses what has the ring.
+    void everyControlIsReachedAndPressedFromTheKeyboard()
+    {
+        test::QmlViews views;
+        FakeClipboardPage model;
+        views.engine().rootContext()->setContextProperty(QStringLiteral("clipboardPage"), &model);
+        QQuickWindow window;
+        window.resize(700, 400);
+        auto page = views.create(QStringLiteral("ClipboardPage.qml"), {});
+        QVERIFY(page);
+        page->setParentItem(window.contentItem());
+        page->setSize(QSizeF(700, 400));
+        window.show();
+        window.requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        searchBoxOf(page.get())->forceActiveFocus();
+
+        QList<QQuickItem*> reached;
+        for (int press = 0; press < 20 && !reached.contains(window.activeFocusItem()); ++press) {
+            reached << window.activeFocusItem();
+            QTest::keyClick(&window, Qt::Key_Tab);
+        }
+        const QList<QQuickItem*> rings = test::QmlViews::made(page.get(), QStringLiteral("FocusRing"));
+        QVERIFY(rings.size() >= 7); // clear, and per row the row, Pin and Remove
+        for (QQuickItem* ring : rings)
+            QVERIFY2(reached.contains(ring), qPrintable(ring->parentItem()->objectName()));
+
+        QQuickItem* firstRow = nullptr;
+        for (QQuickItem* ring : rings) {
+            if (QByteArray(ring->parentItem()->metaObject()->className()).startsWith("ClipboardRow"))
+                firstRow = firstRow ? firstRow : ring;
+        }
+        QVERIFY(firstRow);
+        firstRow->forceActiveFocus();
+        QTest::keyClick(&window, Qt::Key_Down);
+        QCOMPARE(window.activeFocusItem(), firstRow->nextItemInFocusChain(true));
+        QTest::keyClick(&window, Qt::Key_Up);
+        QCOMPARE(window.activeFocusItem(), firstRow);
+        QTest::keyClick(&window, Qt::Key_Space);
+        QCOMPARE(model.copied, QStringList{QStringLiteral("apt install debian-keyring")});
     }
 };
 

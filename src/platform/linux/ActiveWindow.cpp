@@ -10,11 +10,7 @@
 namespace norva {
 namespace {
 
-xcb_connection_t* qtConnection()
-{
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
+using x11::qtConnection;
 
 // The window the window manager names as active, with the root window it lives under.
 std::optional<std::pair<xcb_window_t, xcb_window_t>> activeWindow(xcb_connection_t* connection)

@@ -17,9 +17,6 @@ namespace {
 
 // ICCCM WM_STATE values.
 constexpr quint32 kIconicState = 3;
-// The source indication of _NET_ACTIVE_WINDOW: 2 is a pager, which window managers obey at once,
-// where a request from an application (1) may only make the window ask for attention.
-constexpr quint32 kSourcePager = 2;
 
 struct Connection {
     xcb_connection_t* connection = nullptr;
@@ -84,11 +81,7 @@ struct Connection {
         return netState.contains(atom("_NET_WM_STATE_HIDDEN"));
     }
 
-    // Waits until the server has handled every request sent so far.
-    void sync() const
-    {
-        free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    }
+    void sync() const { x11::sync(connection); }
 
     QList<quint32> windowsOf(qint64 pid) const
     {
@@ -149,27 +142,7 @@ bool X11WindowActivator::activate(qint64 pid)
     if (!x.isViewable(window))
         xcb_map_window(x.connection, window);
 
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = x.atom("_NET_ACTIVE_WINDOW");
-    message.data.data32[0] = kSourcePager;
-    message.data.data32[1] = XCB_CURRENT_TIME;
-    xcb_send_event(x.connection, 0, x.root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
-
-    const bool managed = !x.property(x.root, x.atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW).isEmpty();
-    if (!managed) {
-        // Nobody answers the message without a window manager: raise and focus the window here.
-        const uint32_t above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(x.connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-        x.sync();
-        if (x.isViewable(window))
-            xcb_set_input_focus(x.connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
-    }
-    x.sync();
+    x11::activateWindow(x.connection, x.root, window);
     return true;
 }
 

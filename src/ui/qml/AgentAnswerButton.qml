@@ -25,4 +25,5 @@ Rectangle {
     }
     HoverHandler { id: hover }
     TapHandler { onTapped: button.clicked() }
+    FocusRing { onActivated: button.clicked() }
 }

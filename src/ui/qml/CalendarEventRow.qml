@@ -58,4 +58,5 @@ Rectangle {
     HoverHandler { id: hover }
     // Join has its own tap; the rest of the row edits.
     TapHandler { onTapped: (point) => { if (!join.visible || point.position.x < join.x) row.editRequested() } }
+    FocusRing { onActivated: row.editRequested() }
 }

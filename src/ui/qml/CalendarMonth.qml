@@ -62,6 +62,7 @@ Item {
                     }
                 }
                 TapHandler { onTapped: month.dayPicked(modelData.date) }
+                FocusRing { onActivated: month.dayPicked(modelData.date) }
             }
         }
     }

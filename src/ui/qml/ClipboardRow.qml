@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 
 // One clip of the history: its words, picture or file names, where it came from, and its pin.
 // A click copies it again.
@@ -69,11 +70,13 @@ Rectangle {
         id: actions
         anchors { right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
         spacing: 4
-        opacity: hover.hovered || row.entry.pinned ? 1 : 0
+        readonly property bool keyed: Theme.holdsKeyboard(row, Window.activeFocusItem)
+        opacity: hover.hovered || keyed || row.entry.pinned ? 1 : 0
         TextButton { label: row.entry.pinned ? "Unpin" : "Pin"; quiet: true; onClicked: row.pinToggled() }
-        TextButton { label: "Remove"; quiet: true; visible: hover.hovered; onClicked: row.removeRequested() }
+        TextButton { label: "Remove"; quiet: true; opacity: hover.hovered || actions.keyed ? 1 : 0; onClicked: row.removeRequested() }
     }
 
     HoverHandler { id: hover }
     TapHandler { onTapped: row.copyRequested() }
+    FocusRing { onActivated: row.copyRequested() }
 }

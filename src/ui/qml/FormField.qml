@@ -13,8 +13,10 @@ Rectangle {
     color: Theme.card
     border.color: input.activeFocus ? Theme.accent : "transparent"
 
+    FocusOutline { shown: input.activeFocus; outlineRadius: parent.radius }
     TextInput {
         id: input
+        activeFocusOnTab: true
         anchors { fill: parent; leftMargin: 10; rightMargin: 10 }
         verticalAlignment: TextInput.AlignVCenter
         color: Theme.text

@@ -23,6 +23,7 @@ Rectangle {
         font.pixelSize: field.fontSize
         clip: true
         selectByMouse: true
+        activeFocusOnTab: true
         onAccepted: field.accepted()
         onTextEdited: field.edited(text)
     }
@@ -34,5 +35,6 @@ Rectangle {
         font.family: Theme.fontFamily
         font.pixelSize: field.fontSize
     }
+    FocusOutline { shown: input.activeFocus; outlineRadius: field.radius }
     function focusField() { input.forceActiveFocus() }
 }

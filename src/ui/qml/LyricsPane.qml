@@ -72,6 +72,7 @@ Item {
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontSmall
             TapHandler { onTapped: pane.lyrics.retry() }
+            FocusRing { onActivated: pane.lyrics.retry() }
         }
     }
 }

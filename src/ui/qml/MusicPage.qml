@@ -152,13 +152,13 @@ Item {
                         font.pixelSize: modelData.action === "toggle" ? Theme.fontLarge : Theme.fontBody
                     }
                     HoverHandler { id: hover }
-                    TapHandler {
-                        onTapped: {
-                            if (modelData.action === "previous") page.now.previousTrack()
-                            else if (modelData.action === "next") page.now.nextTrack()
-                            else page.now.togglePlayPause()
-                        }
+                    function act() {
+                        if (modelData.action === "previous") page.now.previousTrack()
+                        else if (modelData.action === "next") page.now.nextTrack()
+                        else page.now.togglePlayPause()
                     }
+                    TapHandler { onTapped: parent.act() }
+                    FocusRing { onActivated: parent.act() }
                 }
             }
         }
@@ -281,6 +281,7 @@ Item {
                     }
                     HoverHandler { id: hover }
                     TapHandler { onTapped: page.now.launch(modelData) }
+                    FocusRing { onActivated: page.now.launch(modelData) }
                 }
             }
         }

@@ -64,15 +64,6 @@ Window {
         }
     }
 
-    // The open panel takes the keyboard, so Escape closes it.
-    Connections {
-        target: window.notch
-        function onStateChanged() {
-            if (window.notch.stateName === "open")
-                window.requestActivate()
-        }
-    }
-
     // The window follows what the notch shows: larger at once, smaller once the shape has settled.
     Connections {
         target: window.notch

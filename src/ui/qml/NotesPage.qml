@@ -87,6 +87,7 @@ Item {
                 }
                 HoverHandler { id: rowHover }
                 TapHandler { onTapped: page.desk.select(modelData.id) }
+                FocusRing { onActivated: page.desk.select(modelData.id) }
             }
         }
         PlainText {
@@ -128,12 +129,14 @@ Item {
                 onClicked: page.desk.removeSelected()
             }
         }
+        FocusOutline { anchors.margins: 4; shown: editor.activeFocus; outlineRadius: Theme.radiusSmall }
         Flickable {
             anchors { top: editorTop.bottom; left: parent.left; right: parent.right; bottom: parent.bottom; margins: 10 }
             clip: true
             contentHeight: editor.implicitHeight
             TextEdit {
                 id: editor
+                activeFocusOnTab: true
                 width: parent.width
                 wrapMode: TextEdit.Wrap
                 selectByMouse: true

@@ -24,4 +24,5 @@ Rectangle {
     }
     HoverHandler { id: hover }
     TapHandler { onTapped: tab.clicked() }
+    FocusRing { onActivated: tab.clicked() }
 }

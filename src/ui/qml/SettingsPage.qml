@@ -1,7 +1,8 @@
 import QtQuick
 
-// The settings a person reaches for most, two columns of switches, what this desktop keeps from
-// Norva when it does, the way to every other setting, and Quit for desktops without a tray.
+// The settings a person reaches for most, two columns of switches and the hot keys, what this
+// desktop keeps from Norva when it does, the way to every other setting, and Quit for desktops
+// without a tray.
 Item {
     Grid {
         id: switches
@@ -58,6 +59,22 @@ Item {
         }
     }
 
+    // The hot keys side by side, so a message under one leaves the other in its place.
+    Row {
+        id: keys
+        anchors { left: parent.left; right: parent.right; top: switches.bottom; topMargin: 2 }
+        spacing: switches.columnSpacing
+        Repeater {
+            model: hotKeys.keys
+            delegate: HotKeyRow {
+                required property var modelData
+                width: switches.cell
+                hotKey: modelData
+                onKeyChosen: text => hotKeys.setKey(modelData.name, text)
+            }
+        }
+    }
+
     Row {
         id: actions
         anchors { right: parent.right; bottom: parent.bottom }
@@ -74,7 +91,7 @@ Item {
     }
 
     PlainText {
-        anchors { left: parent.left; right: actions.left; rightMargin: Theme.spacing; top: switches.bottom
+        anchors { left: parent.left; right: actions.left; rightMargin: Theme.spacing; top: keys.bottom
                   topMargin: Theme.spacing }
         visible: text.length > 0
         text: app.desktopLimits

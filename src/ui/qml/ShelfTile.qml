@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 
 // One file waiting on the shelf: its picture or symbol, name and size. Dragged, it leaves as the
 // file itself; hovered, it offers open, show, copy, zip and remove.
@@ -60,7 +61,8 @@ Rectangle {
     Flow {
         anchors { top: parent.top; left: parent.left; right: parent.right; margins: 4 }
         spacing: 2
-        visible: hover.hovered && !dragHandler.active
+        visible: !dragHandler.active
+        opacity: hover.hovered || Theme.holdsKeyboard(tile, Window.activeFocusItem) ? 1 : 0
         TextButton { label: "Open"; onClicked: tile.action("open") }
         TextButton { label: "Show"; onClicked: tile.action("reveal") }
         TextButton { label: "Copy"; onClicked: tile.action("copy") }

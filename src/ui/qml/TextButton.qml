@@ -23,4 +23,5 @@ Rectangle {
     }
     HoverHandler { id: hover }
     TapHandler { onTapped: button.clicked() }
+    FocusRing { onActivated: button.clicked() }
 }

@@ -16,6 +16,20 @@ QtObject {
     readonly property color good: "#4cd07d"
     readonly property color warn: "#ffb547"
     readonly property color bad: "#ff5f57"
+    // The ring around whatever has the keyboard: bright enough to find at a glance on every surface.
+    readonly property color focus: "#a8c2ff"
+    readonly property int focusWidth: 2
+    readonly property int focusGap: 2
+
+    // Whether the item with the keyboard (`focused`, the window's activeFocusItem) lies inside
+    // `item`: a row shows the controls it otherwise shows on hover while the keyboard is in it.
+    function holdsKeyboard(item, focused) {
+        for (let inside = focused; inside; inside = inside.parent) {
+            if (inside === item)
+                return true
+        }
+        return false
+    }
 
     readonly property string fontFamily: "DejaVu Sans"
     readonly property int fontSmall: 11

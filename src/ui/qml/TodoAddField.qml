@@ -18,6 +18,7 @@ Rectangle {
         font.family: Theme.fontFamily
         font.pixelSize: Theme.fontBody
         clip: true
+        activeFocusOnTab: true
         readOnly: field.model.readOnly
         text: field.model.draft
         onTextEdited: field.model.draft = text
@@ -44,6 +45,7 @@ Rectangle {
         font.family: Theme.fontFamily
         font.pixelSize: Theme.fontBody
     }
+    FocusOutline { shown: input.activeFocus; outlineRadius: field.radius }
     Rectangle {
         id: reading
         anchors { right: parent.right; rightMargin: 4; verticalCenter: parent.verticalCenter }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 
 // One entry of the to-do page's side column: a smart list or one of the person's lists, with its
 // colour, name and count of open to-dos.
@@ -39,12 +40,15 @@ Rectangle {
     PlainText {
         id: remove
         anchors { right: parent.right; rightMargin: 6; verticalCenter: parent.verticalCenter }
-        visible: !entry.view.smart && hover.hovered && !todos.readOnly
+        visible: !entry.view.smart && !todos.readOnly
+        opacity: hover.hovered || Theme.holdsKeyboard(entry, Window.activeFocusItem) ? 1 : 0
         text: "×"
         color: Theme.textFaint
         font.pixelSize: Theme.fontBody
         TapHandler { onTapped: entry.deleteRequested() }
+        FocusRing { onActivated: entry.deleteRequested() }
     }
     HoverHandler { id: hover }
     TapHandler { onTapped: entry.chosen() }
+    FocusRing { onActivated: entry.chosen() }
 }

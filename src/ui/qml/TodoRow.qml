@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 
 // One to-do: a ring to tick it, its title (double-click to rename), its due in the colour of its
 // state, and on hover the lists to move it to and a cross to put it in the trash. Titles come from
@@ -12,6 +13,12 @@ Rectangle {
     signal renamed(string title)
     signal trashed()
     signal moved(string listId)
+
+    readonly property bool keyed: Theme.holdsKeyboard(row, Window.activeFocusItem)
+
+    function edit() {
+        if (!todos.readOnly) { editor.text = row.todo.title; editor.visible = true; editor.forceActiveFocus() }
+    }
 
     height: 30
     radius: Theme.radiusSmall
@@ -33,6 +40,7 @@ Rectangle {
             font.bold: true
         }
         TapHandler { onTapped: row.toggled() }
+        FocusRing { onActivated: row.toggled() }
     }
 
     PlainText {
@@ -46,8 +54,9 @@ Rectangle {
         font.strikeout: row.todo.completed
         elide: Text.ElideRight
         TapHandler {
-            onDoubleTapped: if (!todos.readOnly) { editor.text = row.todo.title; editor.visible = true; editor.forceActiveFocus() }
+            onDoubleTapped: row.edit()
         }
+        FocusRing { onActivated: row.edit() }
     }
     TextInput {
         id: editor
@@ -86,7 +95,9 @@ Rectangle {
         id: actions
         anchors { right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
         spacing: 5
-        visible: hover.hovered && !todos.readOnly
+        // Hidden by opacity, not visibility, so Tab still reaches them and shows them.
+        visible: !todos.readOnly
+        opacity: hover.hovered || row.keyed ? 1 : 0
         Repeater {
             model: row.lists
             delegate: Rectangle {
@@ -96,6 +107,7 @@ Rectangle {
                 anchors.verticalCenter: parent.verticalCenter
                 color: modelData.color.length > 0 ? modelData.color : Theme.textFaint
                 TapHandler { onTapped: row.moved(modelData.id) }
+                FocusRing { onActivated: row.moved(modelData.id) }
             }
         }
         PlainText {
@@ -103,6 +115,7 @@ Rectangle {
             color: Theme.textDim
             font.pixelSize: Theme.fontTitle
             TapHandler { onTapped: row.trashed() }
+            FocusRing { onActivated: row.trashed() }
         }
     }
     HoverHandler { id: hover }

@@ -31,8 +31,10 @@ Item {
             radius: Theme.radiusSmall
             color: Theme.card
             visible: !page.model.readOnly
+            FocusOutline { shown: newList.activeFocus; outlineRadius: parent.radius }
             TextInput {
                 id: newList
+                activeFocusOnTab: true
                 anchors { fill: parent; leftMargin: 10; rightMargin: 10 }
                 verticalAlignment: TextInput.AlignVCenter
                 color: Theme.text

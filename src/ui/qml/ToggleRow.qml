@@ -48,4 +48,5 @@ Item {
         }
     }
     TapHandler { onTapped: row.toggled(!row.checked) }
+    FocusRing { radius: Theme.radiusSmall; onActivated: row.toggled(!row.checked) }
 }

@@ -168,8 +168,10 @@ Item {
             height: 28
             radius: height / 2
             color: Theme.card
+            FocusOutline { shown: search.activeFocus; outlineRadius: parent.radius }
             TextInput {
                 id: search
+                activeFocusOnTab: true
                 anchors { fill: parent; leftMargin: 12; rightMargin: 12 }
                 verticalAlignment: TextInput.AlignVCenter
                 color: Theme.text
@@ -222,6 +224,7 @@ Item {
                     }
                     HoverHandler { id: rowHover }
                     TapHandler { onTapped: page.picker.pin(index) }
+                    FocusRing { onActivated: page.picker.pin(index) }
                 }
             }
         }

@@ -96,4 +96,5 @@ Rectangle {
 
     HoverHandler { id: hover }
     TapHandler { onTapped: tile.openRequested() }
+    FocusRing { onActivated: tile.openRequested() }
 }
