@@ -3,6 +3,9 @@
 #include "app/Log.h"
 #include "app/SettingsStore.h"
 #include "notes/NoteTargetResolver.h"
+#include "reminders/RemindersStore.h"
+#include "reminders/TodoWords.h"
+
 
 #include <algorithm>
 
@@ -22,7 +25,7 @@ QString quoted(const QString& name)
 const QString JotPresenter::modeKey = QStringLiteral("jot.mode.v1");
 
 JotPresenter::JotPresenter(QuickNotesStore& store, Clock& clock, SettingsStore* settings, QObject* parent)
-    : QObject(parent), m_store(store), m_clock(clock), m_settings(settings)
+    : QObject(parent), m_store(store), m_clock(clock), m_settings(settings), m_due(clock)
 {}
 
 QString JotPresenter::stageWord() const
@@ -44,8 +47,11 @@ JotPresenter::Mode JotPresenter::mode() const
 {
     if (!m_settings)
         return m_mode;
-    return m_settings->storedText(modeKey).value_or(QString()) == QLatin1String("append") ? Mode::append
-                                                                                          : Mode::newNote;
+    const QString word = m_settings->storedText(modeKey).value_or(QString());
+    if (word == QLatin1String("append"))
+        return Mode::append;
+    // A to-do needs the store; without it the sheet keeps notes.
+    return word == QLatin1String("todo") && m_todos ? Mode::todo : Mode::newNote;
 }
 
 void JotPresenter::setMode(Mode mode)
@@ -54,8 +60,66 @@ void JotPresenter::setMode(Mode mode)
         return;
     m_mode = mode;
     if (m_settings)
-        m_settings->write(mode == Mode::append ? QStringLiteral("append") : QStringLiteral("new"), modeKey);
+        m_settings->write(wordOf(mode), modeKey);
     emit modeChanged();
+    emit draftChanged(); // the reading shows in the to-do mode only
+}
+
+QString JotPresenter::modeWord() const
+{
+    return wordOf(mode());
+}
+
+QString JotPresenter::wordOf(Mode mode)
+{
+    switch (mode) {
+    case Mode::append:
+        return QStringLiteral("append");
+    case Mode::todo:
+        return QStringLiteral("todo");
+    case Mode::newNote:
+        break;
+    }
+    return QStringLiteral("new");
+}
+
+void JotPresenter::setModeWord(const QString& word)
+{
+    if (word == QLatin1String("append"))
+        setMode(Mode::append);
+    else if (word == QLatin1String("todo") && m_todos)
+        setMode(Mode::todo);
+    else
+        setMode(Mode::newNote);
+}
+
+void JotPresenter::setTodos(RemindersStore* todos)
+{
+    m_todos = todos;
+    emit modeChanged();
+}
+
+void JotPresenter::setDraft(const QString& text)
+{
+    if (m_due.setText(text))
+        emit draftChanged();
+}
+
+void JotPresenter::dropReading()
+{
+    m_due.dropReading();
+    emit draftChanged();
+}
+
+// The due is read only while the words would become a to-do.
+QString JotPresenter::reading() const
+{
+    return mode() == Mode::todo ? m_due.readingText() : QString();
+}
+
+QVariantList JotPresenter::readSpans() const
+{
+    return mode() == Mode::todo ? m_due.spans() : QVariantList();
 }
 
 QStringList JotPresenter::targets() const
@@ -80,6 +144,9 @@ void JotPresenter::open()
 {
     m_later.cancel();
     m_receipt = {};
+    m_message.clear();
+    m_due.clear();
+    emit draftChanged();
     setStage(Stage::writing);
 }
 
@@ -95,6 +162,9 @@ bool JotPresenter::submit(const QString& text, const QString& target)
 {
     if (m_stage != Stage::writing || text.trimmed().isEmpty())
         return false;
+    m_lastTodo.clear();
+    if (mode() == Mode::todo)
+        return fileTodo(text);
     using R = NoteTargetResolver;
     const auto surface = QuickNotesStore::Surface::jotSheet;
     m_textBefore.reset();
@@ -124,9 +194,39 @@ bool JotPresenter::submit(const QString& text, const QString& target)
     return true;
 }
 
+// The line becomes a to-do in the default list, due as its words say unless the reading was
+// dropped. A refusal keeps the words in the sheet with the reason.
+bool JotPresenter::fileTodo(const QString& text)
+{
+    // A to-do is one line; the receipt tells the reading of what was filed.
+    const QString line = text.simplified();
+    m_due.setText(line);
+    const TodoDraft::Filing filing = m_due.filing(line, std::nullopt);
+    QString made;
+    if (const auto refusal = m_todos->addReminder(filing, &made)) {
+        m_message = TodoWords::refusalText(*refusal);
+        emit draftChanged();
+        return false;
+    }
+    m_lastTodo = made;
+    m_lastNote = {};
+    m_textBefore.reset();
+    const QString due = filing.due ? QStringLiteral(", due ") + m_due.readingText() : QString();
+    showReceipt({QStringLiteral("Filed as a to-do") + due, true, kSaved});
+    return true;
+}
+
 void JotPresenter::undo()
 {
-    if (!m_receipt.undoable || m_lastNote.isNull())
+    if (!m_receipt.undoable)
+        return;
+    if (!m_lastTodo.isEmpty() && m_todos) {
+        m_todos->remove(m_lastTodo);
+        m_lastTodo.clear();
+        showReceipt({QStringLiteral("Undone"), false, kSaved});
+        return;
+    }
+    if (m_lastNote.isNull())
         return;
     if (m_textBefore)
         m_store.setText(m_lastNote, *m_textBefore, QuickNotesStore::Surface::jotSheet);

@@ -306,7 +306,7 @@ bool RemindersStore::setDue(const QString& id, const std::optional<QDateTime>& d
                 });
 }
 
-std::optional<TodoRefusal> RemindersStore::addReminder(const TodoDraft::Filing& filing)
+std::optional<TodoRefusal> RemindersStore::addReminder(const TodoDraft::Filing& filing, QString* madeId)
 {
     if (refused(QStringLiteral("filing a to-do")))
         return TodoRefusal::notSaved;
@@ -340,6 +340,8 @@ std::optional<TodoRefusal> RemindersStore::addReminder(const TodoDraft::Filing& 
     m_reminders.append(added);
     emit changed();
     changedFolder(path);
+    if (madeId)
+        *madeId = uid;
     return std::nullopt;
 }
 

@@ -65,7 +65,8 @@ public:
 
     // --- writes: each logs one line when it fails and answers whether it was done ---
     bool toggle(const QString& id);
-    std::optional<TodoRefusal> addReminder(const TodoDraft::Filing& filing);
+    // `madeId`, when given, receives the new to-do's id, so it can be undone.
+    std::optional<TodoRefusal> addReminder(const TodoDraft::Filing& filing, QString* madeId = nullptr);
     std::optional<TodoRefusal> addBatch(const QList<TodoDraft::Filing>& filings);
     bool rename(const QString& id, const QString& title);
     bool setDue(const QString& id, const std::optional<QDateTime>& due, bool dueHasTime);

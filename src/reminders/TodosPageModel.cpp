@@ -1,9 +1,9 @@
 #include "reminders/TodosPageModel.h"
 
 #include "app/SettingsStore.h"
+#include "reminders/TodoWords.h"
 
 #include <QLocale>
-#include <QRegularExpression>
 
 namespace norva {
 
@@ -28,36 +28,12 @@ QString dueStateWord(DueState state)
     return {};
 }
 
-due::Calendar localCalendar()
-{
-    return due::Calendar{QTimeZone::systemTimeZone(), QLocale().firstDayOfWeek()};
-}
-
-// The words of the draft that the reading took out of the title: each word of the text that is
-// not the next word of the title, found in order.
-QVariantList spansRead(const QString& text, const QString& title)
-{
-    static const QRegularExpression word(QStringLiteral("\\S+"));
-    const QStringList titleWords =
-        title.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
-    QVariantList spans;
-    qsizetype next = 0;
-    for (auto it = word.globalMatch(text); it.hasNext();) {
-        const auto match = it.next();
-        if (next < titleWords.size() && match.captured() == titleWords[next]) {
-            ++next;
-            continue;
-        }
-        spans.append(QVariantMap{{QStringLiteral("start"), match.capturedStart()},
-                                 {QStringLiteral("length"), match.capturedLength()}});
-    }
-    return spans;
-}
+using TodoWords::localCalendar;
 
 } // namespace
 
 TodosPageModel::TodosPageModel(RemindersStore& store, Clock& clock, SettingsStore* settings, QObject* parent)
-    : QObject(parent), m_store(store), m_clock(clock), m_settings(settings)
+    : QObject(parent), m_store(store), m_clock(clock), m_settings(settings), m_draft(clock)
 {
     if (m_settings)
         m_showCompleted = m_settings->todosShowCompleted();
@@ -225,78 +201,39 @@ void TodosPageModel::clearMessage()
 
 std::optional<due::Reading> TodosPageModel::readingOf(const QString& text) const
 {
-    return m_parser.parse(text, m_clock.now(), localCalendar(), QLocale());
+    return m_draft.read(text);
 }
 
 void TodosPageModel::setDraft(const QString& text)
 {
-    if (text == m_draft)
-        return;
-    m_draft = text;
-    if (text.trimmed().isEmpty())
-        m_readingDropped = false;
-    reread();
-}
-
-void TodosPageModel::reread()
-{
-    m_reading = m_readingDropped || m_draft.contains(QLatin1Char('\n')) ? std::nullopt : readingOf(m_draft);
-    m_spans = m_reading ? spansRead(m_draft, m_reading->title) : QVariantList();
-    emit draftChanged();
-}
-
-QString TodosPageModel::reading() const
-{
-    if (!m_reading)
-        return {};
-    if (!m_reading->hasTime)
-        return m_reading->label;
-    return m_reading->label + QLatin1Char(' ') +
-           due::DueParser::clockText(m_reading->date, localCalendar(), QLocale());
+    if (m_draft.setText(text))
+        emit draftChanged();
 }
 
 void TodosPageModel::dropReading()
 {
-    m_readingDropped = true;
-    reread();
+    m_draft.dropReading();
+    emit draftChanged();
 }
 
 bool TodosPageModel::add()
 {
     QList<TodoDraft::Filing> filings;
     const std::optional<QString> list = currentIsList() ? std::optional(m_view) : std::nullopt;
-    const QStringList lines = m_draft.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList lines = m_draft.text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString& line : lines) {
-        if (line.trimmed().isEmpty())
-            continue;
-        const auto reading = m_readingDropped ? std::nullopt : readingOf(line);
-        if (reading && !reading->title.isEmpty())
-            filings.append({reading->title, list, reading->date, reading->hasTime});
-        else
-            filings.append({line.trimmed(), list, std::nullopt, false});
+        if (!line.trimmed().isEmpty())
+            filings.append(m_draft.filing(line, list));
     }
     if (filings.isEmpty())
         return false;
     if (const auto refusal = m_store.addBatch(filings)) {
-        switch (*refusal) {
-        case TodoRefusal::notAsked:
-        case TodoRefusal::denied:
-            say(tr("Norva can't reach your to-dos: there is no calendar folder yet. Your words are still "
-                   "here."));
-            break;
-        case TodoRefusal::noDefaultList:
-            say(tr("Reminders has no default list. Your words are still here."));
-            break;
-        case TodoRefusal::notSaved:
-            say(tr("Reminders didn't take the to-do. Your words are still here."));
-            break;
-        }
+        say(TodoWords::refusalText(*refusal));
         return false;
     }
     say({});
-    m_readingDropped = false;
     m_draft.clear();
-    reread();
+    emit draftChanged();
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
-#include "reminders/DueParser.h"
+#include "reminders/DueDraft.h"
 #include "reminders/RemindersStore.h"
 
 #include <QObject>
@@ -50,12 +50,12 @@ public:
     QVariantList trash() const;
     QString message() const { return m_message; }
 
-    QString draft() const { return m_draft; }
+    QString draft() const { return m_draft.text(); }
     void setDraft(const QString& text);
     // "Tomorrow 17:00" for what the due words say, empty when they say nothing (or were dropped).
-    QString reading() const;
+    QString reading() const { return m_draft.readingText(); }
     // Where the words read stand in the draft: [{start, length}], for highlighting.
-    QVariantList readSpans() const { return m_spans; }
+    QVariantList readSpans() const { return m_draft.spans(); }
 
     // Files the draft (each line a to-do); answers whether it was filed, the words stay otherwise.
     Q_INVOKABLE bool add();
@@ -85,20 +85,15 @@ signals:
 private:
     TodoView view() const;
     void say(const QString& message);
-    void reread();
     QVariantMap rowOf(const Reminder& reminder, const QDateTime& now) const;
 
     RemindersStore& m_store;
     Clock& m_clock;
     SettingsStore* m_settings;
-    due::DueParser m_parser;
     QString m_view = QStringLiteral("today");
     bool m_showCompleted = false;
     QString m_message;
-    QString m_draft;
-    std::optional<due::Reading> m_reading;
-    QVariantList m_spans;
-    bool m_readingDropped = false;
+    DueDraft m_draft;
 };
 
 } // namespace norva

@@ -276,6 +276,7 @@ void NorvaApp::startNotesAndTimer()
 {
     const QString data = m_options.demo ? m_demoFolder->path() : Paths::dataFolder();
     m_notes = std::make_unique<NotesFeature>(m_clock, *m_settings, data, !m_options.demo);
+    m_notes->jot().setTodos(&m_todos->store());
     m_timers = std::make_unique<TimersFeature>(m_clock, *m_activities, *m_settings, data, !m_options.demo);
 }
 

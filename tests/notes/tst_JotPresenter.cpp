@@ -5,7 +5,10 @@
 #include "app/SettingsStore.h"
 #include "notes/JotPresenter.h"
 #include "notes/NoteTargetResolver.h"
+#include "reminders/RemindersStore.h"
 
+#include <QDir>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -68,6 +71,81 @@ private slots:
         QCOMPARE(store.notes().size(), 2);
         jot.undo();
         QCOMPARE(store.notes().size(), 1);
+    }
+
+    void aLineIsFiledAsATodoDueAsItsWordsSay_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("dropReading");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<bool>("due");
+        QTest::addColumn<QString>("receipt");
+        QTest::newRow("no due words") << "call the plumber" << false << "call the plumber" << false
+                                      << "Filed as a to-do";
+        QTest::newRow("a day and a time") << "call mum tomorrow at 5pm" << false << "call mum" << true
+                                          << "Filed as a to-do, due Tomorrow 17:00";
+        QTest::newRow("the reading dropped") << "read Tomorrow at 5pm" << true << "read Tomorrow at 5pm" << false
+                                             << "Filed as a to-do";
+    }
+    void aLineIsFiledAsATodoDueAsItsWordsSay()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, dropReading);
+        QFETCH(QString, title);
+        QFETCH(bool, due);
+        QFETCH(QString, receipt);
+        qputenv("TZ", "UTC"); // the receipt's clock time is the test clock's
+        QTemporaryDir notesFolder, calendars;
+        QDir(calendars.path()).mkpath(QStringLiteral("inbox"));
+        ManualClock clock;
+        test::MemoryPreferences preferences;
+        SettingsStore settings(preferences);
+        QuickNotesStore notes(clock, notesFolder.path());
+        RemindersStore todos(calendars.path(), settings, clock);
+        QSignalSpy loaded(&todos, &RemindersStore::changed);
+        todos.start();
+        QTRY_VERIFY(todos.access() == RemindersStore::Access::granted);
+
+        JotPresenter jot(notes, clock, &settings);
+        QVERIFY(!jot.todoChoice());
+        jot.setModeWord(QStringLiteral("todo"));
+        QCOMPARE(jot.mode(), JotPresenter::Mode::newNote); // not offered without the store
+        jot.setTodos(&todos);
+        jot.setModeWord(QStringLiteral("todo"));
+        jot.open();
+        jot.setDraft(typed); // read live, as the sheet shows it
+        QCOMPARE(jot.reading().isEmpty(), !due && !dropReading);
+        if (dropReading)
+            jot.dropReading();
+        QVERIFY(jot.submit(typed));
+        QCOMPARE(jot.receipt().message, receipt);
+        QCOMPARE(todos.reminders().size(), 1);
+        const Reminder filed = todos.reminders().first();
+        QCOMPARE(filed.title, title);
+        QCOMPARE(filed.due.has_value(), due);
+        QVERIFY(notes.notes().isEmpty());
+
+        jot.undo();
+        QVERIFY(todos.reminders().isEmpty());
+        QCOMPARE(QDir(calendars.path() + QStringLiteral("/inbox")).entryList(QDir::Files), QStringList());
+    }
+
+    void aTodoThatCannotBeFiledKeepsTheWords()
+    {
+        QTemporaryDir notesFolder, noCalendars;
+        ManualClock clock;
+        test::MemoryPreferences preferences;
+        SettingsStore settings(preferences);
+        QuickNotesStore notes(clock, notesFolder.path());
+        RemindersStore todos(noCalendars.path() + QStringLiteral("/missing"), settings, clock);
+        todos.start();
+        JotPresenter jot(notes, clock, &settings);
+        jot.setTodos(&todos);
+        jot.setMode(JotPresenter::Mode::todo);
+        jot.open();
+        QVERIFY(!jot.submit(QStringLiteral("buy stamps")));
+        QCOMPARE(jot.stage(), JotPresenter::Stage::writing);
+        QVERIFY(jot.message().endsWith(QStringLiteral("Your words are still here.")));
     }
 };
 

@@ -1,7 +1,8 @@
 import QtQuick
 
 // The timer: a free countdown (a preset or minutes of one's own) or focus rounds, with pause,
-// resume and stop, what comes next, and the completion sound's switch.
+// resume and stop, what comes next, the to-dos chosen for the focus session (and today's to offer),
+// and the completion sound's switch.
 Item {
     id: page
     readonly property var timer: timers
@@ -129,6 +130,40 @@ Item {
                         quiet: true
                         label: "Remove from this session"
                         onClicked: page.timer.removeFocusTarget(modelData)
+                    }
+                }
+            }
+        }
+        // Open to-dos of today and overdue ones, to work on in these focus rounds.
+        Column {
+            width: parent.width
+            visible: offered.count > 0
+            spacing: 2
+            PlainText {
+                text: "From your to-dos"
+                color: Theme.textDim
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.fontSmall
+            }
+            Repeater {
+                id: offered
+                model: page.timer.focus && typeof todos !== "undefined"
+                       ? todos.tileRows.filter(row => !row.completed && page.timer.focusTargets.indexOf(row.title) < 0).slice(0, 3)
+                       : []
+                delegate: Row {
+                    required property var modelData
+                    spacing: Theme.spacing
+                    PlainText {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: "\u2022 " + modelData.title
+                        color: Theme.text
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.fontBody
+                    }
+                    TextButton {
+                        quiet: true
+                        label: "Add to this session"
+                        onClicked: page.timer.addFocusTarget(modelData.title)
                     }
                 }
             }
