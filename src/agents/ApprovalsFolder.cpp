@@ -38,6 +38,17 @@ timespec toTimespec(const QDateTime& when)
     return t;
 }
 
+// A file's modification time: POSIX names it st_mtim, macOS st_mtimespec; whichever the C library
+// has is taken.
+template <typename Stat>
+timespec modificationTime(const Stat& info)
+{
+    if constexpr (requires { info.st_mtim; })
+        return info.st_mtim;
+    else
+        return info.st_mtimespec;
+}
+
 } // namespace
 
 ApprovalsFolder::ApprovalsFolder(QString path) : m_path(std::move(path)) {}
@@ -119,11 +130,7 @@ std::optional<QDateTime> ApprovalsFolder::modified(const QString& name) const
     struct stat info {};
     if (::lstat(native(filePath(name)).constData(), &info) != 0 || !S_ISREG(info.st_mode))
         return std::nullopt;
-#ifdef Q_OS_MACOS
-    const timespec& t = info.st_mtimespec;
-#else
-    const timespec& t = info.st_mtim;
-#endif
+    const timespec t = modificationTime(info);
     return QDateTime::fromMSecsSinceEpoch(qint64(t.tv_sec) * 1000 + t.tv_nsec / 1000000, Qt::UTC);
 }
 

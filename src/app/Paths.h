@@ -8,6 +8,7 @@ namespace norva {
 // "~/.local/share/Norva") and the preferences are "$XDG_CONFIG_HOME/Norva/preferences.toml";
 // on macOS the data folder is "~/Library/Application Support/Norva".
 // Every function reads the environment afresh, so a test that points HOME elsewhere is obeyed.
+// The system's own folders (data, preferences, state) are defined under src/platform/<os>.
 namespace Paths {
 
 QString home();

@@ -1,6 +1,6 @@
 #include "app/SettingsStore.h"
 
-#include "app/LaunchAtLogin.h"
+#include "app/Platform.h"
 #include "app/Log.h"
 #include "app/SettingsKeys.h"
 
@@ -586,11 +586,22 @@ std::optional<QString> SettingsStore::settingsWindowSection() const { return sto
 
 // ---- launch at login ----
 
-bool SettingsStore::launchAtLogin() const { return LaunchAtLogin::isOn(); }
+namespace {
+
+// The desktop's login items, made once for every store.
+LaunchAtLogin& loginItems()
+{
+    static const std::unique_ptr<LaunchAtLogin> items = Platform::makeLaunchAtLogin();
+    return *items;
+}
+
+} // namespace
+
+bool SettingsStore::launchAtLogin() const { return loginItems().isOn(); }
 
 void SettingsStore::setLaunchAtLogin(bool on)
 {
-    if (const auto failure = LaunchAtLogin::set(on))
+    if (const auto failure = loginItems().set(on))
         logLine(QStringLiteral("Norva: launch-at-login change failed: ") + *failure);
     emit launchAtLoginChanged();
 }

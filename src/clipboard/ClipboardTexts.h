@@ -1,15 +1,11 @@
 #pragma once
 
+#include "app/Platform.h"
+
 #include <QString>
 
 // What the clipboard page says, character for character, in one place.
 namespace norva::ClipboardTexts {
-
-#ifdef Q_OS_MACOS
-#define NORVA_THIS_COMPUTER "this Mac"
-#else
-#define NORVA_THIS_COMPUTER "this computer"
-#endif
 
 inline const QString privateFooter = QStringLiteral("Passwords and private copies are never kept");
 inline const QString historyOff = QStringLiteral("The clipboard history is off.");
@@ -18,13 +14,11 @@ inline const QString nothingMatchesOpening = QStringLiteral("Nothing matches \u2
 inline const QString nothingMatchesClosing = QStringLiteral("\u201D");
 inline const QString cleared = QStringLiteral("Cleared. Pinned ones stay.");
 inline const QString pictureGone =
-    QStringLiteral("That picture is gone from " NORVA_THIS_COMPUTER ", so it left the history.");
+    QStringLiteral("That picture is gone from ") + Platform::thisComputer() + QStringLiteral(", so it left the history.");
 inline const QString filesGone =
-    QStringLiteral("Those files are gone from " NORVA_THIS_COMPUTER ", so the clip left the history.");
+    QStringLiteral("Those files are gone from ") + Platform::thisComputer() + QStringLiteral(", so the clip left the history.");
 inline const QString nothingLeft =
     QStringLiteral("That clip had nothing left to copy, so it left the history.");
 inline const QString refused = QStringLiteral("The clipboard didn't take it. Try again.");
-
-#undef NORVA_THIS_COMPUTER
 
 } // namespace norva::ClipboardTexts

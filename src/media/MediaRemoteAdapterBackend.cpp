@@ -4,21 +4,16 @@
 #include "app/JsonNumber.h"
 #include "app/Log.h"
 #include "app/ProcessRun.h"
+#include "media/MediaPlatform.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <cmath>
 
 namespace norva {
 namespace {
-
-const QString kProducerName = QStringLiteral("norva-media");
-const QString kAdapterScript = QStringLiteral("mediaremote-adapter.pl");
-const QString kAdapterFramework = QStringLiteral("MediaRemoteAdapter.framework");
 
 QString text(const QJsonObject& state, const QString& key)
 {
@@ -47,35 +42,14 @@ QString artworkKeyOf(const QString& base64)
 QStringList MediaRemoteAdapterBackend::Locator::defaultFolders()
 {
     const QString appDir = QCoreApplication::applicationDirPath();
-    QStringList folders{appDir};
-#ifdef Q_OS_MACOS
-    folders << QDir(appDir).absoluteFilePath(QStringLiteral("../Resources"));
-    // The development layout keeps the adapter in the source tree.
-    for (const QString& up : {QStringLiteral(".."), QStringLiteral("../.."), QStringLiteral("../../..")})
-        folders << QDir(appDir).absoluteFilePath(up + QStringLiteral("/Vendor/dist"));
-#else
-    // Test and bench executables sit one or two folders below the build tree's top, where the
-    // producer is built next to norva.
-    folders << QDir(appDir).absoluteFilePath(QStringLiteral(".."))
-            << QDir(appDir).absoluteFilePath(QStringLiteral("../.."));
-#endif
-    return folders;
+    return QStringList{appDir} + Platform::mediaAdapterFolders(appDir);
 }
 
 std::optional<AdapterCommand> MediaRemoteAdapterBackend::Locator::locate(const QStringList& folders)
 {
     for (const QString& folder : folders) {
-        const QDir dir(folder);
-#ifdef Q_OS_MACOS
-        const QString script = dir.absoluteFilePath(kAdapterScript);
-        const QString framework = dir.absoluteFilePath(kAdapterFramework);
-        if (QFileInfo::exists(script) && QFileInfo::exists(framework))
-            return AdapterCommand{QStringLiteral("/usr/bin/perl"), {script, framework}};
-#else
-        const QFileInfo producer(dir.absoluteFilePath(kProducerName));
-        if (producer.isFile() && producer.isExecutable())
-            return AdapterCommand{producer.absoluteFilePath(), {}};
-#endif
+        if (auto command = Platform::mediaAdapterIn(folder))
+            return command;
     }
     return std::nullopt;
 }

@@ -6,43 +6,18 @@
 #include "media/AlbumTintReader.h"
 #include "media/AlbumWashMaker.h"
 #include "media/LyricsManager.h"
+#include "media/MediaPlatform.h"
 #include "media/MediaRemoteAdapterBackend.h"
 #include "media/ScriptingBackend.h"
 
 #include <QBuffer>
 #include <QImageReader>
-#include <QProcess>
-#include <QStandardPaths>
 
 #include <cmath>
 #include <utility>
 
 namespace norva {
 namespace {
-
-// The players offered when nothing plays: their names and the program that opens each.
-struct LaunchablePlayer {
-    const char* name;
-    const char* program;
-};
-#ifdef Q_OS_MACOS
-constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "Spotify"}, {"Music", "Music"}};
-#else
-constexpr LaunchablePlayer kPlayers[] = {{"Spotify", "spotify"},     {"Rhythmbox", "rhythmbox"},
-                                         {"Elisa", "elisa"},         {"Strawberry", "strawberry"},
-                                         {"Audacious", "audacious"}, {"VLC", "vlc"}};
-#endif
-
-bool playerInstalled(const LaunchablePlayer& player)
-{
-#ifdef Q_OS_MACOS
-    return QFileInfo::exists(QStringLiteral("/Applications/%1.app").arg(QLatin1String(player.program))) ||
-           QFileInfo::exists(
-               QStringLiteral("/System/Applications/%1.app").arg(QLatin1String(player.program)));
-#else
-    return !QStandardPaths::findExecutable(QLatin1String(player.program)).isEmpty();
-#endif
-}
 
 QString dataUrl(const QByteArray& bytes)
 {
@@ -420,29 +395,17 @@ QObject* MusicManager::lyricsObject() const
 
 QStringList MusicManager::launchablePlayers() const
 {
-    QStringList names;
-    for (const LaunchablePlayer& player : kPlayers)
-        if (playerInstalled(player))
-            names << QLatin1String(player.name);
-    return names;
+    return Platform::launchablePlayers();
 }
 
 bool MusicManager::launch(const QString& name)
 {
-    for (const LaunchablePlayer& player : kPlayers) {
-        if (name != QLatin1String(player.name) || !playerInstalled(player))
-            continue;
-#ifdef Q_OS_MACOS
-        const bool started = QProcess::startDetached(QStringLiteral("/usr/bin/open"),
-                                                     {QStringLiteral("-a"), QLatin1String(player.program)});
-#else
-        const bool started = QProcess::startDetached(QLatin1String(player.program), {});
-#endif
-        if (!started)
-            logLine(QStringLiteral("Norva music: opening %1 failed (it could not be started)").arg(name));
-        return started;
-    }
-    return false;
+    if (!Platform::launchablePlayers().contains(name))
+        return false;
+    const bool started = Platform::startPlayer(name);
+    if (!started)
+        logLine(QStringLiteral("Norva music: opening %1 failed (it could not be started)").arg(name));
+    return started;
 }
 
 QString MusicManager::sourceAppName() const

@@ -1,6 +1,8 @@
 #include "shelf/ShelfActions.h"
 
+#include "app/Platform.h"
 #include "app/ProcessRun.h"
+#include "shelf/ShelfPlatform.h"
 #include "shelf/ZipWriter.h"
 
 #include <QDBusConnection>
@@ -86,11 +88,7 @@ ShelfActions::ProcessRun ShelfActions::runProcess(const QString& program, const 
 ShelfActions::Result<QString> ShelfActions::compress(const QStringList& sources, const QString& archive,
                                                      const ProcessRunner& runner)
 {
-#ifdef Q_OS_MACOS
-    const bool useDitto = true;
-#else
-    const bool useDitto = bool(runner); // a test hands in a stand-in for ditto
-#endif
+    const bool useDitto = Platform::zipsWithDitto() || bool(runner); // a test hands in a stand-in for ditto
     if (useDitto) {
         const ProcessRunner run = runner ? runner : ProcessRunner(&ShelfActions::runProcess);
         if (sources.size() != 1)
@@ -134,11 +132,7 @@ ShelfActions::Result<QString> ShelfActions::convert(const QString& picture, Imag
         return Failure{QStringLiteral("it did not read as a picture")};
     const QByteArray writerFormat(kWriterFormats.at(size_t(format)));
     if (!QImageWriter::supportedImageFormats().contains(writerFormat)) {
-#ifdef Q_OS_MACOS
-        return Failure{QStringLiteral("this Mac cannot write ") + formatName(format)};
-#else
-        return Failure{QStringLiteral("this computer cannot write ") + formatName(format)};
-#endif
+        return Failure{Platform::thisComputer() + QStringLiteral(" cannot write ") + formatName(format)};
     }
     QImageWriter writer(target, writerFormat);
     // JPEG has no transparency: lay the picture on white rather than on black.

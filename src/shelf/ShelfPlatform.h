@@ -10,5 +10,8 @@ namespace norva::Platform {
 // What tells the shelf of new screenshots on the running system (the screenshots folder on
 // Linux, the Spotlight query on macOS).
 std::unique_ptr<ScreenshotSource> makeScreenshotSource(Clock& clock);
+// Whether a folder is zipped with "/usr/bin/ditto", as Finder does (macOS), rather than with Norva's
+// own ZipWriter.
+bool zipsWithDitto();
 
 } // namespace norva::Platform

@@ -2,6 +2,7 @@
 
 #include "agents/prompts/AgentsDemo.h"
 #include "agents/CodingAgent.h"
+#include "agents/jump/JumpPlatform.h"
 #include "agents/usage/UsageBridge.h"
 #include "app/Log.h"
 #include "app/Paths.h"
@@ -245,7 +246,7 @@ void NorvaApp::startAgentsTeam()
     });
     m_usage = std::make_unique<UsageMonitor>(m_clock, m_approvalsFolder);
     m_usage->start();
-    m_windowActivator = makeWindowActivator();
+    m_windowActivator = Platform::makeWindowActivator();
     m_terminalJumper = std::make_unique<TerminalJumper>(*m_windowActivator);
     m_terminalJumper->setApprovalsFolder(m_approvalsFolder);
     connect(m_agentsPage.get(), &AgentsPageModel::terminalRequested, m_terminalJumper.get(),

@@ -18,7 +18,7 @@ namespace norva {
 
 NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInfo& display, Clock& clock,
                            SettingsStore& settings, DrawingPath path, QObject* parent)
-    : QObject(parent), m_notch(clock, settings), m_display(display), m_path(path), m_screen(screen),
+    : QObject(parent), m_notch(clock, settings), m_display(display), m_screen(screen),
       m_shape(NotchLayout::closedSize({})), m_bottomRadius(0)
 {
     m_size = NotchLayout::windowSize(m_shape, m_shape, false, {});
@@ -44,7 +44,8 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
         delete created;
         return;
     }
-    Platform::prepareNotchWindow(*m_window, m_path);
+    m_surface = Platform::makeNotchSurface(*m_window, path);
+    m_surface->prepare();
     m_window->setColor(Qt::transparent);
     place();
     applyShape();
@@ -75,6 +76,7 @@ void NotchOverlay::followKeyboard()
 
 NotchOverlay::~NotchOverlay()
 {
+    m_surface.reset();
     delete m_window;
 }
 
@@ -82,9 +84,7 @@ void NotchOverlay::place()
 {
     if (!m_window || !m_screen)
         return;
-    const QRect area = m_screen->geometry();
-    m_window->setScreen(m_screen);
-    m_window->setGeometry(area.x() + (area.width() - m_size.width()) / 2, area.y(), m_size.width(), m_size.height());
+    m_surface->place(*m_screen, m_size);
 }
 
 void NotchOverlay::fit(const QSizeF& target, const QSizeF& shape, bool moving)
@@ -123,7 +123,7 @@ void NotchOverlay::applyShape()
     path.lineTo(rect.left() + r, rect.bottom());
     path.quadTo(rect.bottomLeft(), QPointF(rect.left(), rect.bottom() - r));
     path.closeSubpath();
-    Platform::setNotchShape(*m_window, QRegion(path.toFillPolygon().toPolygon()), m_path);
+    m_surface->setInputShape(QRegion(path.toFillPolygon().toPolygon()));
 }
 
 } // namespace norva

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "notch/DisplayPicker.h"
+#include "notch/NotchSurface.h"
 #include "notch/NotchViewModel.h"
 #include "notch/WindowSystemChoice.h"
 
@@ -55,9 +56,9 @@ private:
 
     NotchViewModel m_notch;
     DisplayInfo m_display;
-    DrawingPath m_path;
     QPointer<QScreen> m_screen;
     QQuickWindow* m_window = nullptr;
+    std::unique_ptr<NotchSurface> m_surface; // made with the window
     QSize m_size;
     QSizeF m_shape;
     double m_bottomRadius = 0;

@@ -1,15 +1,11 @@
 #pragma once
 
+#include "app/Platform.h"
+
 #include <QString>
 
 // What the weather says to the person and writes to the log, character for character, in one place.
 namespace norva::WeatherTexts {
-
-#ifdef Q_OS_MACOS
-#define NORVA_THIS_COMPUTER "this Mac"
-#else
-#define NORVA_THIS_COMPUTER "this computer"
-#endif
 
 inline const QString logPrefix = QStringLiteral("Norva Weather: ");
 
@@ -17,7 +13,8 @@ inline const QString logPrefix = QStringLiteral("Norva Weather: ");
 inline const QString forecastAddressFailed = QStringLiteral("the forecast address did not build");
 inline const QString forecastFailed = QStringLiteral("reading the forecast failed");
 inline const QString noCurrentConditions = QStringLiteral("Open-Meteo sent no current conditions");
-inline const QString locatingFailed = QStringLiteral("placing " NORVA_THIS_COMPUTER " from the network failed");
+inline const QString locatingFailed =
+    QStringLiteral("placing ") + Platform::thisComputer() + QStringLiteral(" from the network failed");
 inline const QString searchFailed = QStringLiteral("searching places failed");
 inline const QString geocoderUnreadable = QStringLiteral("the geocoder sent nothing readable");
 inline const QString searchingOpening = QStringLiteral("searching places for \"");
@@ -32,7 +29,5 @@ inline const QString noPlacesClosing = QStringLiteral("\u201D.");
 inline const QString locating = QStringLiteral("Finding your place\u2026");
 inline const QString loading = QStringLiteral("Asking for the forecast\u2026");
 inline const QString nearbyPlace = QStringLiteral("Near you");
-
-#undef NORVA_THIS_COMPUTER
 
 } // namespace norva::WeatherTexts

@@ -30,18 +30,6 @@ const QByteArray kOsascript = "dir=$(dirname \"$0\")\n"
                               "[ -e \"$dir/$name.reply\" ] && cat \"$dir/$name.reply\"\n"
                               "exit 0\n";
 
-const QString kSpotifyScript = QStringLiteral("tell application \"Spotify\"\n\tset sep to character id "
-                                              "31\n\ttry\n\t\tif player state is stopped then return "
-                                              "\"stopped\"\n\t\tset t to current track\n\t\tset st to "
-                                              "(player state as text)\n\t\treturn st & sep & (name of t "
-                                              "as text) & sep & (artist of t as text) & sep & (album of t as "
-                                              "text) & sep & (player position as text) & sep & "
-                                              "((duration of t) as text) & sep & ((id of t) as text) & sep & "
-                                              "(artwork url of t as text)\n\ton error errText "
-                                              "number errNumber\n\t\tif errNumber is -1743 or errNumber is "
-                                              "-1744 then error errText number errNumber\n\t\treturn "
-                                              "\"stopped\"\n\tend try\nend tell");
-
 QByteArray reply(const QStringList& fields)
 {
     return fields.join(QChar(0x1f)).toUtf8() + '\n';
@@ -87,22 +75,6 @@ class ScriptingBackendTest : public QObject {
     };
 
 private slots:
-    void pollScriptsAreThePlayersOwn()
-    {
-        QCOMPARE(ScriptingBackend::pollScript(Player::spotify), kSpotifyScript);
-        QString music = kSpotifyScript;
-        music.replace(QStringLiteral("\"Spotify\""), QStringLiteral("\"Music\""))
-            .replace(QStringLiteral("((id of t) as text)"), QStringLiteral("((persistent ID of t) as text)"))
-            .remove(QStringLiteral(" & sep & (artwork url of t as text)"));
-        QCOMPARE(ScriptingBackend::pollScript(Player::music), music);
-        QCOMPARE(ScriptingBackend::commandScript(Player::spotify, MediaCommand::togglePlayPause),
-                 QStringLiteral("tell application \"Spotify\" to playpause"));
-        QCOMPARE(ScriptingBackend::commandScript(Player::music, MediaCommand::previousTrack),
-                 QStringLiteral("tell application \"Music\" to previous track"));
-        QCOMPARE(ScriptingBackend::seekScript(Player::spotify, 12.5),
-                 QStringLiteral("tell application \"Spotify\" to set player position to 12.5"));
-    }
-
     void repliesAreRead_data()
     {
         QTest::addColumn<int>("player");

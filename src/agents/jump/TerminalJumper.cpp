@@ -305,12 +305,8 @@ QString TerminalJumper::tmuxBinary() const
         if (info.isFile() && info.isExecutable())
             return fixed;
     }
-#ifndef Q_OS_MACOS
     // Linux distributions put tmux in /usr/bin; the one on PATH is the one the person's shells use.
     return QStandardPaths::findExecutable(QStringLiteral("tmux"));
-#else
-    return {};
-#endif
 }
 
 std::optional<QString> TerminalJumper::tmuxPaneLocation(const QStringList& paneLines, const QString& tty)

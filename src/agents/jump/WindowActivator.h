@@ -2,13 +2,11 @@
 
 #include <QtGlobal>
 
-#include <memory>
-
 namespace norva {
 
 // What the terminal jump-back needs from the desktop: bring an application forward by its process
-// id, and give back its minimised windows. One implementation per platform; makeWindowActivator()
-// picks it.
+// id, and give back its minimised windows. One implementation per platform;
+// Platform::makeWindowActivator() (JumpPlatform.h) picks it.
 class WindowActivator {
 public:
     virtual ~WindowActivator() = default;
@@ -20,7 +18,5 @@ public:
     // Restores the application's minimised windows, leaving the others as they are.
     virtual void unminimize(qint64 pid) = 0;
 };
-
-std::unique_ptr<WindowActivator> makeWindowActivator();
 
 } // namespace norva

@@ -1,5 +1,6 @@
 #include "agents/team/TeamPolicy.h"
 
+#include "agents/team/TeamPlatform.h"
 #include "agents/ApprovalsFolder.h"
 #include "agents/team/TeamDenyResponder.h"
 #include "agents/team/TeamEnforcement.h"
@@ -63,11 +64,7 @@ QString TeamPolicy::defaultUserRulesFile()
 
 QString TeamPolicy::defaultManagedRulesFile()
 {
-#ifdef Q_OS_MACOS
-    return QStringLiteral("/Library/Application Support/Norva/team-rules.json");
-#else
-    return QStringLiteral("/etc/norva/team-rules.json");
-#endif
+    return Platform::managedTeamRulesFile();
 }
 
 void TeamPolicy::start()

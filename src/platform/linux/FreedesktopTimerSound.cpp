@@ -1,7 +1,6 @@
 #include "platform/linux/FreedesktopTimerSound.h"
 
 #include "app/Log.h"
-#include "timers/TimerPlatform.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -53,13 +52,4 @@ void FreedesktopTimerSound::playCompletion()
                                    "freedesktop sound theme")) +
             QStringLiteral(")"));
 }
-
-namespace Platform {
-
-std::unique_ptr<TimerSound> makeTimerSound()
-{
-    return std::make_unique<FreedesktopTimerSound>();
-}
-
-} // namespace Platform
 } // namespace norva

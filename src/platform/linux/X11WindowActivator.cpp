@@ -104,11 +104,6 @@ struct Connection {
 
 } // namespace
 
-std::unique_ptr<WindowActivator> makeWindowActivator()
-{
-    return std::make_unique<X11WindowActivator>();
-}
-
 X11WindowActivator::X11WindowActivator(QString display) : m_display(std::move(display)) {}
 
 bool X11WindowActivator::isRunning(qint64 pid) const

@@ -1,4 +1,4 @@
-#include "app/LaunchAtLogin.h"
+#include "platform/linux/XdgAutostartEntry.h"
 
 #include "app/AtomicFile.h"
 #include "app/Log.h"
@@ -10,7 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-namespace norva::LaunchAtLogin {
+namespace norva {
 namespace {
 
 QString entryPath()
@@ -20,13 +20,12 @@ QString entryPath()
 
 } // namespace
 
-bool isOn()
+bool XdgAutostartEntry::isOn() const
 {
     return QFile::exists(entryPath());
 }
 
-// Linux desktops start what has an entry in the XDG autostart folder.
-std::optional<QString> set(bool on)
+std::optional<QString> XdgAutostartEntry::set(bool on)
 {
     const QString path = entryPath();
     if (!on) {
@@ -45,4 +44,4 @@ std::optional<QString> set(bool on)
     return writeFileAtomically(path, AutostartEntry::text(choice.program));
 }
 
-} // namespace norva::LaunchAtLogin
+} // namespace norva

@@ -1,6 +1,7 @@
-#include "notch/NotchWindowPlatform.h"
+#include "platform/linux/LinuxNotchSurface.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
 
 #include <vector>
@@ -10,13 +11,13 @@
 #include "platform/linux/layershell/NotchLayer.h"
 #endif
 
-namespace norva::Platform {
+namespace norva {
 namespace {
 
 // Through XWayland only the input is shaped and the rest of the window is see-through: pixels
 // outside a bounding shape are never drawn again, and a Wayland compositor that shows the whole
 // window (weston) then shows what an earlier, larger notch left there.
-void setInputShape(QWindow& window, const QRegion& shape)
+void setXInputShape(QWindow& window, const QRegion& shape)
 {
     auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11) {
@@ -51,31 +52,40 @@ void keepPixelsCentred(QWindow& window)
 
 } // namespace
 
-void prepareNotchWindow(QWindow& window, DrawingPath path)
+LinuxNotchSurface::LinuxNotchSurface(QWindow& window, DrawingPath path) : m_window(window), m_path(path) {}
+
+void LinuxNotchSurface::prepare()
 {
     Qt::WindowFlags flags =
         Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::Tool | Qt::NoDropShadowWindowHint;
     // Through XWayland the notch bypasses the window manager: the compositors' X11 window managers
     // (weston, Sway, Hyprland) place or tile a managed window where they like, while every one of
     // them shows an override-redirect window where it asks to be, above the others.
-    if (path == DrawingPath::xwayland)
+    if (m_path == DrawingPath::xwayland)
         flags |= Qt::BypassWindowManagerHint;
-    window.setFlags(flags);
-    keepPixelsCentred(window);
+    m_window.setFlags(flags);
+    keepPixelsCentred(m_window);
 #ifdef NORVA_LAYER_SHELL
-    if (path == DrawingPath::notchLayer)
-        NotchLayer::placeOnTopLayer(window);
+    if (m_path == DrawingPath::notchLayer)
+        NotchLayer::placeOnTopLayer(m_window);
 #endif
 }
 
-void setNotchShape(QWindow& window, const QRegion& shape, DrawingPath path)
+void LinuxNotchSurface::place(QScreen& screen, const QSize& size)
+{
+    const QRect area = screen.geometry();
+    m_window.setScreen(&screen);
+    m_window.setGeometry(area.x() + (area.width() - size.width()) / 2, area.y(), size.width(), size.height());
+}
+
+void LinuxNotchSurface::setInputShape(const QRegion& shape)
 {
     // On X11 the bounding shape also keeps the see-through part off screens without a compositor;
     // on a Wayland layer QWindow::setMask sets the surface's input region.
-    if (path == DrawingPath::xwayland)
-        setInputShape(window, shape);
+    if (m_path == DrawingPath::xwayland)
+        setXInputShape(m_window, shape);
     else
-        window.setMask(shape);
+        m_window.setMask(shape);
 }
 
-} // namespace norva::Platform
+} // namespace norva
