@@ -102,27 +102,34 @@ private slots:
         QVERIFY(hooks.exists("pending-t20.json"));
     }
 
-    void emptyResponseHandsBackInEachAgentsWay_data()
+    // A waiting hook hands the prompt back to the agent's own flow, in that agent's way, when Norva
+    // answers empty (the person chose the terminal) or stops beating.
+    void waitingHookHandsBackInEachAgentsWay_data()
     {
         QTest::addColumn<QString>("script");
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<QByteArray>("payload");
         QTest::addColumn<QString>("prefix");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude") << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
-                                << "pending-claude-s-1-" << QByteArray();
-        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
-                               << "pending-codex-cx-1-" << QByteArray("{}");
-        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
-                                 << "pending-copilot-cp-1-" << QByteArray();
+        QTest::addColumn<bool>("heartbeatStops"); // else Norva answers empty
+        for (const bool stops : {false, true}) {
+            const char* how = stops ? "heartbeat stops" : "empty answer";
+            QTest::addRow("claude, %s", how) << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
+                                             << "pending-claude-s-1-" << QByteArray() << stops;
+            QTest::addRow("codex, %s", how) << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
+                                            << "pending-codex-cx-1-" << QByteArray("{}") << stops;
+            QTest::addRow("copilot, %s", how) << "copilot-hook.sh" << QStringList{"permissionRequest"}
+                                              << copilotPayload() << "pending-copilot-cp-1-" << QByteArray() << stops;
+        }
     }
-    void emptyResponseHandsBackInEachAgentsWay()
+    void waitingHookHandsBackInEachAgentsWay()
     {
         QFETCH(QString, script);
         QFETCH(QStringList, args);
         QFETCH(QByteArray, payload);
         QFETCH(QString, prefix);
         QFETCH(QByteArray, expected);
+        QFETCH(bool, heartbeatStops);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.setEnv("NORVA_COPILOT_ARGS", " ");
@@ -132,48 +139,19 @@ private slots:
         QVERIFY(!pending.isEmpty());
         const QString id = pending.mid(8, pending.size() - 8 - 5);
         QTRY_VERIFY(hooks.exists("alive-" + id));
-        hooks.answer("resp-" + id, QByteArray());
-        const auto result = HookRunner::finish(*process);
+        if (heartbeatStops) {
+            hooks.age("heartbeat", 25); // still trusted: the hook keeps waiting
+            QVERIFY(!process->waitForFinished(400));
+            hooks.age("heartbeat", 31); // Norva stopped beating 31 s ago
+        } else {
+            hooks.answer("resp-" + id, QByteArray());
+        }
+        const auto result = HookRunner::finish(*process, heartbeatStops ? 5000 : 20000);
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(result.out.trimmed(), expected);
         QVERIFY(hooks.names("pending-").isEmpty());
         QVERIFY(hooks.names("alive-").isEmpty());
         QVERIFY(hooks.names("resp-").isEmpty());
-    }
-
-    void staleHeartbeatWhileWaitingHandsBack_data()
-    {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude") << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
-                                << QByteArray();
-        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
-                               << QByteArray("{}");
-        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
-                                 << QByteArray();
-    }
-    void staleHeartbeatWhileWaitingHandsBack()
-    {
-        QFETCH(QString, script);
-        QFETCH(QStringList, args);
-        QFETCH(QByteArray, payload);
-        QFETCH(QByteArray, expected);
-        test::TempHome home;
-        HookRunner hooks(home);
-        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
-        hooks.freshHeartbeat();
-        auto process = hooks.start(script, payload, args);
-        QVERIFY(!hooks.waitFor("alive-").isEmpty());
-        hooks.age("heartbeat", 25); // still trusted: the hook keeps waiting
-        QVERIFY(!process->waitForFinished(400));
-        hooks.age("heartbeat", 31); // Norva stopped beating 31 s ago
-        const auto result = HookRunner::finish(*process, 5000);
-        QCOMPARE(result.exitCode, 0);
-        QCOMPARE(result.out.trimmed(), expected);
-        QVERIFY(hooks.names("pending-").isEmpty());
-        QVERIFY(hooks.names("alive-").isEmpty());
     }
 
     void noNorvaMeansNoFilesAndAnImmediateAnswer_data()
