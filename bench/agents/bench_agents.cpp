@@ -5,12 +5,12 @@
 //   3. the time from Allow on the card to the hook printing its answer.
 // Usage: bench_agents [rounds]   (runs in a throw-away HOME)
 
-#include "agents/prompts/AgentPromptsManager.h"
-#include "agents/prompts/AgentsPageModel.h"
 #include "agents/hooks/ApprovalHook.h"
 #include "agents/hooks/CodexHook.h"
 #include "agents/hooks/CopilotCLIHook.h"
 #include "agents/hooks/HookScripts.h"
+#include "agents/prompts/AgentPromptsManager.h"
+#include "agents/prompts/AgentsPageModel.h"
 #include "agents/prompts/PromptAlerts.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
@@ -123,8 +123,8 @@ int main(int argc, char* argv[])
 
     // 1. Without Norva (no heartbeat, then one 60 s old), and Claude Code's fast path with Norva
     // alive: no team rules, the session's identity record already there, nothing printed.
-    std::vector<double> floor, readFloor, claude, claudeStale, permissionFresh, permissionStale, claudeAlive, codex,
-        copilot;
+    std::vector<double> floor, readFloor, claude, claudeStale, permissionFresh, permissionStale, claudeAlive,
+        codex, copilot;
     for (int i = 0; i < rounds; ++i) {
         floor.push_back(runOnce("sh", {"-c", "true"}, claudePayload));
         readFloor.push_back(runOnce("sh", {"-c", "cat >/dev/null"}, claudePayload));

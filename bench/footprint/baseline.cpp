@@ -36,11 +36,14 @@ int main(int argc, char* argv[])
         return 1;
     if (argc > 1 && std::strcmp(argv[1], "--exit-after-first-frame") == 0) {
         auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().first());
-        QObject::connect(window, &QQuickWindow::frameSwapped, &app, [&sinceStart] {
-            std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
-            std::fflush(stdout);
-            QCoreApplication::exit(0);
-        }, Qt::SingleShotConnection);
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, &app,
+            [&sinceStart] {
+                std::printf("first frame after %lld ms\n", static_cast<long long>(sinceStart.elapsed()));
+                std::fflush(stdout);
+                QCoreApplication::exit(0);
+            },
+            Qt::SingleShotConnection);
     }
     return QGuiApplication::exec();
 }

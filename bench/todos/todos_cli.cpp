@@ -45,7 +45,8 @@ int main(int argc, char** argv)
     const QString command = args[2];
     if (command == QStringLiteral("list")) {
         for (const Reminder& r : store.rows(SmartList::all, true))
-            std::printf("%s\t%s\t%s\n", qPrintable(r.listId), r.completed ? "done" : "open", qPrintable(r.title));
+            std::printf("%s\t%s\t%s\n", qPrintable(r.listId), r.completed ? "done" : "open",
+                        qPrintable(r.title));
         return 0;
     }
     if (command == QStringLiteral("add") && args.size() == 5)

@@ -30,7 +30,8 @@ double cpuSeconds()
 {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+    return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec +
+           (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
 // An answer of Open-Meteo's shape and length for 5 days: units, 120 hours, 5 days.
@@ -52,20 +53,36 @@ QByteArray forecastAnswer()
         minima.append(2.1 - day);
     }
     const QJsonObject answer{
-        {"latitude", 52.52}, {"longitude", 13.419998}, {"generationtime_ms", 0.0641},
-        {"utc_offset_seconds", 3600}, {"timezone", "Europe/Berlin"}, {"timezone_abbreviation", "GMT+1"},
+        {"latitude", 52.52},
+        {"longitude", 13.419998},
+        {"generationtime_ms", 0.0641},
+        {"utc_offset_seconds", 3600},
+        {"timezone", "Europe/Berlin"},
+        {"timezone_abbreviation", "GMT+1"},
         {"elevation", 38.0},
-        {"current_units", QJsonObject{{"time", "iso8601"}, {"interval", "seconds"}, {"temperature_2m", "°C"},
-                                      {"is_day", ""}, {"weather_code", "wmo code"}}},
-        {"current", QJsonObject{{"time", "2026-11-18T11:00"}, {"interval", 900}, {"temperature_2m", 7.4},
-                                {"is_day", 1}, {"weather_code", 3}}},
-        {"hourly_units", QJsonObject{{"time", "iso8601"}, {"temperature_2m", "°C"}, {"weather_code", "wmo code"},
-                                     {"is_day", ""}}},
-        {"hourly", QJsonObject{{"time", times}, {"temperature_2m", temperatures}, {"weather_code", codes},
-                               {"is_day", days}}},
-        {"daily_units", QJsonObject{{"time", "iso8601"}, {"weather_code", "wmo code"},
-                                    {"temperature_2m_max", "°C"}, {"temperature_2m_min", "°C"}}},
-        {"daily", QJsonObject{{"time", dates}, {"weather_code", dayCodes}, {"temperature_2m_max", maxima},
+        {"current_units", QJsonObject{{"time", "iso8601"},
+                                      {"interval", "seconds"},
+                                      {"temperature_2m", "°C"},
+                                      {"is_day", ""},
+                                      {"weather_code", "wmo code"}}},
+        {"current", QJsonObject{{"time", "2026-11-18T11:00"},
+                                {"interval", 900},
+                                {"temperature_2m", 7.4},
+                                {"is_day", 1},
+                                {"weather_code", 3}}},
+        {"hourly_units",
+         QJsonObject{
+             {"time", "iso8601"}, {"temperature_2m", "°C"}, {"weather_code", "wmo code"}, {"is_day", ""}}},
+        {"hourly",
+         QJsonObject{
+             {"time", times}, {"temperature_2m", temperatures}, {"weather_code", codes}, {"is_day", days}}},
+        {"daily_units", QJsonObject{{"time", "iso8601"},
+                                    {"weather_code", "wmo code"},
+                                    {"temperature_2m_max", "°C"},
+                                    {"temperature_2m_min", "°C"}}},
+        {"daily", QJsonObject{{"time", dates},
+                              {"weather_code", dayCodes},
+                              {"temperature_2m_max", maxima},
                               {"temperature_2m_min", minima}}}};
     return QJsonDocument(answer).toJson(QJsonDocument::Compact);
 }
@@ -78,11 +95,13 @@ int main(int argc, char* argv[])
     const int refreshes = argc > 1 ? QByteArray(argv[1]).toInt() : 50;
     const int idleSeconds = argc > 2 ? QByteArray(argv[2]).toInt() : 30;
     const QByteArray forecast = forecastAnswer();
-    const QByteArray located = R"({"ip":"192.0.2.1","network":"192.0.2.0/24","version":"IPv4","city":"Berlin",)"
-                               R"("region":"Land Berlin","country":"DE","country_name":"Germany",)"
-                               R"("latitude":52.5196,"longitude":13.4069,"timezone":"Europe/Berlin","utc_offset":"+0100"})";
+    const QByteArray located =
+        R"({"ip":"192.0.2.1","network":"192.0.2.0/24","version":"IPv4","city":"Berlin",)"
+        R"("region":"Land Berlin","country":"DE","country_name":"Germany",)"
+        R"("latitude":52.5196,"longitude":13.4069,"timezone":"Europe/Berlin","utc_offset":"+0100"})";
     test::LocalHttpServer server([&](const test::LocalHttpServer::Request& request) {
-        return test::LocalHttpServer::Response{200, request.path == QLatin1String("/v1/forecast") ? forecast : located};
+        return test::LocalHttpServer::Response{200, request.path == QLatin1String("/v1/forecast") ? forecast
+                                                                                                  : located};
     });
     test::MemoryPreferences prefs;
     SettingsStore settings(prefs);
@@ -90,7 +109,8 @@ int main(int argc, char* argv[])
     settings.write(base, WeatherSettings::forecastAddressKey);
     settings.write(base + QStringLiteral("/where"), WeatherSettings::locationAddressKey);
     QTemporaryDir folder;
-    WeatherService weather(systemClock(), settings, TemperatureUnit::celsius, folder.filePath("weather.json"));
+    WeatherService weather(systemClock(), settings, TemperatureUnit::celsius,
+                           folder.filePath("weather.json"));
 
     const auto waitForRefresh = [&] {
         QEventLoop loop;
@@ -123,7 +143,8 @@ int main(int argc, char* argv[])
 
     std::printf("| measure | value |\n|---|---|\n");
     std::printf("| refreshes measured | %d |\n", refreshes);
-    std::printf("| CPU per refresh (locate, forecast, read, keep on disk) | %.2f ms |\n", cpuPerRefresh * 1000);
+    std::printf("| CPU per refresh (locate, forecast, read, keep on disk) | %.2f ms |\n",
+                cpuPerRefresh * 1000);
     std::printf("| wall time per refresh on loopback | %.2f ms |\n", wallPerRefresh);
     std::printf("| answer bytes per refresh (location + forecast bodies) | %.0f |\n", bytesPerRefresh);
     std::printf("| of which the forecast answer | %lld |\n", static_cast<long long>(forecast.size()));

@@ -12,7 +12,7 @@ namespace {
 const QString kTimerId = QStringLiteral("timer");
 const QString kDownloadId = QStringLiteral("download-demo");
 const QString kPromptId = QStringLiteral("agent-demo");
-constexpr int kDownloadRest = 6;    // seconds the finished download stays before it starts again
+constexpr int kDownloadRest = 6; // seconds the finished download stays before it starts again
 constexpr double kDownloadMegabytes = 431.0;
 
 QString clockText(int seconds)

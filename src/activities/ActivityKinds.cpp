@@ -34,7 +34,8 @@ ActivityLook levelLook(const ActivityContent& content)
 {
     ActivityLook look = ActivityKinds::of(content.kind()).look;
     // A muted or silent output reads as muted.
-    if (const auto* level = content.payload<ActivityContent::Level>(); level && (level->muted || level->level <= 0))
+    if (const auto* level = content.payload<ActivityContent::Level>();
+        level && (level->muted || level->level <= 0))
         look.symbol = "volumeMuted";
     return look;
 }

@@ -14,8 +14,8 @@ namespace norva {
 // The words are those the face's model hands the QML.
 struct ActivityLook {
     const char* symbol = "";
-    const char* glyph = "";        // UTF-8
-    const char* tone = "accent";   // "accent", "good", "warn", "bad" or "neutral"
+    const char* glyph = "";          // UTF-8
+    const char* tone = "accent";     // "accent", "good", "warn", "bad" or "neutral"
     const char* drawn = "character"; // "character"; "dot": the glyph small; "bars": the level as bars
 };
 

@@ -47,9 +47,9 @@ public:
     struct Face {
         bool active = false;
         QString activityId, kind, symbol, tone, title, value, detail;
-        QString glyph;      // the character drawn for the symbol
-        QString glyphStyle; // "character", "dot" (small) or "bars" (the level as four bars)
-        QString controls;   // buttons under the detail: "timer", "due" or none
+        QString glyph;          // the character drawn for the symbol
+        QString glyphStyle;     // "character", "dot" (small) or "bars" (the level as four bars)
+        QString controls;       // buttons under the detail: "timer", "due" or none
         double progress = -1.0; // below 0: no progress to draw
         bool pinned = false;
         bool hoverOpens = false;

@@ -7,7 +7,8 @@ namespace norva {
 QString ActivityContent::kindWord(Kind kind)
 {
     const auto index = static_cast<size_t>(kind);
-    return index < ActivityKinds::table.size() ? QString::fromLatin1(ActivityKinds::table[index].word) : QString();
+    return index < ActivityKinds::table.size() ? QString::fromLatin1(ActivityKinds::table[index].word)
+                                               : QString();
 }
 
 std::optional<ActivityContent::Kind> ActivityContent::kindFromWord(const QString& word)

@@ -75,7 +75,7 @@ public:
         std::optional<QDateTime> endsAt; // absent while paused
         double remaining = 0.0;          // seconds left when last published
         bool paused = false;
-        double progress = 0.0;           // 0...1 of the whole length gone by
+        double progress = 0.0; // 0...1 of the whole length gone by
         bool operator==(const Countdown&) const = default;
     };
 

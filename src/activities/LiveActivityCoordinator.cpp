@@ -206,7 +206,8 @@ bool LiveActivityCoordinator::admits(const LiveActivity& activity)
 void LiveActivityCoordinator::follow(SettingsStore& settings)
 {
     m_switches = std::make_unique<ActivitySettings>(settings);
-    connect(m_switches.get(), &ActivitySettings::switchesChanged, this, &LiveActivityCoordinator::applySwitches);
+    connect(m_switches.get(), &ActivitySettings::switchesChanged, this,
+            &LiveActivityCoordinator::applySwitches);
     applySwitches();
 }
 

@@ -40,8 +40,7 @@ timespec toTimespec(const QDateTime& when)
 
 // A file's modification time: POSIX names it st_mtim, macOS st_mtimespec; whichever the C library
 // has is taken.
-template <typename Stat>
-timespec modificationTime(const Stat& info)
+template <typename Stat> timespec modificationTime(const Stat& info)
 {
     if constexpr (requires { info.st_mtim; })
         return info.st_mtim;

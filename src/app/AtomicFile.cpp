@@ -59,7 +59,8 @@ QStringList clearHalfWrittenSaves(const QString& path)
 
 QString halfWrittenLine(const QString& area, const QString& name)
 {
-    return area + QStringLiteral(": removed ") + name + QStringLiteral(", a save that a quit left half written");
+    return area + QStringLiteral(": removed ") + name +
+           QStringLiteral(", a save that a quit left half written");
 }
 
 } // namespace norva

@@ -50,7 +50,8 @@ uint DBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList& pr
     return kRevision;
 }
 
-DBusMenuItemPropertiesList DBusMenu::GetGroupProperties(const QList<int>& ids, const QStringList& propertyNames)
+DBusMenuItemPropertiesList DBusMenu::GetGroupProperties(const QList<int>& ids,
+                                                        const QStringList& propertyNames)
 {
     Q_UNUSED(propertyNames);
     DBusMenuItemPropertiesList items;

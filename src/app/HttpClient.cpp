@@ -41,7 +41,8 @@ std::optional<QUrl> HttpClient::address(const QUrl& base, const QString& path, c
     url.setPath(basePath + path);
     QStringList items;
     for (const auto& [name, value] : query)
-        items << QString::fromLatin1(QUrl::toPercentEncoding(name) + '=' + QUrl::toPercentEncoding(value, ","));
+        items << QString::fromLatin1(QUrl::toPercentEncoding(name) + '=' +
+                                     QUrl::toPercentEncoding(value, ","));
     if (!items.isEmpty())
         url.setQuery(items.join(QLatin1Char('&')), QUrl::StrictMode);
     if (!url.isValid())

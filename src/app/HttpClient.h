@@ -18,9 +18,9 @@ namespace norva {
 // What came back from one GET: the HTTP status and body when the service answered at all,
 // otherwise why not ("did not answer in time", the network's own words).
 struct HttpAnswer {
-    int status = 0;           // 0 when no HTTP answer arrived
+    int status = 0; // 0 when no HTTP answer arrived
     QByteArray body;
-    QString failure;          // empty when the service answered (whatever its status)
+    QString failure; // empty when the service answered (whatever its status)
     bool timedOut = false;
     bool answered() const { return failure.isEmpty(); }
     bool ok() const { return answered() && status == 200; }

@@ -18,7 +18,7 @@ struct Sink {
     int nextToken = 1;
     QFile file;
     qint64 limit = kLogFileLimit;
-    QString lastLine;  // the line last written to the file and standard error
+    QString lastLine;   // the line last written to the file and standard error
     qint64 repeats = 0; // how often it came again since, unwritten
     bool quietStderr = qEnvironmentVariableIsSet("NORVA_LOG_QUIET");
 };
@@ -59,7 +59,8 @@ void endStreak(Sink& s)
 {
     if (s.repeats > 0)
         write(s, (QStringLiteral("Norva: the line above came ") +
-                  countText(s.repeats, QStringLiteral("time"), QStringLiteral("times")) + QStringLiteral(" more"))
+                  countText(s.repeats, QStringLiteral("time"), QStringLiteral("times")) +
+                  QStringLiteral(" more"))
                      .toUtf8());
     s.repeats = 0;
 }

@@ -16,7 +16,7 @@ QString dataFolder();
 QString approvalsFolder();
 QString configFolder();
 QString preferencesFile();
-QString stateFolder();   // the log file and the single-instance lock
+QString stateFolder();     // the log file and the single-instance lock
 QString autostartFolder(); // XDG autostart entries (Linux)
 
 // Creates the folder (and its parents) when missing; false when it could not be made.

@@ -1,7 +1,7 @@
 #include "app/SettingsStore.h"
 
-#include "app/Platform.h"
 #include "app/Log.h"
+#include "app/Platform.h"
 #include "app/SettingsKeys.h"
 
 #include <QCoreApplication>
@@ -31,9 +31,12 @@ thread_local QHash<QString, int> t_ownWriteDepth;
 const QList<std::pair<QString, ActivitySwitch>>& activityWords()
 {
     static const QList<std::pair<QString, ActivitySwitch>> words = {
-        {QStringLiteral("charging"), ActivitySwitch::charging}, {QStringLiteral("volume"), ActivitySwitch::volume},
-        {QStringLiteral("downloads"), ActivitySwitch::downloads}, {QStringLiteral("devices"), ActivitySwitch::devices},
-        {QStringLiteral("meetings"), ActivitySwitch::meetings}, {QStringLiteral("timers"), ActivitySwitch::timers},
+        {QStringLiteral("charging"), ActivitySwitch::charging},
+        {QStringLiteral("volume"), ActivitySwitch::volume},
+        {QStringLiteral("downloads"), ActivitySwitch::downloads},
+        {QStringLiteral("devices"), ActivitySwitch::devices},
+        {QStringLiteral("meetings"), ActivitySwitch::meetings},
+        {QStringLiteral("timers"), ActivitySwitch::timers},
         {QStringLiteral("reminders"), ActivitySwitch::reminders}};
     return words;
 }
@@ -116,8 +119,8 @@ QString DisplayChoice::raw() const
 // ---- construction and change propagation ----
 
 SettingsStore::SettingsStore(PreferencesDatabase& database, QObject* parent)
-    : QObject(parent), m_database(database),
-      m_ownWriteKey(QStringLiteral("SettingsStore.ownWrite.") + QUuid::createUuid().toString(QUuid::WithoutBraces))
+    : QObject(parent), m_database(database), m_ownWriteKey(QStringLiteral("SettingsStore.ownWrite.") +
+                                                           QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
     m_snapshot = takeSnapshot();
     connect(&m_database, &PreferencesDatabase::changed, this, &SettingsStore::onDatabaseChanged,
@@ -132,18 +135,17 @@ SettingsStore::~SettingsStore()
 const QStringList& SettingsStore::watchedKeys()
 {
     static const QStringList keys = [] {
-        QStringList list = {K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard,
-                            K::approvalChime, K::approvalNotification, K::meetingChime, K::autoRecordMeetings,
-                            K::hoverHaptics, K::frontForKeyboardTools, K::autoShelfScreenshots,
-                            K::screenshotFlash, K::screenshotHotkey, K::displayChoice, K::showOnAllDisplays,
-                            K::notesMirrorEnabled, K::notesMirrorFolder, K::clipboardLimit, K::keepAwake,
-                            K::replaceSystemHUD, K::mirrorNotifications, K::windowSnapping,
-                            K::showMusicInNotch, K::closedMusicStyle, K::autoHidePausedMedia,
-                            K::externalNotchStyle,
-                            // music and notch
-                            K::musicStyle, K::musicLeft, K::musicRight, K::musicArtShape, K::musicEqualiser,
-                            K::musicEqualiserColour, K::musicKeepPaused, K::musicSongPeek, K::musicScrollVolume,
-                            K::peekOnHover, K::peekDelay, K::notchGlow, K::notchMotion, K::swipeDirection};
+        QStringList list = {
+            K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard, K::approvalChime,
+            K::approvalNotification, K::meetingChime, K::autoRecordMeetings, K::hoverHaptics,
+            K::frontForKeyboardTools, K::autoShelfScreenshots, K::screenshotFlash, K::screenshotHotkey,
+            K::displayChoice, K::showOnAllDisplays, K::notesMirrorEnabled, K::notesMirrorFolder,
+            K::clipboardLimit, K::keepAwake, K::replaceSystemHUD, K::mirrorNotifications, K::windowSnapping,
+            K::showMusicInNotch, K::closedMusicStyle, K::autoHidePausedMedia, K::externalNotchStyle,
+            // music and notch
+            K::musicStyle, K::musicLeft, K::musicRight, K::musicArtShape, K::musicEqualiser,
+            K::musicEqualiserColour, K::musicKeepPaused, K::musicSongPeek, K::musicScrollVolume,
+            K::peekOnHover, K::peekDelay, K::notchGlow, K::notchMotion, K::swipeDirection};
         // agents
         for (AgentSwitch which : {AgentSwitch::codex, AgentSwitch::copilot, AgentSwitch::promptSwitch})
             list << agentKey(which);
@@ -229,7 +231,8 @@ std::optional<QVariant> SettingsStore::readRaw(const QString& key) const
     return m_database.value(key);
 }
 
-void SettingsStore::reportUnreadable(const QString& key, const QVariant& stored, const QString& expected) const
+void SettingsStore::reportUnreadable(const QString& key, const QVariant& stored,
+                                     const QString& expected) const
 {
     {
         QMutexLocker lock(&m_reportedLock);
@@ -237,10 +240,11 @@ void SettingsStore::reportUnreadable(const QString& key, const QVariant& stored,
             return;
         m_reported.insert(key);
     }
-    logLine(QStringLiteral("Norva settings: reading ") + key + QStringLiteral(" failed (it holds ") + describe(stored) +
-            QStringLiteral(", not ") + expected +
-            QStringLiteral("); the default applies until the setting is changed, and the stored value is left as "
-                           "it is"));
+    logLine(
+        QStringLiteral("Norva settings: reading ") + key + QStringLiteral(" failed (it holds ") +
+        describe(stored) + QStringLiteral(", not ") + expected +
+        QStringLiteral("); the default applies until the setting is changed, and the stored value is left as "
+                       "it is"));
 }
 
 std::optional<bool> SettingsStore::storedFlag(const QString& key, const QString& expected) const
@@ -273,7 +277,8 @@ std::optional<qint64> SettingsStore::storedInteger(const QString& key, const QSt
     if (!raw)
         return std::nullopt;
     const double number = raw->toDouble();
-    if (!isNumber(*raw) || !std::isfinite(number) || number != std::trunc(number) || std::fabs(number) > 9.0e15) {
+    if (!isNumber(*raw) || !std::isfinite(number) || number != std::trunc(number) ||
+        std::fabs(number) > 9.0e15) {
         reportUnreadable(key, *raw, expected);
         return std::nullopt;
     }
@@ -332,8 +337,14 @@ double SettingsStore::clamp(double value, double lower, double upper, double ste
 
 // ---- shell ----
 
-bool SettingsStore::openOnHover() const { return flag(K::openOnHover, false); }
-void SettingsStore::setOpenOnHover(bool on) { write(on, K::openOnHover); }
+bool SettingsStore::openOnHover() const
+{
+    return flag(K::openOnHover, false);
+}
+void SettingsStore::setOpenOnHover(bool on)
+{
+    write(on, K::openOnHover);
+}
 
 double SettingsStore::openHoverDelay() const
 {
@@ -342,31 +353,78 @@ double SettingsStore::openHoverDelay() const
 }
 void SettingsStore::setOpenHoverDelay(double seconds)
 {
-    write(std::isfinite(seconds) ? std::clamp(seconds, kHoverDelayFloor, kHoverDelayCeiling) : kHoverDelayDefault,
+    write(std::isfinite(seconds) ? std::clamp(seconds, kHoverDelayFloor, kHoverDelayCeiling)
+                                 : kHoverDelayDefault,
           K::openHoverDelay);
 }
 
-bool SettingsStore::showMenuBarIcon() const { return flag(K::showMenuBarIcon, true); }
-void SettingsStore::setShowMenuBarIcon(bool on) { write(on, K::showMenuBarIcon); }
+bool SettingsStore::showMenuBarIcon() const
+{
+    return flag(K::showMenuBarIcon, true);
+}
+void SettingsStore::setShowMenuBarIcon(bool on)
+{
+    write(on, K::showMenuBarIcon);
+}
 
 QString SettingsStore::fullscreenGuard() const
 {
-    return storedText(K::fullscreenGuard, QStringLiteral("normal, longer or click")).value_or(QStringLiteral("longer"));
+    return storedText(K::fullscreenGuard, QStringLiteral("normal, longer or click"))
+        .value_or(QStringLiteral("longer"));
 }
-void SettingsStore::setFullscreenGuard(const QString& value) { write(value, K::fullscreenGuard); }
+void SettingsStore::setFullscreenGuard(const QString& value)
+{
+    write(value, K::fullscreenGuard);
+}
 
-bool SettingsStore::approvalChime() const { return flag(K::approvalChime, true); }
-void SettingsStore::setApprovalChime(bool on) { write(on, K::approvalChime); }
-bool SettingsStore::approvalNotification() const { return flag(K::approvalNotification, true); }
-void SettingsStore::setApprovalNotification(bool on) { write(on, K::approvalNotification); }
-bool SettingsStore::meetingChime() const { return flag(K::meetingChime, true); }
-bool SettingsStore::autoRecordMeetings() const { return flag(K::autoRecordMeetings, false); }
-bool SettingsStore::hoverHaptics() const { return flag(K::hoverHaptics, true); }
-bool SettingsStore::frontForKeyboardTools() const { return flag(K::frontForKeyboardTools, false); }
-bool SettingsStore::autoShelfScreenshots() const { return flag(K::autoShelfScreenshots, true); }
-void SettingsStore::setAutoShelfScreenshots(bool on) { write(on, K::autoShelfScreenshots); }
-bool SettingsStore::screenshotFlash() const { return flag(K::screenshotFlash, true); }
-bool SettingsStore::screenshotHotkey() const { return flag(K::screenshotHotkey, true); }
+bool SettingsStore::approvalChime() const
+{
+    return flag(K::approvalChime, true);
+}
+void SettingsStore::setApprovalChime(bool on)
+{
+    write(on, K::approvalChime);
+}
+bool SettingsStore::approvalNotification() const
+{
+    return flag(K::approvalNotification, true);
+}
+void SettingsStore::setApprovalNotification(bool on)
+{
+    write(on, K::approvalNotification);
+}
+bool SettingsStore::meetingChime() const
+{
+    return flag(K::meetingChime, true);
+}
+bool SettingsStore::autoRecordMeetings() const
+{
+    return flag(K::autoRecordMeetings, false);
+}
+bool SettingsStore::hoverHaptics() const
+{
+    return flag(K::hoverHaptics, true);
+}
+bool SettingsStore::frontForKeyboardTools() const
+{
+    return flag(K::frontForKeyboardTools, false);
+}
+bool SettingsStore::autoShelfScreenshots() const
+{
+    return flag(K::autoShelfScreenshots, true);
+}
+void SettingsStore::setAutoShelfScreenshots(bool on)
+{
+    write(on, K::autoShelfScreenshots);
+}
+bool SettingsStore::screenshotFlash() const
+{
+    return flag(K::screenshotFlash, true);
+}
+bool SettingsStore::screenshotHotkey() const
+{
+    return flag(K::screenshotHotkey, true);
+}
 
 DisplayChoice SettingsStore::displayChoice() const
 {
@@ -378,23 +436,50 @@ DisplayChoice SettingsStore::displayChoice() const
     return flag(K::showOnAllDisplays, false) ? DisplayChoice{DisplayChoice::Kind::all, {}, {}}
                                              : DisplayChoice{DisplayChoice::Kind::builtIn, {}, {}};
 }
-void SettingsStore::setDisplayChoice(const DisplayChoice& choice) { write(choice.raw(), K::displayChoice); }
+void SettingsStore::setDisplayChoice(const DisplayChoice& choice)
+{
+    write(choice.raw(), K::displayChoice);
+}
 
-bool SettingsStore::notesMirrorEnabled() const { return flag(K::notesMirrorEnabled, false); }
-QString SettingsStore::notesMirrorFolder() const { return storedText(K::notesMirrorFolder).value_or(QString()); }
+bool SettingsStore::notesMirrorEnabled() const
+{
+    return flag(K::notesMirrorEnabled, false);
+}
+QString SettingsStore::notesMirrorFolder() const
+{
+    return storedText(K::notesMirrorFolder).value_or(QString());
+}
 
 int SettingsStore::clipboardLimit() const
 {
     const auto stored = storedInteger(K::clipboardLimit);
     return stored ? static_cast<int>(std::clamp<qint64>(*stored, -1, 1000000)) : kClipboardLimitDefault;
 }
-void SettingsStore::setClipboardLimit(int limit) { write(qint64(limit), K::clipboardLimit); }
+void SettingsStore::setClipboardLimit(int limit)
+{
+    write(qint64(limit), K::clipboardLimit);
+}
 
-bool SettingsStore::keepAwake() const { return flag(K::keepAwake, false); }
-bool SettingsStore::replaceSystemHUD() const { return flag(K::replaceSystemHUD, false); }
-bool SettingsStore::mirrorNotifications() const { return flag(K::mirrorNotifications, false); }
-bool SettingsStore::windowSnapping() const { return flag(K::windowSnapping, true); }
-bool SettingsStore::showMusicInNotch() const { return flag(K::showMusicInNotch, false); }
+bool SettingsStore::keepAwake() const
+{
+    return flag(K::keepAwake, false);
+}
+bool SettingsStore::replaceSystemHUD() const
+{
+    return flag(K::replaceSystemHUD, false);
+}
+bool SettingsStore::mirrorNotifications() const
+{
+    return flag(K::mirrorNotifications, false);
+}
+bool SettingsStore::windowSnapping() const
+{
+    return flag(K::windowSnapping, true);
+}
+bool SettingsStore::showMusicInNotch() const
+{
+    return flag(K::showMusicInNotch, false);
+}
 
 ClosedMusicStyle SettingsStore::closedMusicStyle() const
 {
@@ -417,16 +502,25 @@ ExternalNotchStyle SettingsStore::externalNotchStyle() const
         .value_or(ExternalNotchStyle::pill);
 }
 
-std::optional<bool> SettingsStore::storedAnswerPromptsOnNotch() const { return storedFlag(K::answerPromptsOnNotch); }
-bool SettingsStore::answerPromptsOnNotch() const { return flag(K::answerPromptsOnNotch, false); }
-void SettingsStore::setAnswerPromptsOnNotch(bool on) { write(on, K::answerPromptsOnNotch); }
+std::optional<bool> SettingsStore::storedAnswerPromptsOnNotch() const
+{
+    return storedFlag(K::answerPromptsOnNotch);
+}
+bool SettingsStore::answerPromptsOnNotch() const
+{
+    return flag(K::answerPromptsOnNotch, false);
+}
+void SettingsStore::setAnswerPromptsOnNotch(bool on)
+{
+    write(on, K::answerPromptsOnNotch);
+}
 
 // ---- music and notch ----
 
 std::optional<QString> SettingsStore::musicStyle() const
 {
-    static const QStringList styles = {QStringLiteral("hidden"), QStringLiteral("minimal"), QStringLiteral("wings"),
-                                       QStringLiteral("bubbles")};
+    static const QStringList styles = {QStringLiteral("hidden"), QStringLiteral("minimal"),
+                                       QStringLiteral("wings"), QStringLiteral("bubbles")};
     const auto raw = readRaw(K::musicStyle);
     if (!raw)
         return std::nullopt;
@@ -435,9 +529,18 @@ std::optional<QString> SettingsStore::musicStyle() const
     reportUnreadable(K::musicStyle, *raw, QStringLiteral("a Norva 5 music style"));
     return std::nullopt;
 }
-std::optional<QString> SettingsStore::musicLeft() const { return storedText(K::musicLeft); }
-std::optional<QString> SettingsStore::musicRight() const { return storedText(K::musicRight); }
-std::optional<QString> SettingsStore::musicArtShape() const { return storedText(K::musicArtShape); }
+std::optional<QString> SettingsStore::musicLeft() const
+{
+    return storedText(K::musicLeft);
+}
+std::optional<QString> SettingsStore::musicRight() const
+{
+    return storedText(K::musicRight);
+}
+std::optional<QString> SettingsStore::musicArtShape() const
+{
+    return storedText(K::musicArtShape);
+}
 std::optional<QString> SettingsStore::musicEqualiser() const
 {
     return storedText(K::musicEqualiser, QStringLiteral("an equaliser style"));
@@ -458,26 +561,47 @@ KeepPaused SettingsStore::keepPaused() const
     }
     return flag(K::autoHidePausedMedia, true) ? KeepPaused::thirtySeconds : KeepPaused::never;
 }
-void SettingsStore::setKeepPaused(KeepPaused keep) { write(qint64(static_cast<int>(keep)), K::musicKeepPaused); }
+void SettingsStore::setKeepPaused(KeepPaused keep)
+{
+    write(qint64(static_cast<int>(keep)), K::musicKeepPaused);
+}
 
-bool SettingsStore::songPeek() const { return flag(K::musicSongPeek, true); }
-bool SettingsStore::scrollVolume() const { return flag(K::musicScrollVolume, true); }
-bool SettingsStore::peekOnHover() const { return flag(K::peekOnHover, true); }
-void SettingsStore::setPeekOnHover(bool on) { write(on, K::peekOnHover); }
+bool SettingsStore::songPeek() const
+{
+    return flag(K::musicSongPeek, true);
+}
+bool SettingsStore::scrollVolume() const
+{
+    return flag(K::musicScrollVolume, true);
+}
+bool SettingsStore::peekOnHover() const
+{
+    return flag(K::peekOnHover, true);
+}
+void SettingsStore::setPeekOnHover(bool on)
+{
+    write(on, K::peekOnHover);
+}
 
 double SettingsStore::peekDelay() const
 {
     const auto stored = storedNumber(K::peekDelay);
     return stored ? clamp(*stored, 0.02, 0.5, 0.01) : kPeekDelayDefault;
 }
-void SettingsStore::setPeekDelay(double seconds) { write(clamp(seconds, 0.02, 0.5, 0.01), K::peekDelay); }
+void SettingsStore::setPeekDelay(double seconds)
+{
+    write(clamp(seconds, 0.02, 0.5, 0.01), K::peekDelay);
+}
 
-bool SettingsStore::notchGlow() const { return flag(K::notchGlow, true); }
+bool SettingsStore::notchGlow() const
+{
+    return flag(K::notchGlow, true);
+}
 
 NotchMotion SettingsStore::motion() const
 {
-    static const QList<std::pair<QString, NotchMotion>> cases = {{QStringLiteral("full"), NotchMotion::full},
-                                                                 {QStringLiteral("reduced"), NotchMotion::reduced}};
+    static const QList<std::pair<QString, NotchMotion>> cases = {
+        {QStringLiteral("full"), NotchMotion::full}, {QStringLiteral("reduced"), NotchMotion::reduced}};
     return storedChoice(K::notchMotion, QStringLiteral("full or reduced"), cases).value_or(NotchMotion::full);
 }
 
@@ -505,13 +629,34 @@ QString SettingsStore::agentKey(AgentSwitch which)
     return {};
 }
 
-std::optional<bool> SettingsStore::agentSwitch(AgentSwitch which) const { return storedFlag(agentKey(which)); }
-void SettingsStore::setAgentSwitch(AgentSwitch which, bool on) { write(on, agentKey(which)); }
-bool SettingsStore::questionsInNotch() const { return flag(K::questionsInNotch, true); }
-bool SettingsStore::commandsInNotch() const { return flag(K::commandsInNotch, true); }
-bool SettingsStore::openQuestions() const { return flag(K::openQuestions, false); }
-bool SettingsStore::agentWaitGlow() const { return flag(K::agentWaitGlow, true); }
-bool SettingsStore::quotaWarnings() const { return flag(K::quotaWarnings, true); }
+std::optional<bool> SettingsStore::agentSwitch(AgentSwitch which) const
+{
+    return storedFlag(agentKey(which));
+}
+void SettingsStore::setAgentSwitch(AgentSwitch which, bool on)
+{
+    write(on, agentKey(which));
+}
+bool SettingsStore::questionsInNotch() const
+{
+    return flag(K::questionsInNotch, true);
+}
+bool SettingsStore::commandsInNotch() const
+{
+    return flag(K::commandsInNotch, true);
+}
+bool SettingsStore::openQuestions() const
+{
+    return flag(K::openQuestions, false);
+}
+bool SettingsStore::agentWaitGlow() const
+{
+    return flag(K::agentWaitGlow, true);
+}
+bool SettingsStore::quotaWarnings() const
+{
+    return flag(K::quotaWarnings, true);
+}
 
 // ---- live activities ----
 
@@ -524,8 +669,14 @@ QString SettingsStore::activityKey(ActivitySwitch kind)
     return {};
 }
 
-std::optional<bool> SettingsStore::activitySwitch(ActivitySwitch kind) const { return storedFlag(activityKey(kind)); }
-void SettingsStore::setActivitySwitch(ActivitySwitch kind, bool on) { write(on, activityKey(kind)); }
+std::optional<bool> SettingsStore::activitySwitch(ActivitySwitch kind) const
+{
+    return storedFlag(activityKey(kind));
+}
+void SettingsStore::setActivitySwitch(ActivitySwitch kind, bool on)
+{
+    write(on, activityKey(kind));
+}
 
 // ---- snapping, to-dos, shelf, clipboard, settings window ----
 
@@ -539,8 +690,14 @@ std::optional<QString> SettingsStore::todosList() const
 {
     return storedText(K::todosList, QStringLiteral("a Reminders list"));
 }
-bool SettingsStore::todosShowCompleted() const { return flag(K::todosShowCompleted, false); }
-bool SettingsStore::shelfOpenOnDrop() const { return flag(K::shelfOpenOnDrop, true); }
+bool SettingsStore::todosShowCompleted() const
+{
+    return flag(K::todosShowCompleted, false);
+}
+bool SettingsStore::shelfOpenOnDrop() const
+{
+    return flag(K::shelfOpenOnDrop, true);
+}
 
 QString SettingsStore::shelfKeepText(ShelfKeep keep)
 {
@@ -576,13 +733,31 @@ ShelfKeep SettingsStore::shelfKeep() const
     reportUnreadable(K::shelfKeep, *raw, QStringLiteral("forever, a day or a week"));
     return ShelfKeep::forever;
 }
-void SettingsStore::setShelfKeep(ShelfKeep keep) { write(shelfKeepText(keep), K::shelfKeep); }
+void SettingsStore::setShelfKeep(ShelfKeep keep)
+{
+    write(shelfKeepText(keep), K::shelfKeep);
+}
 
-bool SettingsStore::clipboardHistory() const { return flag(K::clipboardHistory, true); }
-void SettingsStore::setClipboardHistory(bool on) { write(on, K::clipboardHistory); }
-bool SettingsStore::showClaudeUsage() const { return flag(K::showClaudeUsage, false); }
-void SettingsStore::setShowClaudeUsage(bool on) { write(on, K::showClaudeUsage); }
-std::optional<QString> SettingsStore::settingsWindowSection() const { return storedText(K::settingsWindowSection); }
+bool SettingsStore::clipboardHistory() const
+{
+    return flag(K::clipboardHistory, true);
+}
+void SettingsStore::setClipboardHistory(bool on)
+{
+    write(on, K::clipboardHistory);
+}
+bool SettingsStore::showClaudeUsage() const
+{
+    return flag(K::showClaudeUsage, false);
+}
+void SettingsStore::setShowClaudeUsage(bool on)
+{
+    write(on, K::showClaudeUsage);
+}
+std::optional<QString> SettingsStore::settingsWindowSection() const
+{
+    return storedText(K::settingsWindowSection);
+}
 
 // ---- launch at login ----
 
@@ -597,7 +772,10 @@ LaunchAtLogin& loginItems()
 
 } // namespace
 
-bool SettingsStore::launchAtLogin() const { return loginItems().isOn(); }
+bool SettingsStore::launchAtLogin() const
+{
+    return loginItems().isOn();
+}
 
 void SettingsStore::setLaunchAtLogin(bool on)
 {

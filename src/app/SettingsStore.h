@@ -24,14 +24,17 @@ class SettingsStore : public QObject {
     Q_PROPERTY(bool showMenuBarIcon READ showMenuBarIcon WRITE setShowMenuBarIcon NOTIFY changed)
     Q_PROPERTY(QString fullscreenGuard READ fullscreenGuard WRITE setFullscreenGuard NOTIFY changed)
     Q_PROPERTY(bool approvalChime READ approvalChime WRITE setApprovalChime NOTIFY changed)
-    Q_PROPERTY(bool approvalNotification READ approvalNotification WRITE setApprovalNotification NOTIFY changed)
-    Q_PROPERTY(bool answerPromptsOnNotch READ answerPromptsOnNotch WRITE setAnswerPromptsOnNotch NOTIFY changed)
+    Q_PROPERTY(
+        bool approvalNotification READ approvalNotification WRITE setApprovalNotification NOTIFY changed)
+    Q_PROPERTY(
+        bool answerPromptsOnNotch READ answerPromptsOnNotch WRITE setAnswerPromptsOnNotch NOTIFY changed)
     Q_PROPERTY(bool clipboardHistory READ clipboardHistory WRITE setClipboardHistory NOTIFY changed)
     Q_PROPERTY(bool showClaudeUsage READ showClaudeUsage WRITE setShowClaudeUsage NOTIFY changed)
     Q_PROPERTY(int clipboardLimit READ clipboardLimit WRITE setClipboardLimit NOTIFY changed)
     Q_PROPERTY(bool peekOnHover READ peekOnHover WRITE setPeekOnHover NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
-    Q_PROPERTY(bool autoShelfScreenshots READ autoShelfScreenshots WRITE setAutoShelfScreenshots NOTIFY changed)
+    Q_PROPERTY(
+        bool autoShelfScreenshots READ autoShelfScreenshots WRITE setAutoShelfScreenshots NOTIFY changed)
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY launchAtLoginChanged)
 
 public:
@@ -39,10 +42,14 @@ public:
     ~SettingsStore() override;
 
     // --- generic typed access, used by the named accessors and by owners of unwatched keys ---
-    std::optional<bool> storedFlag(const QString& key, const QString& expected = QStringLiteral("on or off")) const;
-    std::optional<double> storedNumber(const QString& key, const QString& expected = QStringLiteral("a number")) const;
-    std::optional<qint64> storedInteger(const QString& key, const QString& expected = QStringLiteral("a whole number")) const;
-    std::optional<QString> storedText(const QString& key, const QString& expected = QStringLiteral("a text")) const;
+    std::optional<bool> storedFlag(const QString& key,
+                                   const QString& expected = QStringLiteral("on or off")) const;
+    std::optional<double> storedNumber(const QString& key,
+                                       const QString& expected = QStringLiteral("a number")) const;
+    std::optional<qint64> storedInteger(const QString& key,
+                                        const QString& expected = QStringLiteral("a whole number")) const;
+    std::optional<QString> storedText(const QString& key,
+                                      const QString& expected = QStringLiteral("a text")) const;
     bool flag(const QString& key, bool fallback) const { return storedFlag(key).value_or(fallback); }
     // Every write goes through here: none removes the key.
     void write(const std::optional<QVariant>& value, const QString& key);

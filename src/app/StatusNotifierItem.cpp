@@ -24,8 +24,8 @@ const QString StatusNotifierItem::kWatcherService = QStringLiteral("org.kde.Stat
 
 StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, QString id, QString title, const QImage& icon,
                                        QList<DBusMenu::Entry> menu, QObject* parent)
-    : QObject(parent), m_bus(std::move(bus)), m_id(std::move(id)), m_title(std::move(title)),
-      m_icon{DBusImage::fromImage(icon)}, m_menu(std::move(menu)),
+    : QObject(parent), m_bus(std::move(bus)), m_id(std::move(id)),
+      m_title(std::move(title)), m_icon{DBusImage::fromImage(icon)}, m_menu(std::move(menu)),
       // One name per process, as the protocol asks: "org.kde.StatusNotifierItem-<pid>-<n>".
       m_serviceName(QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
 {
@@ -62,9 +62,10 @@ void StatusNotifierItem::setShown(bool shown)
     }
     if (!m_bus.isConnected() || !m_bus.registerObject(kItemPath, this, kExported) ||
         !m_bus.registerObject(kMenuPath, &m_menu, kExported) || !m_bus.registerService(m_serviceName)) {
-        logLine(QStringLiteral("Norva: the tray icon is not shown (the session bus did not take it: ") +
-                (m_bus.lastError().isValid() ? m_bus.lastError().message() : QStringLiteral("no session bus")) +
-                QLatin1Char(')'));
+        logLine(
+            QStringLiteral("Norva: the tray icon is not shown (the session bus did not take it: ") +
+            (m_bus.lastError().isValid() ? m_bus.lastError().message() : QStringLiteral("no session bus")) +
+            QLatin1Char(')'));
         withdraw();
         m_shown = false;
         return;
@@ -97,7 +98,8 @@ void StatusNotifierItem::registerWithWatcher()
         }
         // Said once: a desktop without a panel that shows these icons stays without one.
         if (!m_toldNoWatcher)
-            logLine(QStringLiteral("Norva: the tray icon waits for a panel (no status-notifier watcher answered: ") +
+            logLine(QStringLiteral(
+                        "Norva: the tray icon waits for a panel (no status-notifier watcher answered: ") +
                     reply.error().message() + QLatin1Char(')'));
         m_toldNoWatcher = true;
     });

@@ -47,7 +47,8 @@ void keepWhole(const ClipboardLoad::Input& input, ClipboardLoad::Result& result)
     const QString aside = asideCopyName(input.listPath, QStringLiteral("untrimmed"), input.now);
     QFile file(input.listPath);
     if (QFileInfo::exists(aside))
-        result.keepWholeFailure = QStringLiteral("something is already called ") + QFileInfo(aside).fileName();
+        result.keepWholeFailure =
+            QStringLiteral("something is already called ") + QFileInfo(aside).fileName();
     else if (!file.copy(aside))
         result.keepWholeFailure = file.errorString();
     else

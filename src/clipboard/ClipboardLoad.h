@@ -37,17 +37,17 @@ public:
     };
     struct Result {
         StoredList::Read read;
-        int skipped = 0;                 // elements that did not decode
-        int held = 0;                    // clips the file held
-        QList<ClipboardItem> kept;       // newest first
-        QList<ClipboardItem> leftOut;    // their files are gone
+        int skipped = 0;              // elements that did not decode
+        int held = 0;                 // clips the file held
+        QList<ClipboardItem> kept;    // newest first
+        QList<ClipboardItem> leftOut; // their files are gone
         QList<Hashless> hashless;
         int learned = 0;
-        QList<ClipboardItem> merged;     // held twice; folded into the one copied last
-        QList<ClipboardItem> letGo;      // past the limit
+        QList<ClipboardItem> merged;        // held twice; folded into the one copied last
+        QList<ClipboardItem> letGo;         // past the limit
         std::optional<QString> keptWholeAs; // the file's name aside, when it was far past the limit
-        QString keepWholeFailure;          // why it could not be kept aside
-        QStringList unlisted;              // names in the pictures folder that no kept clip lists
+        QString keepWholeFailure;           // why it could not be kept aside
+        QStringList unlisted;               // names in the pictures folder that no kept clip lists
 
         // Whether the file on disk no longer matches what was kept.
         bool edited() const

@@ -189,10 +189,11 @@ void ClipboardManager::logLoad(const ClipboardLoad::Result& result) const
     if (!result.letGo.isEmpty())
         logLine(letGoLine(result.letGo.size()));
     for (const auto& clip : result.leftOut)
-        logLine(kArea + QStringLiteral(": left out ") + describe(clip) + QStringLiteral(" whose file is gone"));
+        logLine(kArea + QStringLiteral(": left out ") + describe(clip) +
+                QStringLiteral(" whose file is gone"));
     for (const auto& [clip, why] : result.hashless)
-        logLine(kArea + QStringLiteral(": kept ") + describe(clip) + QStringLiteral(" without a hash (") + why +
-                QStringLiteral("); copying the same picture again adds a second clip"));
+        logLine(kArea + QStringLiteral(": kept ") + describe(clip) + QStringLiteral(" without a hash (") +
+                why + QStringLiteral("); copying the same picture again adds a second clip"));
     if (result.learned > 0)
         logLine(kArea + QStringLiteral(": learned the hash of ") + clips(result.learned));
     if (!result.merged.isEmpty())
@@ -373,15 +374,17 @@ void ClipboardManager::letGo(const QList<Item>& gone)
 void ClipboardManager::endLetGoStreakIfRoom()
 {
     const auto& items = m_history.recency();
-    const auto unpinned = std::count_if(items.begin(), items.end(), [](const Item& clip) { return !clip.pinned; });
+    const auto unpinned =
+        std::count_if(items.begin(), items.end(), [](const Item& clip) { return !clip.pinned; });
     if (unpinned < m_settings.clipboardLimit())
         m_letGoToldAt.reset();
 }
 
 QString ClipboardManager::letGoLine(qsizetype count) const
 {
-    return kArea + QStringLiteral(": let go of ") + clips(int(count)) + QStringLiteral(" past the limit of ") +
-           QString::number(m_settings.clipboardLimit()) + QStringLiteral(" (Settings: Keep up to)");
+    return kArea + QStringLiteral(": let go of ") + clips(int(count)) +
+           QStringLiteral(" past the limit of ") + QString::number(m_settings.clipboardLimit()) +
+           QStringLiteral(" (Settings: Keep up to)");
 }
 
 void ClipboardManager::deletePicture(const Item& clip)

@@ -27,10 +27,10 @@ const QString HotKeys::openName = QStringLiteral("open");
 const QList<HotKeys::Action>& HotKeys::actions()
 {
     static const QList<Action> list{
-        {openName, QStringLiteral("hotkeys.open.v1"), QStringLiteral("Ctrl+Alt+N"), QStringLiteral("Open the notch"),
-         QStringLiteral("the notch"), QStringLiteral("norva --open")},
-        {jotName, QStringLiteral("hotkeys.jot.v1"), QStringLiteral("Ctrl+Alt+J"), QStringLiteral("Jot a note"),
-         QStringLiteral("the jot sheet"), QStringLiteral("norva --jot")},
+        {openName, QStringLiteral("hotkeys.open.v1"), QStringLiteral("Ctrl+Alt+N"),
+         QStringLiteral("Open the notch"), QStringLiteral("the notch"), QStringLiteral("norva --open")},
+        {jotName, QStringLiteral("hotkeys.jot.v1"), QStringLiteral("Ctrl+Alt+J"),
+         QStringLiteral("Jot a note"), QStringLiteral("the jot sheet"), QStringLiteral("norva --jot")},
     };
     return list;
 }
@@ -84,8 +84,8 @@ void HotKeys::setKey(const QString& name, const QString& text)
         // Kept as Qt's portable text, so "ctrl+alt+j" and "Ctrl+Alt+J" are one key.
         const QKeySequence sequence = QKeySequence::fromString(text.trimmed(), QKeySequence::PortableText);
         const QString tidy = sequence.count() == 1 && sequence[0].key() != Qt::Key_unknown
-            ? sequence.toString(QKeySequence::PortableText)
-            : text.trimmed();
+                                 ? sequence.toString(QKeySequence::PortableText)
+                                 : text.trimmed();
         m_settings.write(tidy, action.settingKey); // publishes changed(), which binds it
     }
 }
@@ -123,12 +123,15 @@ QString HotKeys::bind(const Action& action, const QString& text)
     // A bare letter taken for the whole desktop could no longer be typed anywhere.
     if (key.keyboardModifiers() == Qt::NoModifier && !isFunctionKey(key.key())) {
         report(action, shown, QStringLiteral("it needs Ctrl, Alt or Super with it"));
-        return shown + QStringLiteral(" alone would be taken from every program. Add Ctrl, Alt or Super to it.");
+        return shown +
+               QStringLiteral(" alone would be taken from every program. Add Ctrl, Alt or Super to it.");
     }
     for (const Action& other : actions()) {
-        if (other.name != action.name && m_bound.value(other.name) == text && m_troubles.value(other.name).isEmpty()) {
+        if (other.name != action.name && m_bound.value(other.name) == text &&
+            m_troubles.value(other.name).isEmpty()) {
             report(action, shown, QStringLiteral("it already opens ") + other.opens);
-            return shown + QStringLiteral(" already opens ") + other.opens + QStringLiteral(". Choose another key.");
+            return shown + QStringLiteral(" already opens ") + other.opens +
+                   QStringLiteral(". Choose another key.");
         }
     }
     switch (m_grab.grab(action.name, key)) {

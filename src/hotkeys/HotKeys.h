@@ -32,7 +32,7 @@ public:
         QString opens;      // what it opens, in a sentence: "the jot sheet"
         QString command;    // the command line that does the same
     };
-    static const QString jotName; // "jot"
+    static const QString jotName;  // "jot"
     static const QString openName; // "open"
     static const QList<Action>& actions();
 

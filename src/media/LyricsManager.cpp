@@ -30,11 +30,13 @@ const QUrl LyricsManager::defaultBaseAddress = QUrl(QStringLiteral("https://lrcl
 
 const QString LyricsManager::addressKey = QStringLiteral("music.lyricsAddress.v1");
 
-LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m_clock(clock), m_http(clock) {}
+LyricsManager::LyricsManager(Clock& clock, QObject* parent) : QObject(parent), m_clock(clock), m_http(clock)
+{}
 
 QUrl LyricsManager::baseAddressFrom(const SettingsStore& settings)
 {
-    return HttpClient::usableAddress(settings.storedText(addressKey).value_or(QString())).value_or(defaultBaseAddress);
+    return HttpClient::usableAddress(settings.storedText(addressKey).value_or(QString()))
+        .value_or(defaultBaseAddress);
 }
 
 void LyricsManager::follow(SettingsStore& settings)
@@ -176,7 +178,8 @@ void LyricsManager::request(const QString& path, const QList<std::pair<QString, 
             finishTransient(key, QStringLiteral("LRCLIB answered ") + QString::number(reply.status));
             return;
         }
-        finishTransient(key, reply.timedOut ? QStringLiteral("LRCLIB did not answer in time") : reply.failure);
+        finishTransient(key,
+                        reply.timedOut ? QStringLiteral("LRCLIB did not answer in time") : reply.failure);
     });
 }
 

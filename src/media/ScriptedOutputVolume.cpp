@@ -20,14 +20,15 @@ void ScriptedOutputVolume::set(double level, Done done)
 void ScriptedOutputVolume::startMonitoring()
 {
     const quint64 generation = ++m_generation;
-    m_runner.run(this,
-                 QStringLiteral("set levels to get volume settings\n"
-                                "return (output volume of levels as text) & \",\" & (output muted of levels as text)"),
-                 timeoutMs, [this, generation](const ProcessResult& result) {
-                     const auto settings = result.succeeded() ? parseSettings(result.output) : std::nullopt;
-                     if (generation == m_generation && settings)
-                         emit changed(settings->first, settings->second);
-                 });
+    m_runner.run(
+        this,
+        QStringLiteral("set levels to get volume settings\n"
+                       "return (output volume of levels as text) & \",\" & (output muted of levels as text)"),
+        timeoutMs, [this, generation](const ProcessResult& result) {
+            const auto settings = result.succeeded() ? parseSettings(result.output) : std::nullopt;
+            if (generation == m_generation && settings)
+                emit changed(settings->first, settings->second);
+        });
 }
 
 std::optional<std::pair<double, bool>> ScriptedOutputVolume::parseSettings(const QByteArray& reply)

@@ -13,8 +13,8 @@ class SettingsStore;
 class VolumeActivityPublisher : public QObject {
     Q_OBJECT
 public:
-    VolumeActivityPublisher(MusicManager& music, LiveActivityCoordinator& coordinator, SettingsStore& settings,
-                            QObject* parent = nullptr);
+    VolumeActivityPublisher(MusicManager& music, LiveActivityCoordinator& coordinator,
+                            SettingsStore& settings, QObject* parent = nullptr);
 
 private:
     void publish(double level, bool muted);

@@ -9,8 +9,8 @@ namespace norva {
 
 // One connected display as the notch code sees it.
 struct DisplayInfo {
-    QString id;      // the connector name, stable across runs ("eDP-1", "HDMI-1")
-    QString name;    // what a person reads ("Dell U2720Q")
+    QString id;   // the connector name, stable across runs ("eDP-1", "HDMI-1")
+    QString name; // what a person reads ("Dell U2720Q")
     bool builtIn = false;
     bool primary = false;
     bool operator==(const DisplayInfo&) const = default;

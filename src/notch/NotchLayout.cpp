@@ -44,7 +44,8 @@ double stageHeight(int rows)
 double panelHeight(double stage)
 {
     if (stage < 0) {
-        logLine(QStringLiteral("Norva: DS.Layout.panelHeight(stage:) got a negative stage height (%1); treating it as 0")
+        logLine(QStringLiteral(
+                    "Norva: DS.Layout.panelHeight(stage:) got a negative stage height (%1); treating it as 0")
                     .arg(stage));
         stage = 0;
     }
@@ -54,7 +55,9 @@ double panelHeight(double stage)
 double modulePanelHeight(double need)
 {
     if (need < 0) {
-        logLine(QStringLiteral("Norva: DS.Layout.modulePanelHeight got a negative need (%1); treating it as 0").arg(need));
+        logLine(
+            QStringLiteral("Norva: DS.Layout.modulePanelHeight got a negative need (%1); treating it as 0")
+                .arg(need));
         need = 0;
     }
     return need + moduleChrome;

@@ -14,7 +14,8 @@ NotchViewModel::NotchViewModel(Clock& clock, SettingsStore& settings, QObject* p
     connect(this, &NotchViewModel::sizeChanged, this, &NotchViewModel::shownSizeChanged);
 }
 
-std::optional<double> NotchViewModel::resolvedOpenDelay(const SettingsStore& settings, bool fullscreenOnDisplay)
+std::optional<double> NotchViewModel::resolvedOpenDelay(const SettingsStore& settings,
+                                                        bool fullscreenOnDisplay)
 {
     if (!settings.openOnHover())
         return std::nullopt;
@@ -71,7 +72,8 @@ void NotchViewModel::mouseEntered(std::optional<double> openDelay, bool courtesy
         armDetailWork();
     if (!courtesy && openDelay) {
         const double floor = peekArmed ? peekDelay : hoverOpenFloor;
-        m_hoverOpenWork = m_clock.after(Seconds(std::max(*openDelay, floor)), [this] { fireHoverOpenWork(); });
+        m_hoverOpenWork =
+            m_clock.after(Seconds(std::max(*openDelay, floor)), [this] { fireHoverOpenWork(); });
     }
 }
 
@@ -308,13 +310,13 @@ void NotchViewModel::setPages(const QStringList& pages)
     }
 }
 
-#define NORVA_FLAG_SETTER(setter, member)                                                              \
-    void NotchViewModel::setter(bool on)                                                               \
-    {                                                                                                  \
-        if (member == on)                                                                              \
-            return;                                                                                    \
-        member = on;                                                                                   \
-        emit flagsChanged();                                                                           \
+#define NORVA_FLAG_SETTER(setter, member)                                                                    \
+    void NotchViewModel::setter(bool on)                                                                     \
+    {                                                                                                        \
+        if (member == on)                                                                                    \
+            return;                                                                                          \
+        member = on;                                                                                         \
+        emit flagsChanged();                                                                                 \
     }
 
 NORVA_FLAG_SETTER(setPinnedOpen, m_pinnedOpen)

@@ -27,15 +27,18 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(bool menuOpen READ menuOpen WRITE setMenuOpen NOTIFY flagsChanged)
     Q_PROPERTY(bool pageMenuOpen READ pageMenuOpen WRITE setPageMenuOpen NOTIFY flagsChanged)
     Q_PROPERTY(bool activityDetailOpen READ activityDetailOpen NOTIFY activityDetailOpenChanged)
-    Q_PROPERTY(bool pointerOverDetailActivity READ pointerOverDetailActivity WRITE setPointerOverDetailActivity NOTIFY flagsChanged)
+    Q_PROPERTY(bool pointerOverDetailActivity READ pointerOverDetailActivity WRITE
+                   setPointerOverDetailActivity NOTIFY flagsChanged)
     Q_PROPERTY(bool cardShowing READ cardShowing WRITE setCardShowing NOTIFY flagsChanged)
     Q_PROPERTY(bool cardHoldsOpen READ cardHoldsOpen WRITE setCardHoldsOpen NOTIFY flagsChanged)
-    Q_PROPERTY(int pressedMouseButtons READ pressedMouseButtons WRITE setPressedMouseButtons NOTIFY flagsChanged)
+    Q_PROPERTY(
+        int pressedMouseButtons READ pressedMouseButtons WRITE setPressedMouseButtons NOTIFY flagsChanged)
     Q_PROPERTY(bool typingInPanel READ typingInPanel WRITE setTypingInPanel NOTIFY flagsChanged)
     Q_PROPERTY(bool arranging READ arranging WRITE setArranging NOTIFY flagsChanged)
     Q_PROPERTY(bool holdsOpen READ holdsOpen NOTIFY flagsChanged)
     Q_PROPERTY(double pageNeed READ pageNeed WRITE setPageNeed NOTIFY sizeChanged)
-    Q_PROPERTY(bool meetingBannerShowing READ meetingBannerShowing WRITE setMeetingBannerShowing NOTIFY sizeChanged)
+    Q_PROPERTY(
+        bool meetingBannerShowing READ meetingBannerShowing WRITE setMeetingBannerShowing NOTIFY sizeChanged)
     Q_PROPERTY(bool alertBannerShowing READ alertBannerShowing WRITE setAlertBannerShowing NOTIFY sizeChanged)
     Q_PROPERTY(double openWidth READ openWidth CONSTANT)
     Q_PROPERTY(double openHeight READ openHeight NOTIFY sizeChanged)
@@ -43,7 +46,8 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(double shownWidth READ shownWidth NOTIFY shownSizeChanged)
     Q_PROPERTY(double shownHeight READ shownHeight NOTIFY shownSizeChanged)
     Q_PROPERTY(double closedHeight READ closedHeight CONSTANT)
-    Q_PROPERTY(bool fullscreenOnDisplay READ fullscreenOnDisplay WRITE setFullscreenOnDisplay NOTIFY flagsChanged)
+    Q_PROPERTY(
+        bool fullscreenOnDisplay READ fullscreenOnDisplay WRITE setFullscreenOnDisplay NOTIFY flagsChanged)
 
 public:
     enum class State { closed, peek, open };

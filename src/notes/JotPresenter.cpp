@@ -6,7 +6,6 @@
 #include "reminders/RemindersStore.h"
 #include "reminders/TodoWords.h"
 
-
 #include <algorithm>
 
 namespace norva {
@@ -187,7 +186,8 @@ bool JotPresenter::submit(const QString& text, const QString& target)
     // Saved at once, so the receipt tells the truth about the disk.
     if (!m_store.saveNow()) {
         const auto& failure = m_store.failure();
-        showReceipt({failure ? failure->message : QStringLiteral("Your words are still here."), true, kTrouble});
+        showReceipt(
+            {failure ? failure->message : QStringLiteral("Your words are still here."), true, kTrouble});
         return false;
     }
     showReceipt({message, true, kSaved});

@@ -51,7 +51,8 @@ public:
     static constexpr Seconds kClosing{0.25};
     static const QString modeKey; // "jot.mode.v1"
 
-    JotPresenter(QuickNotesStore& store, Clock& clock, SettingsStore* settings = nullptr, QObject* parent = nullptr);
+    JotPresenter(QuickNotesStore& store, Clock& clock, SettingsStore* settings = nullptr,
+                 QObject* parent = nullptr);
 
     Q_INVOKABLE void open();
     Q_INVOKABLE void close();

@@ -11,9 +11,12 @@ constexpr int kPreviewLength = 90;
 
 QVariantMap valueOf(const NotesDesk::Row& row)
 {
-    return {{QStringLiteral("id"), row.id},         {QStringLiteral("name"), row.name},
-            {QStringLiteral("day"), row.day},       {QStringLiteral("preview"), row.preview},
-            {QStringLiteral("category"), row.category}, {QStringLiteral("isPending"), row.isPending}};
+    return {{QStringLiteral("id"), row.id},
+            {QStringLiteral("name"), row.name},
+            {QStringLiteral("day"), row.day},
+            {QStringLiteral("preview"), row.preview},
+            {QStringLiteral("category"), row.category},
+            {QStringLiteral("isPending"), row.isPending}};
 }
 
 } // namespace
@@ -33,7 +36,8 @@ QString NotesDesk::dayText(const QDateTime& updated, const QDate& today)
         return QStringLiteral("Today");
     if (day == today.addDays(-1))
         return QStringLiteral("Yesterday");
-    return QLocale::c().toString(day, day.year() == today.year() ? QStringLiteral("d MMM") : QStringLiteral("d MMM yyyy"));
+    return QLocale::c().toString(day, day.year() == today.year() ? QStringLiteral("d MMM")
+                                                                 : QStringLiteral("d MMM yyyy"));
 }
 
 QString NotesDesk::preview(const QString& text)
@@ -70,8 +74,12 @@ NotesDesk::Row NotesDesk::rowFor(const QuickNote& note, const QDate& today)
         return cached->row;
     ++m_rowsBuilt;
     const QString name = note.firstLine();
-    Row row{note.id.toString(QUuid::WithoutBraces), name.isEmpty() ? QStringLiteral("Untitled") : name,
-            dayText(note.updatedAt, today), preview(note.text), note.category, false};
+    Row row{note.id.toString(QUuid::WithoutBraces),
+            name.isEmpty() ? QStringLiteral("Untitled") : name,
+            dayText(note.updatedAt, today),
+            preview(note.text),
+            note.category,
+            false};
     m_cache.insert(note.id, {note.text, note.updatedAt, note.category, today, row});
     return row;
 }
@@ -89,8 +97,12 @@ void NotesDesk::rebuild()
                      [](const QuickNote* a, const QuickNote* b) { return a->updatedAt > b->updatedAt; });
     QList<Row> rows;
     if (m_pending)
-        rows << Row{m_pending->id.toString(QUuid::WithoutBraces), QStringLiteral("New note"), dayText(m_clock.now(), today),
-                    {}, m_pending->category, true};
+        rows << Row{m_pending->id.toString(QUuid::WithoutBraces),
+                    QStringLiteral("New note"),
+                    dayText(m_clock.now(), today),
+                    {},
+                    m_pending->category,
+                    true};
     for (const QuickNote* note : std::as_const(shown))
         rows << rowFor(*note, today);
     for (auto it = m_cache.begin(); it != m_cache.end();) {

@@ -99,7 +99,8 @@ bool NotesMirror::sync()
         return false;
     const QString folder = QDir::cleanPath(m_config.folder);
     if (!m_files.folderExists(folder))
-        return fail(QStringLiteral("did not write the notes to ") + folder, QStringLiteral("No such file or directory"));
+        return fail(QStringLiteral("did not write the notes to ") + folder,
+                    QStringLiteral("No such file or directory"));
 
     QMap<QUuid, QString>& written = m_state.folders[folder];
     QMap<QUuid, QString> now;
@@ -113,7 +114,8 @@ bool NotesMirror::sync()
         const QString path = pathIn(folder, name);
         const QString before = written.value(note.id);
         // The note's name changed: its old file moves along, when it is still ours.
-        if (!before.isEmpty() && before != name && isOurs(pathIn(folder, before), note.id) && !m_files.exists(path)) {
+        if (!before.isEmpty() && before != name && isOurs(pathIn(folder, before), note.id) &&
+            !m_files.exists(path)) {
             if (const auto why = m_files.move(pathIn(folder, before), path)) {
                 logLine(kArea + QStringLiteral("could not move ") + before + QStringLiteral(" to ") + name +
                         QStringLiteral(" (") + *why + QStringLiteral(")"));
@@ -147,8 +149,8 @@ bool NotesMirror::sync()
         if (!isOurs(old, it.key()))
             continue;
         if (const auto why = m_files.remove(old)) {
-            logLine(kArea + QStringLiteral("could not remove the old file ") + it.value() + QStringLiteral(" (") +
-                    *why + QStringLiteral(")"));
+            logLine(kArea + QStringLiteral("could not remove the old file ") + it.value() +
+                    QStringLiteral(" (") + *why + QStringLiteral(")"));
             trouble = *why;
             allWritten = false;
         }
@@ -219,7 +221,8 @@ void NotesMirror::loadState()
                 map.insert(id, name);
         }
     }
-    m_state.lastWrite = QDateTime::fromString(json.value(QStringLiteral("lastWrite")).toString(), Qt::ISODateWithMs);
+    m_state.lastWrite =
+        QDateTime::fromString(json.value(QStringLiteral("lastWrite")).toString(), Qt::ISODateWithMs);
 }
 
 void NotesMirror::saveState()

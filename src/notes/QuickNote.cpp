@@ -46,7 +46,8 @@ std::optional<QuickNote> QuickNote::fromJson(const QJsonObject& object)
     note.createdAt = instantFrom(object.value(QStringLiteral("createdAt")));
     note.updatedAt = instantFrom(object.value(QStringLiteral("updatedAt")));
     if (!note.createdAt.isValid())
-        note.createdAt = note.updatedAt.isValid() ? note.updatedAt : QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
+        note.createdAt =
+            note.updatedAt.isValid() ? note.updatedAt : QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
     if (!note.updatedAt.isValid())
         note.updatedAt = note.createdAt;
     return note;

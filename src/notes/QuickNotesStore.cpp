@@ -26,7 +26,8 @@ StoredList::Wording notesWording()
 const QString QuickNotesStore::fileName = QStringLiteral("notes.json");
 
 QuickNotesStore::QuickNotesStore(Clock& clock, const QString& dataFolder, QObject* parent)
-    : QObject(parent), m_clock(clock), m_list(dataFolder + QLatin1Char('/') + fileName, kArea, clock, kSaveDelay)
+    : QObject(parent), m_clock(clock),
+      m_list(dataFolder + QLatin1Char('/') + fileName, kArea, clock, kSaveDelay)
 {
     m_list.setWording(notesWording());
     m_list.setSnapshot([this] {
@@ -61,7 +62,8 @@ QString QuickNotesStore::setAsideText()
 
 QString QuickNotesStore::unsavedText(const QString& reason)
 {
-    return QStringLiteral("Norva couldn't save your notes: ") + reason + QStringLiteral(". They stay here until it can.");
+    return QStringLiteral("Norva couldn't save your notes: ") + reason +
+           QStringLiteral(". They stay here until it can.");
 }
 
 void QuickNotesStore::load()
@@ -82,9 +84,9 @@ void QuickNotesStore::load()
     } else if (damaged > 0) {
         // The damaged notes are still in the file: it is kept whole until the first save sets it aside.
         m_list.keepFileBeforeNextSave();
-        logLine(kArea + QStringLiteral(": could not read ") + QString::number(damaged) + QStringLiteral(" of ") +
-                QString::number(elements.size()) + QStringLiteral(" notes in ") + fileName +
-                QStringLiteral(" (some notes are damaged); the file is kept, untouched"));
+        logLine(kArea + QStringLiteral(": could not read ") + QString::number(damaged) +
+                QStringLiteral(" of ") + QString::number(elements.size()) + QStringLiteral(" notes in ") +
+                fileName + QStringLiteral(" (some notes are damaged); the file is kept, untouched"));
         setFailure(Failure{FailureKind::unreadable, Surface::notesPage, damagedNotesText()});
     } else {
         reportSetAsideFiles();
@@ -101,8 +103,9 @@ void QuickNotesStore::reportSetAsideFiles()
     if (aside.isEmpty())
         return;
     for (const QString& name : aside)
-        logLine(kArea + QStringLiteral(": kept ") + name + QStringLiteral(" beside ") + fileName +
-                QStringLiteral(" (Norva could not read it): its notes are not in Norva until it is dealt with"));
+        logLine(
+            kArea + QStringLiteral(": kept ") + name + QStringLiteral(" beside ") + fileName +
+            QStringLiteral(" (Norva could not read it): its notes are not in Norva until it is dealt with"));
     setFailure(Failure{FailureKind::setAside, Surface::notesPage, setAsideText()});
 }
 

@@ -16,14 +16,16 @@ QString readingText(const due::Reading& reading)
 {
     if (!reading.hasTime)
         return reading.label;
-    return reading.label + QLatin1Char(' ') + due::DueParser::clockText(reading.date, localCalendar(), QLocale());
+    return reading.label + QLatin1Char(' ') +
+           due::DueParser::clockText(reading.date, localCalendar(), QLocale());
 }
 
 // Each word of the text that is not the next word of the title, found in order.
 QVariantList spansRead(const QString& text, const QString& title)
 {
     static const QRegularExpression word(QStringLiteral("\\S+"));
-    const QStringList titleWords = title.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    const QStringList titleWords =
+        title.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
     QVariantList spans;
     qsizetype next = 0;
     for (auto it = word.globalMatch(text); it.hasNext();) {
@@ -43,7 +45,8 @@ QString refusalText(TodoRefusal refusal)
     switch (refusal) {
     case TodoRefusal::notAsked:
     case TodoRefusal::denied:
-        return QStringLiteral("Norva can't reach your to-dos: there is no calendar folder yet. Your words are still here.");
+        return QStringLiteral(
+            "Norva can't reach your to-dos: there is no calendar folder yet. Your words are still here.");
     case TodoRefusal::noDefaultList:
         return QStringLiteral("Reminders has no default list. Your words are still here.");
     case TodoRefusal::notSaved:

@@ -56,8 +56,8 @@ bool DesktopColorScheme::dark() const
 
 void DesktopColorScheme::ask()
 {
-    QDBusMessage read =
-        QDBusMessage::createMethodCall(kPortalService, kPortalPath, kSettingsInterface, QStringLiteral("Read"));
+    QDBusMessage read = QDBusMessage::createMethodCall(kPortalService, kPortalPath, kSettingsInterface,
+                                                       QStringLiteral("Read"));
     read << kAppearance << kColorScheme;
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read, 2000), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {

@@ -49,14 +49,16 @@ FirstRunGuide::FirstRunGuide(SettingsStore& settings, Setup setup, QObject* pare
 QVariantList FirstRunGuide::steps() const
 {
     return {
-        makeStep(QStringLiteral("notch"), QStringLiteral("This is Norva"),
-                 QStringLiteral("The top centre of your screen is alive now. Beside the notch you'll see what's "
-                                "going on: a song, a timer, an agent waiting for you, a meeting about to start."),
-                 {sampleLine(QStringLiteral("Focus"), QStringLiteral("24:12"), QStringLiteral("\u25CF")),
-                  sampleLine(QStringLiteral("Stand-up"), QStringLiteral("in 5 min"), QStringLiteral("\u260E"))}),
+        makeStep(
+            QStringLiteral("notch"), QStringLiteral("This is Norva"),
+            QStringLiteral("The top centre of your screen is alive now. Beside the notch you'll see what's "
+                           "going on: a song, a timer, an agent waiting for you, a meeting about to start."),
+            {sampleLine(QStringLiteral("Focus"), QStringLiteral("24:12"), QStringLiteral("\u25CF")),
+             sampleLine(QStringLiteral("Stand-up"), QStringLiteral("in 5 min"), QStringLiteral("\u260E"))}),
         makeStep(QStringLiteral("open"), QStringLiteral("Open it"),
-                 QStringLiteral("Click the notch to open it, or switch on Open on hover in Settings. The pages sit "
-                                "in a row: click a tab, or scroll sideways. Move away and it closes."),
+                 QStringLiteral(
+                     "Click the notch to open it, or switch on Open on hover in Settings. The pages sit "
+                     "in a row: click a tab, or scroll sideways. Move away and it closes."),
                  {sampleLine(QStringLiteral("Music  Agents  Clipboard  Shelf  To-dos  Notes  …"))}),
         makeStep(QStringLiteral("agents"), QStringLiteral("Coding agents ask here"),
                  QStringLiteral("Off until you turn it on in Settings › Agents. Then Norva adds its hooks to "
@@ -65,12 +67,14 @@ QVariantList FirstRunGuide::steps() const
                                 "hooks/norva.json. Whenever Norva is closed, the terminal asks as usual."),
                  {sampleLine(QStringLiteral("Claude Code wants to run"), QStringLiteral("npm test"),
                              QStringLiteral("?"))}),
-        makeStep(QStringLiteral("clipboard"), QStringLiteral("Your clipboard, remembered"),
-                 QStringLiteral("On: what you copy stays on the Clipboard page, up to 50 clips. Copies that a "
-                                "password manager marks secret are never kept. Turn it off in Settings › Clipboard."),
-                 {sampleLine(QStringLiteral("git rebase main"), QStringLiteral("Terminal")),
-                  sampleLine(QStringLiteral("https://example.org/notes"), QStringLiteral("Firefox")),
-                  sampleLine(QStringLiteral("••••••••"), QStringLiteral("never kept"), QStringLiteral("\u26A0"))}),
+        makeStep(
+            QStringLiteral("clipboard"), QStringLiteral("Your clipboard, remembered"),
+            QStringLiteral(
+                "On: what you copy stays on the Clipboard page, up to 50 clips. Copies that a "
+                "password manager marks secret are never kept. Turn it off in Settings › Clipboard."),
+            {sampleLine(QStringLiteral("git rebase main"), QStringLiteral("Terminal")),
+             sampleLine(QStringLiteral("https://example.org/notes"), QStringLiteral("Firefox")),
+             sampleLine(QStringLiteral("••••••••"), QStringLiteral("never kept"), QStringLiteral("\u26A0"))}),
         makeStep(QStringLiteral("calendars"), QStringLiteral("Your calendars"),
                  QStringLiteral("To-dos and meetings are read from ") + m_setup.calendarsRoot +
                      QStringLiteral(", the folder todoman, khal and vdirsyncer share. Choose another in "

@@ -26,9 +26,9 @@ class FirstRunGuide : public QObject {
 public:
     struct Setup {
         bool firstLaunch = false;
-        QString version;        // the running Norva's
-        QString calendarsRoot;  // where the to-dos and calendars are read from, as the person reads it
-        bool remembers = true;  // false in the demo: nothing is noted in the preferences
+        QString version;       // the running Norva's
+        QString calendarsRoot; // where the to-dos and calendars are read from, as the person reads it
+        bool remembers = true; // false in the demo: nothing is noted in the preferences
     };
 
     FirstRunGuide(SettingsStore& settings, Setup setup, QObject* parent = nullptr);

@@ -71,7 +71,8 @@ QList<SettingDescription> activitySwitches()
         {"meetings", "Meetings", "A meeting about to start counts down."},
         {"timers", "Timers", "A running timer or focus round shows its time."},
         {"reminders", "To-dos falling due", "A to-do that falls due, with Done and Snooze."},
-        {"volume", "Volume and brightness", "The level while it changes (with volume changes on under Music)."},
+        {"volume", "Volume and brightness",
+         "The level while it changes (with volume changes on under Music)."},
         {"downloads", "Downloads", "A download in progress."},
         {"devices", "Devices", "A device that connects, with its battery."},
         {"charging", "Charging", "The battery when the charger comes or goes."},
@@ -84,122 +85,135 @@ QList<SettingDescription> activitySwitches()
             if (word == QLatin1String(known.word))
                 wording = &known;
         }
-        SettingDescription row = toggle(key.constData(), "activities", wording ? wording->label : "", wording ? wording->explanation : "", true);
+        SettingDescription row = toggle(key.constData(), "activities", wording ? wording->label : "",
+                                        wording ? wording->explanation : "", true);
         if (!wording) {
             row.label = word.left(1).toUpper() + word.mid(1);
             row.explanation = QStringLiteral("Its live activity beside the notch.");
         }
         rows << row;
     }
-    rows << toggle("activities.weather.v1", "activities", "Weather", "The temperature and the sky beside the notch.",
-                   false);
+    rows << toggle("activities.weather.v1", "activities", "Weather",
+                   "The temperature and the sky beside the notch.", false);
     return rows;
 }
 
 QList<SettingDescription> makeSettings()
 {
     return QList<SettingDescription>{
-        // General
-        toggle("launchAtLogin", "general", "Start Norva at login",
-               "Adds Norva to your desktop's autostart folder, so the notch is there when you log in.", false),
-        toggle("showMenuBarIcon", "general", "Show the tray icon",
-               "Open, Settings and Quit in the panel; without it, Quit stays on the notch's Settings page.", true),
-        choice("notch.motion.v1", "general", "Motion", "Reduced keeps the notch's changes short and still.",
-               QStringLiteral("full"),
-               {option(QStringLiteral("full"), "Full"), option(QStringLiteral("reduced"), "Reduced")}),
+               // General
+               toggle("launchAtLogin", "general", "Start Norva at login",
+                      "Adds Norva to your desktop's autostart folder, so the notch is there when you log in.",
+                      false),
+               toggle("showMenuBarIcon", "general", "Show the tray icon",
+                      "Open, Settings and Quit in the panel; without it, Quit stays on the notch's Settings "
+                      "page.",
+                      true),
+               choice("notch.motion.v1", "general", "Motion",
+                      "Reduced keeps the notch's changes short and still.", QStringLiteral("full"),
+                      {option(QStringLiteral("full"), "Full"), option(QStringLiteral("reduced"), "Reduced")}),
 
-        // Notch and displays
-        choice("displayChoice.v1", "notch", "Displays", "Which displays get a notch.", QStringLiteral("builtIn"),
-               {option(QStringLiteral("builtIn"), "Built-in"), option(QStringLiteral("all"), "All displays")}),
-        toggle("openOnHover.v5", "notch", "Open on hover", "Otherwise a click opens the notch.", false),
-        number("openHoverDelay", "notch", "Hover delay", "How long the pointer rests on the notch before it opens.",
-               0.12, 0.09, 1.5, 0.01, "s"),
-        toggle("notch.peekOnHover.v1", "notch", "Peek on hover",
-               "The notch grows a little first, to show what opening it would show.", true),
-        number("notch.peekDelay.v1", "notch", "Peek delay", "How long the pointer rests before the peek.", 0.07,
-               0.02, 0.5, 0.01, "s"),
-        choice("fullscreenGuard", "notch", "Over a full-screen window",
-               "Whether hovering opens the notch above a full-screen video or game.", QStringLiteral("longer"),
-               {option(QStringLiteral("normal"), "As usual"), option(QStringLiteral("longer"), "Wait longer"),
-                option(QStringLiteral("click"), "Only a click")}),
+               // Notch and displays
+               choice("displayChoice.v1", "notch", "Displays", "Which displays get a notch.",
+                      QStringLiteral("builtIn"),
+                      {option(QStringLiteral("builtIn"), "Built-in"),
+                       option(QStringLiteral("all"), "All displays")}),
+               toggle("openOnHover.v5", "notch", "Open on hover", "Otherwise a click opens the notch.",
+                      false),
+               number("openHoverDelay", "notch", "Hover delay",
+                      "How long the pointer rests on the notch before it opens.", 0.12, 0.09, 1.5, 0.01, "s"),
+               toggle("notch.peekOnHover.v1", "notch", "Peek on hover",
+                      "The notch grows a little first, to show what opening it would show.", true),
+               number("notch.peekDelay.v1", "notch", "Peek delay",
+                      "How long the pointer rests before the peek.", 0.07, 0.02, 0.5, 0.01, "s"),
+               choice("fullscreenGuard", "notch", "Over a full-screen window",
+                      "Whether hovering opens the notch above a full-screen video or game.",
+                      QStringLiteral("longer"),
+                      {option(QStringLiteral("normal"), "As usual"),
+                       option(QStringLiteral("longer"), "Wait longer"),
+                       option(QStringLiteral("click"), "Only a click")}),
 
-        // Agents
-        toggle("answerPromptsOnNotch", "agents", "Answer prompts on the notch",
-               "Adds Norva's hooks to Claude Code, Codex and Copilot CLI, backups kept; closed, the terminal asks.",
-               false, SettingNeed::agentHooks),
-        toggle("agents.watch.codex.v1", "agents", "Codex",
-               "Codex's prompts come here too; it asks you to trust the hook once.", true),
-        toggle("agents.watch.copilot.v1", "agents", "Copilot CLI",
-               "Copilot CLI's prompts come here too, from its next start.", true),
-        toggle("approvalChime", "agents", "Chime on a prompt", "A short sound when an agent waits for you.", true,
-               SettingNeed::soundPlayer),
-        toggle("approvalNotification", "agents", "Notify on a prompt",
-               "A desktop notification when an agent waits for you.", true),
-        toggle("agents.openQuestions.v1", "agents", "Open for a question",
-               "The notch opens by itself when an agent asks a question.", false),
-        toggle("agents.showClaudeUsage.v1", "agents", "Show Claude Code's usage",
-               "Adds Norva to Claude Code's status line to read its usage windows.", false),
+               // Agents
+               toggle("answerPromptsOnNotch", "agents", "Answer prompts on the notch",
+                      "Adds Norva's hooks to Claude Code, Codex and Copilot CLI, backups kept; closed, the "
+                      "terminal asks.",
+                      false, SettingNeed::agentHooks),
+               toggle("agents.watch.codex.v1", "agents", "Codex",
+                      "Codex's prompts come here too; it asks you to trust the hook once.", true),
+               toggle("agents.watch.copilot.v1", "agents", "Copilot CLI",
+                      "Copilot CLI's prompts come here too, from its next start.", true),
+               toggle("approvalChime", "agents", "Chime on a prompt",
+                      "A short sound when an agent waits for you.", true, SettingNeed::soundPlayer),
+               toggle("approvalNotification", "agents", "Notify on a prompt",
+                      "A desktop notification when an agent waits for you.", true),
+               toggle("agents.openQuestions.v1", "agents", "Open for a question",
+                      "The notch opens by itself when an agent asks a question.", false),
+               toggle("agents.showClaudeUsage.v1", "agents", "Show Claude Code's usage",
+                      "Adds Norva to Claude Code's status line to read its usage windows.", false),
 
-        // Clipboard
-        toggle("clipboard.history.v1", "clipboard", "Keep clipboard history",
-               "What you copy stays on the Clipboard page; copies marked secret are never kept.", true),
-        number("clipboardLimit", "clipboard", "Keep up to", "The oldest clips go past this; pinned ones stay.", 50,
-               5, 1000, 5, "clips"),
+               // Clipboard
+               toggle("clipboard.history.v1", "clipboard", "Keep clipboard history",
+                      "What you copy stays on the Clipboard page; copies marked secret are never kept.",
+                      true),
+               number("clipboardLimit", "clipboard", "Keep up to",
+                      "The oldest clips go past this; pinned ones stay.", 50, 5, 1000, 5, "clips"),
 
-        // Shelf
-        toggle("shelf.openOnDrop.v1", "shelf", "Open when a file is dropped",
-               "The Shelf page opens as a file lands on the notch.", true),
-        choice("shelf.keep.v1", "shelf", "Keep files on the Shelf", "Older files leave the Shelf by themselves.",
-               QStringLiteral("forever"),
-               {option(QStringLiteral("forever"), "Forever"), option(QStringLiteral("day"), "A day"),
-                option(QStringLiteral("week"), "A week")}),
-        toggle("autoShelfScreenshots", "shelf", "Screenshots on the Shelf",
-               "A new screenshot in your Pictures folder lands on the Shelf.", true),
+               // Shelf
+               toggle("shelf.openOnDrop.v1", "shelf", "Open when a file is dropped",
+                      "The Shelf page opens as a file lands on the notch.", true),
+               choice("shelf.keep.v1", "shelf", "Keep files on the Shelf",
+                      "Older files leave the Shelf by themselves.", QStringLiteral("forever"),
+                      {option(QStringLiteral("forever"), "Forever"), option(QStringLiteral("day"), "A day"),
+                       option(QStringLiteral("week"), "A week")}),
+               toggle("autoShelfScreenshots", "shelf", "Screenshots on the Shelf",
+                      "A new screenshot in your Pictures folder lands on the Shelf.", true),
 
-        // Music
-        choice("music.keepPaused.v1", "music", "Keep paused music",
-               "How long paused music stays beside the notch.", qint64(30),
-               {option(qint64(10), "10 s"), option(qint64(30), "30 s"), option(qint64(60), "1 min"),
-                option(qint64(0), "Always")}),
-        toggle("music.songPeek.v1", "music", "Show a new song", "The notch shows each new song for a moment.",
-               true),
-        toggle("music.scrollVolume.v1", "music", "Scroll for volume", "Scrolling over the notch changes the volume.",
-               true, SettingNeed::pactl),
-        toggle("replaceSystemHUD", "music", "Show volume changes", "The notch shows the volume as it changes.",
-               false, SettingNeed::pactl),
+               // Music
+               choice("music.keepPaused.v1", "music", "Keep paused music",
+                      "How long paused music stays beside the notch.", qint64(30),
+                      {option(qint64(10), "10 s"), option(qint64(30), "30 s"), option(qint64(60), "1 min"),
+                       option(qint64(0), "Always")}),
+               toggle("music.songPeek.v1", "music", "Show a new song",
+                      "The notch shows each new song for a moment.", true),
+               toggle("music.scrollVolume.v1", "music", "Scroll for volume",
+                      "Scrolling over the notch changes the volume.", true, SettingNeed::pactl),
+               toggle("replaceSystemHUD", "music", "Show volume changes",
+                      "The notch shows the volume as it changes.", false, SettingNeed::pactl),
 
-        // To-dos
-        toggle("todos.showCompleted.v1", "todos", "Show completed to-dos",
-               "Done to-dos stay on the list, struck through.", false),
+               // To-dos
+               toggle("todos.showCompleted.v1", "todos", "Show completed to-dos",
+                      "Done to-dos stay on the list, struck through.", false),
 
-        // Notes
-        choice("jot.mode.v1", "notes", "A jotted line", "Starts a note of its own, or joins the note it names.",
-               QStringLiteral("new"),
-               {option(QStringLiteral("new"), "New note"), option(QStringLiteral("append"), "Joins a note")}),
-        toggle("notesMirror.enabled", "notes", "Mirror notes to Markdown",
-               "Each note is also kept as a Markdown file in the folder below.", false),
-        text("notesMirror.folder", "notes", "Mirror folder", "Where the Markdown files go.", Kind::folder,
-             SettingNeed::notesFolder),
+               // Notes
+               choice("jot.mode.v1", "notes", "A jotted line",
+                      "Starts a note of its own, or joins the note it names.", QStringLiteral("new"),
+                      {option(QStringLiteral("new"), "New note"),
+                       option(QStringLiteral("append"), "Joins a note")}),
+               toggle("notesMirror.enabled", "notes", "Mirror notes to Markdown",
+                      "Each note is also kept as a Markdown file in the folder below.", false),
+               text("notesMirror.folder", "notes", "Mirror folder", "Where the Markdown files go.",
+                    Kind::folder, SettingNeed::notesFolder),
 
-        // Timer
-        toggle("timers.sound.v1", "timer", "Sound when a timer ends", "Plays your sound theme's \"complete\".",
-               true, SettingNeed::soundPlayer),
+               // Timer
+               toggle("timers.sound.v1", "timer", "Sound when a timer ends",
+                      "Plays your sound theme's \"complete\".", true, SettingNeed::soundPlayer),
 
-        // Weather
-        choice("weather.unit.v1", "weather", "Temperature unit", "As the desktop follows your region's unit.",
-               QVariant(),
-               {option(QVariant(), "As the desktop"), option(QStringLiteral("celsius"), "Celsius"),
-                option(QStringLiteral("fahrenheit"), "Fahrenheit")}),
+               // Weather
+               choice("weather.unit.v1", "weather", "Temperature unit",
+                      "As the desktop follows your region's unit.", QVariant(),
+                      {option(QVariant(), "As the desktop"), option(QStringLiteral("celsius"), "Celsius"),
+                       option(QStringLiteral("fahrenheit"), "Fahrenheit")}),
 
-        // Calendar
-        text("calendars.folder.v1", "calendar", "Calendars folder",
-             "Where your calendars and to-dos live; empty finds the one todoman or khal use.", Kind::folder,
-             SettingNeed::calendarsFolder),
-        number("meetings.leadMinutes.v1", "calendar", "Show a meeting", "Minutes before it starts.", 10, 1, 120, 1,
-               "min"),
-        text("meetings.addresses.v1", "calendar", "Your addresses",
-             "Your e-mail addresses, by commas, to tell the invitations you declined."),
-    } + activitySwitches();
+               // Calendar
+               text("calendars.folder.v1", "calendar", "Calendars folder",
+                    "Where your calendars and to-dos live; empty finds the one todoman or khal use.",
+                    Kind::folder, SettingNeed::calendarsFolder),
+               number("meetings.leadMinutes.v1", "calendar", "Show a meeting", "Minutes before it starts.",
+                      10, 1, 120, 1, "min"),
+               text("meetings.addresses.v1", "calendar", "Your addresses",
+                    "Your e-mail addresses, by commas, to tell the invitations you declined."),
+           } +
+           activitySwitches();
 }
 
 } // namespace
@@ -207,23 +221,27 @@ QList<SettingDescription> makeSettings()
 const QList<Group>& groups()
 {
     static const QList<Group> list = {
-        {QStringLiteral("general"), QStringLiteral("General"), QStringLiteral("Starting Norva, the tray and motion.")},
+        {QStringLiteral("general"), QStringLiteral("General"),
+         QStringLiteral("Starting Norva, the tray and motion.")},
         {QStringLiteral("notch"), QStringLiteral("Notch and displays"),
          QStringLiteral("Where the notch is and how it opens.")},
         {QStringLiteral("activities"), QStringLiteral("Closed notch activities"),
          QStringLiteral("What may show beside the closed notch.")},
         {QStringLiteral("agents"), QStringLiteral("Agents"),
          QStringLiteral("Claude Code, Codex and Copilot CLI on the notch.")},
-        {QStringLiteral("clipboard"), QStringLiteral("Clipboard"), QStringLiteral("The history of what you copy.")},
+        {QStringLiteral("clipboard"), QStringLiteral("Clipboard"),
+         QStringLiteral("The history of what you copy.")},
         {QStringLiteral("shelf"), QStringLiteral("Shelf"), QStringLiteral("Files dropped on the notch.")},
         {QStringLiteral("music"), QStringLiteral("Music"), QStringLiteral("Now playing and the volume.")},
         {QStringLiteral("todos"), QStringLiteral("To-dos"),
          QStringLiteral("Your to-dos live in the calendars folder (see Calendar).")},
-        {QStringLiteral("notes"), QStringLiteral("Notes"), QStringLiteral("Quick notes and their Markdown mirror.")},
+        {QStringLiteral("notes"), QStringLiteral("Notes"),
+         QStringLiteral("Quick notes and their Markdown mirror.")},
         {QStringLiteral("timer"), QStringLiteral("Timer"), QStringLiteral("Timers and focus rounds.")},
         {QStringLiteral("weather"), QStringLiteral("Weather"),
          QStringLiteral("Choose the place on the Weather page.")},
-        {QStringLiteral("calendar"), QStringLiteral("Calendar"), QStringLiteral("Meetings from your calendars.")},
+        {QStringLiteral("calendar"), QStringLiteral("Calendar"),
+         QStringLiteral("Meetings from your calendars.")},
     };
     return list;
 }

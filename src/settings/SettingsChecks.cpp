@@ -12,8 +12,9 @@ namespace norva {
 SettingsChecks::Probes SettingsChecks::desktopProbes(std::function<bool()> hooksInstalled,
                                                      std::function<QString()> hooksStatus)
 {
-    return {[](const QString& name) { return QStandardPaths::findExecutable(name); }, std::move(hooksInstalled),
-            std::move(hooksStatus), [](const QString& setting) { return VdirRoot::locate(setting); }};
+    return {[](const QString& name) { return QStandardPaths::findExecutable(name); },
+            std::move(hooksInstalled), std::move(hooksStatus),
+            [](const QString& setting) { return VdirRoot::locate(setting); }};
 }
 
 QString SettingsChecks::homeShort(const QString& path)
@@ -36,7 +37,8 @@ std::optional<SettingStatus> SettingsChecks::status(SettingNeed need, const Sett
             return std::nullopt;
         if (m_probes.agentHooksInstalled())
             return SettingStatus{true, m_probes.agentHooksStatus(), {}};
-        return SettingStatus{false, QStringLiteral("Not connected: Norva couldn't write ~/.claude/settings.json."),
+        return SettingStatus{false,
+                             QStringLiteral("Not connected: Norva couldn't write ~/.claude/settings.json."),
                              QStringLiteral("Check its permissions, then switch this off and on again.")};
     case SettingNeed::calendarsFolder:
         return calendars(settings);
@@ -57,14 +59,16 @@ SettingStatus SettingsChecks::calendars(const SettingsStore& settings) const
     const QDir folder(root);
     if (!folder.exists())
         return {false, homeShort(root) + QStringLiteral(" doesn't exist yet."),
-                QStringLiteral("Set up vdirsyncer, todoman or khal, or type the folder that holds your calendars.")};
+                QStringLiteral(
+                    "Set up vdirsyncer, todoman or khal, or type the folder that holds your calendars.")};
     const int count = int(folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
     if (count == 0)
         return {false, homeShort(root) + QStringLiteral(" holds no calendar yet."),
                 QStringLiteral("Sync one with vdirsyncer, or make a folder in it for your to-dos.")};
     return {true,
-            QStringLiteral("Reads %1 %2 in ").arg(count).arg(count == 1 ? QStringLiteral("calendar")
-                                                                        : QStringLiteral("calendars")) +
+            QStringLiteral("Reads %1 %2 in ")
+                    .arg(count)
+                    .arg(count == 1 ? QStringLiteral("calendar") : QStringLiteral("calendars")) +
                 homeShort(root) + QLatin1Char('.'),
             {}};
 }
@@ -77,15 +81,17 @@ std::optional<SettingStatus> SettingsChecks::notesFolder(const SettingsStore& se
     if (path.trimmed().isEmpty())
         return SettingStatus{false, QStringLiteral("No folder is chosen, so no file is written."),
                              QStringLiteral("Type the folder the Markdown files should go to.")};
-    const QFileInfo folder(QDir::cleanPath(path.startsWith(QLatin1Char('~')) ? QDir::homePath() + path.mid(1) : path));
+    const QFileInfo folder(
+        QDir::cleanPath(path.startsWith(QLatin1Char('~')) ? QDir::homePath() + path.mid(1) : path));
     if (!folder.isDir())
         return SettingStatus{false, homeShort(folder.filePath()) + QStringLiteral(" doesn't exist."),
                              QStringLiteral("Make the folder, or type another.")};
     if (!folder.isWritable())
-        return SettingStatus{false, QStringLiteral("Norva can't write in ") + homeShort(folder.filePath()) +
-                                        QLatin1Char('.'),
-                             QStringLiteral("Check the folder's permissions, or type another.")};
-    return SettingStatus{true, QStringLiteral("Writes into ") + homeShort(folder.filePath()) + QLatin1Char('.'), {}};
+        return SettingStatus{
+            false, QStringLiteral("Norva can't write in ") + homeShort(folder.filePath()) + QLatin1Char('.'),
+            QStringLiteral("Check the folder's permissions, or type another.")};
+    return SettingStatus{
+        true, QStringLiteral("Writes into ") + homeShort(folder.filePath()) + QLatin1Char('.'), {}};
 }
 
 SettingStatus SettingsChecks::soundPlayer() const

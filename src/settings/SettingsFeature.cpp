@@ -25,9 +25,9 @@ SettingsFeature::SettingsFeature(SettingsStore& settings, bool firstLaunch, bool
 {
     m_hooks->live();
     HookPresence* hooks = m_hooks.get();
-    SettingsChecks checks(SettingsChecks::desktopProbes(
-        [hooks] { return hooks->isOn(CodingAgent::claude); },
-        [hooks] { return hooks->statusText(CodingAgent::claude); }));
+    SettingsChecks checks(
+        SettingsChecks::desktopProbes([hooks] { return hooks->isOn(CodingAgent::claude); },
+                                      [hooks] { return hooks->statusText(CodingAgent::claude); }));
     m_window = std::make_unique<SettingsWindowModel>(settings, std::move(checks), connectedDisplays);
     connect(m_hooks.get(), &HookPresence::changed, m_window.get(), &SettingsWindowModel::refresh);
 

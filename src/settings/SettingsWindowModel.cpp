@@ -41,8 +41,8 @@ QVariantMap statusMap(const std::optional<SettingStatus>& status)
 
 } // namespace
 
-SettingsWindowModel::SettingsWindowModel(SettingsStore& settings, SettingsChecks checks, ListDisplays displays,
-                                         QObject* parent)
+SettingsWindowModel::SettingsWindowModel(SettingsStore& settings, SettingsChecks checks,
+                                         ListDisplays displays, QObject* parent)
     : QObject(parent), m_settings(settings), m_checks(std::move(checks)), m_displays(std::move(displays))
 {
     // Every key the window shows follows outside edits, the feature-owned ones included.
@@ -113,7 +113,8 @@ QVariant SettingsWindowModel::value(const QString& key) const
     case SettingDescription::Kind::number:
         if (row->storesWholeNumbers()) {
             const auto stored = m_settings.storedInteger(key);
-            return stored ? QVariant(qint64(SettingsStore::clamp(double(*stored), row->lowest, row->highest, row->step)))
+            return stored ? QVariant(qint64(
+                                SettingsStore::clamp(double(*stored), row->lowest, row->highest, row->step)))
                           : row->fallback;
         } else {
             const auto stored = m_settings.storedNumber(key);
@@ -165,7 +166,8 @@ void SettingsWindowModel::setValue(const QString& key, const QVariant& value)
         if (!isNumber || !std::isfinite(number))
             return; // the field keeps showing the stored value
         const double clamped = SettingsStore::clamp(number, row->lowest, row->highest, row->step);
-        m_settings.write(row->storesWholeNumbers() ? QVariant(qint64(std::llround(clamped))) : QVariant(clamped), key);
+        m_settings.write(
+            row->storesWholeNumbers() ? QVariant(qint64(std::llround(clamped))) : QVariant(clamped), key);
         return;
     }
     case SettingDescription::Kind::choice:
@@ -187,22 +189,27 @@ QVariantList SettingsWindowModel::optionsOf(const SettingDescription& row) const
 {
     QVariantList options;
     for (const SettingOption& option : row.options)
-        options.append(QVariantMap{{QStringLiteral("value"), option.value}, {QStringLiteral("label"), option.label}});
+        options.append(
+            QVariantMap{{QStringLiteral("value"), option.value}, {QStringLiteral("label"), option.label}});
     if (row.key == SettingsCatalog::displayChoiceKey && m_displays) {
         const DisplayChoice chosen = m_settings.displayChoice();
         bool chosenIsHere = chosen.kind != DisplayChoice::Kind::display;
         for (const Display& display : m_displays()) {
             // The chosen display keeps its stored text, so the choice shows as taken.
-            const bool isChosen = chosen.kind == DisplayChoice::Kind::display && display.id == chosen.displayId;
+            const bool isChosen =
+                chosen.kind == DisplayChoice::Kind::display && display.id == chosen.displayId;
             chosenIsHere = chosenIsHere || isChosen;
-            const QString raw = isChosen ? chosen.raw()
-                                         : DisplayChoice{DisplayChoice::Kind::display, display.id, display.name}.raw();
-            options.append(QVariantMap{{QStringLiteral("value"), raw}, {QStringLiteral("label"), display.name}});
+            const QString raw =
+                isChosen ? chosen.raw()
+                         : DisplayChoice{DisplayChoice::Kind::display, display.id, display.name}.raw();
+            options.append(
+                QVariantMap{{QStringLiteral("value"), raw}, {QStringLiteral("label"), display.name}});
         }
         // The notch falls back to the built-in display meanwhile; the choice is kept for its return.
         if (!chosenIsHere)
-            options.append(QVariantMap{{QStringLiteral("value"), chosen.raw()},
-                                       {QStringLiteral("label"), chosen.displayName + QStringLiteral(" (away)")}});
+            options.append(
+                QVariantMap{{QStringLiteral("value"), chosen.raw()},
+                            {QStringLiteral("label"), chosen.displayName + QStringLiteral(" (away)")}});
     }
     return options;
 }

@@ -8,7 +8,8 @@ const QList<Release>& releases()
 {
     static const QList<Release> list = {
         {QStringLiteral("0.1.0"),
-         {QStringLiteral("A settings window with every setting, from the notch, the tray or norva --settings."),
+         {QStringLiteral(
+              "A settings window with every setting, from the notch, the tray or norva --settings."),
           QStringLiteral("Norva installs with cmake --install, with its icon and menu entry."),
           QStringLiteral("Quit sits on the Settings page, for desktops without a tray.")}},
     };

@@ -17,6 +17,7 @@ const QList<Release>& releases();
 
 // The lines of the releases after `lastSeen` up to and including `current`, newest first. With
 // nothing seen before (a Norva from before the card), only the current release's lines.
-QStringList linesSince(const QString& lastSeen, const QString& current, const QList<Release>& list = releases());
+QStringList linesSince(const QString& lastSeen, const QString& current,
+                       const QList<Release>& list = releases());
 
 } // namespace norva::WhatsNew

@@ -54,8 +54,8 @@ void StoredList::take(const Read& read)
         logLine(halfWrittenLine(m_area, name));
     m_unreadable = !read.failure.isEmpty();
     if (m_unreadable)
-        logLine(m_area + QStringLiteral(": could not read ") + fileName() + QStringLiteral(" (") + read.failure +
-                QStringLiteral("); started without it"));
+        logLine(m_area + QStringLiteral(": could not read ") + fileName() + QStringLiteral(" (") +
+                read.failure + QStringLiteral("); started without it"));
 }
 
 QJsonArray StoredList::load()
@@ -93,7 +93,8 @@ bool StoredList::save()
     m_lastSaveFailure = writeFileAtomically(m_path, bytes);
     if (m_lastSaveFailure) {
         logLine(m_area + QStringLiteral(": could not save ") + fileName() + QStringLiteral(" (") +
-                *m_lastSaveFailure + QStringLiteral("); the list stays as it is and is saved at its next change"));
+                *m_lastSaveFailure +
+                QStringLiteral("); the list stays as it is and is saved at its next change"));
         return false;
     }
     return true;

@@ -312,7 +312,8 @@ QString TimerManager::nextText() const
 {
     if (!m_state)
         return {};
-    return phase() ? FocusRounds::nextText(*phase(), m_state->completedRounds) : FocusRounds::freeCountdownText();
+    return phase() ? FocusRounds::nextText(*phase(), m_state->completedRounds)
+                   : FocusRounds::freeCountdownText();
 }
 
 // Whole seconds, counted up: "0:01" shows until the very end, "0:00" never lingers.

@@ -40,7 +40,7 @@ class TimerManager : public QObject {
     Q_PROPERTY(QVariantList presets READ presets CONSTANT)
 
 public:
-    static const QString activityId;      // "timer"
+    static const QString activityId; // "timer"
     static constexpr int kActivityPriority = ActivityKinds::of(ActivityContent::Kind::timer).priority;
     // Seconds of the free countdowns offered with one click.
     static constexpr int kPresets[] = {60, 300, 600, 900, 1500, 2700, 3600};

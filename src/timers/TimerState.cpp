@@ -1,6 +1,5 @@
 #include "timers/TimerState.h"
 
-
 #include <QJsonArray>
 
 #include <algorithm>
@@ -53,7 +52,8 @@ std::optional<TimerState> TimerState::fromJson(const QJsonObject& json)
         if (state.remaining < 0)
             return std::nullopt;
     } else {
-        state.endsAt = QDateTime::fromString(json.value(QStringLiteral("endsAt")).toString(), Qt::ISODateWithMs);
+        state.endsAt =
+            QDateTime::fromString(json.value(QStringLiteral("endsAt")).toString(), Qt::ISODateWithMs);
         if (!state.endsAt.isValid())
             return std::nullopt;
     }

@@ -16,7 +16,7 @@ namespace norva {
 struct TimerState {
     std::optional<FocusRounds::Phase> phase;
     int completedRounds = 0;
-    double length = 0.0;      // seconds of the whole countdown, for its progress
+    double length = 0.0; // seconds of the whole countdown, for its progress
     bool paused = false;
     QDateTime endsAt;         // while running
     double remaining = 0.0;   // while paused

@@ -1,8 +1,8 @@
 #include "ui/NorvaApp.h"
 
-#include "agents/prompts/AgentsDemo.h"
 #include "agents/CodingAgent.h"
 #include "agents/jump/JumpPlatform.h"
+#include "agents/prompts/AgentsDemo.h"
 #include "agents/usage/UsageBridge.h"
 #include "app/Log.h"
 #include "app/Paths.h"
@@ -413,7 +413,8 @@ void NorvaApp::rebuildOverlays()
             if (candidate->name() == display.id)
                 screen = candidate;
         }
-        auto overlay = std::make_unique<NotchOverlay>(m_engine, screen, display, m_clock, *m_settings, m_drawingPath);
+        auto overlay =
+            std::make_unique<NotchOverlay>(m_engine, screen, display, m_clock, *m_settings, m_drawingPath);
         if (!overlay->isValid())
             continue;
         overlay->notch()->setPages(pageIds);

@@ -34,13 +34,14 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
         return m_window && m_window->mask().contains(m_window->mapFromGlobal(QCursor::pos(m_screen)));
     });
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Norva/NotchWindow.qml")));
-    QObject* created = component.createWithInitialProperties(
-        {{QStringLiteral("overlay"), QVariant::fromValue(this)},
-         {QStringLiteral("notch"), QVariant::fromValue(&m_notch)}});
+    QObject* created =
+        component.createWithInitialProperties({{QStringLiteral("overlay"), QVariant::fromValue(this)},
+                                               {QStringLiteral("notch"), QVariant::fromValue(&m_notch)}});
     m_window = qobject_cast<QQuickWindow*>(created);
     if (!m_window) {
         logLine(QStringLiteral("Norva: the notch window on ") + display.name +
-                QStringLiteral(" could not be made (") + component.errorString().trimmed() + QStringLiteral(")"));
+                QStringLiteral(" could not be made (") + component.errorString().trimmed() +
+                QStringLiteral(")"));
         delete created;
         return;
     }
@@ -111,7 +112,8 @@ void NotchOverlay::applyShape()
     if (!m_window)
         return;
     // A few points of slack so the soft edge is not clipped while it moves.
-    const QRectF rect((m_size.width() - m_shape.width()) / 2 - 1, 0, m_shape.width() + 2, m_shape.height() + 1);
+    const QRectF rect((m_size.width() - m_shape.width()) / 2 - 1, 0, m_shape.width() + 2,
+                      m_shape.height() + 1);
     const double bottomRadius = m_bottomRadius;
     // Square top corners against the screen edge, rounded bottom ones, like the notch itself.
     QPainterPath path;

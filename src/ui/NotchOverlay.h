@@ -7,15 +7,14 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QScreen>
 #include <QSize>
 #include <QSizeF>
-#include <QScreen>
 
 #include <memory>
 
 class QQmlEngine;
 class QQuickWindow;
-
 
 namespace norva {
 

@@ -26,8 +26,8 @@ void onSignal(int number)
 QuitOnSignals::QuitOnSignals(QObject* parent) : QObject(parent)
 {
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, g_pipe) != 0) {
-        logLine(QStringLiteral("Norva: cannot listen for quit signals (") + QString::fromLocal8Bit(std::strerror(errno)) +
-                QStringLiteral(")"));
+        logLine(QStringLiteral("Norva: cannot listen for quit signals (") +
+                QString::fromLocal8Bit(std::strerror(errno)) + QStringLiteral(")"));
         return;
     }
     m_notifier = new QSocketNotifier(g_pipe[0], QSocketNotifier::Read, this);

@@ -7,7 +7,9 @@
 
 namespace norva {
 
-SettingsWindowHost::SettingsWindowHost(QQmlEngine& engine, QObject* parent) : QObject(parent), m_engine(engine) {}
+SettingsWindowHost::SettingsWindowHost(QQmlEngine& engine, QObject* parent)
+    : QObject(parent), m_engine(engine)
+{}
 
 SettingsWindowHost::~SettingsWindowHost()
 {
@@ -21,7 +23,8 @@ bool SettingsWindowHost::open()
         m_window = qobject_cast<QQuickWindow*>(component.create());
         if (!m_window) {
             logLine(QStringLiteral("Norva settings: the settings window could not be made (") +
-                    component.errorString().trimmed() + QStringLiteral("); the notch's Settings page still works"));
+                    component.errorString().trimmed() +
+                    QStringLiteral("); the notch's Settings page still works"));
             return false;
         }
     }

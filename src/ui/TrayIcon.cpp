@@ -35,10 +35,17 @@ TrayIcon::TrayIcon(SettingsStore& settings, QObject* parent)
     connect(&m_item, &StatusNotifierItem::activated, this, &TrayIcon::openRequested);
     connect(&m_item, &StatusNotifierItem::menuTriggered, this, [this](int id) {
         switch (id) {
-        case openEntry: emit openRequested(); break;
-        case settingsEntry: emit settingsRequested(); break;
-        case quitEntry: emit quitRequested(); break;
-        default: break;
+        case openEntry:
+            emit openRequested();
+            break;
+        case settingsEntry:
+            emit settingsRequested();
+            break;
+        case quitEntry:
+            emit quitRequested();
+            break;
+        default:
+            break;
         }
     });
     connect(&m_settings, &SettingsStore::changed, this, &TrayIcon::follow);

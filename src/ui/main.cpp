@@ -18,27 +18,34 @@ namespace {
 // Norva's command line, set up the same way for the early answer and for the real start.
 struct CommandLine {
     QCommandLineParser parser;
-    const QCommandLineOption demo{QStringLiteral("demo"),
-                                  QStringLiteral("Show sample live activities; nothing of your own data is touched.")};
-    const QCommandLineOption firstFrame{QStringLiteral("exit-after-first-frame"),
-                                        QStringLiteral("Print the time to the first drawn frame and exit (benchmark).")};
-    const QCommandLineOption openPage{QStringLiteral("open-page"),
-                                      QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
-                                      QStringLiteral("page")};
-    const QCommandLineOption demoScene{QStringLiteral("demo-scene"),
-                                       QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
-                                       QStringLiteral("scene"), QStringLiteral("all")};
-    const QCommandLineOption jot{QStringLiteral("jot"),
-                                 QStringLiteral("Open the jot sheet (in the running Norva, or in this one as it starts).")};
+    const QCommandLineOption demo{
+        QStringLiteral("demo"),
+        QStringLiteral("Show sample live activities; nothing of your own data is touched.")};
+    const QCommandLineOption firstFrame{
+        QStringLiteral("exit-after-first-frame"),
+        QStringLiteral("Print the time to the first drawn frame and exit (benchmark).")};
+    const QCommandLineOption openPage{
+        QStringLiteral("open-page"),
+        QStringLiteral("Start with the notch open on this page (music, agents, ...)."),
+        QStringLiteral("page")};
+    const QCommandLineOption demoScene{
+        QStringLiteral("demo-scene"),
+        QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
+        QStringLiteral("scene"), QStringLiteral("all")};
+    const QCommandLineOption jot{
+        QStringLiteral("jot"),
+        QStringLiteral("Open the jot sheet (in the running Norva, or in this one as it starts).")};
     const QCommandLineOption settings{
         QStringLiteral("settings"),
         QStringLiteral("Open the settings window (in the running Norva, or in this one as it starts).")};
-    const QCommandLineOption introStep{QStringLiteral("intro-step"),
-                                       QStringLiteral("Start with the notch open on this step of the introduction (0-4)."),
-                                       QStringLiteral("step")};
-    const QCommandLineOption open{QStringLiteral("open"),
-                                  QStringLiteral("Open the notch, on the page named after it if one is (in the running "
-                                                 "Norva, or in this one as it starts).")};
+    const QCommandLineOption introStep{
+        QStringLiteral("intro-step"),
+        QStringLiteral("Start with the notch open on this step of the introduction (0-4)."),
+        QStringLiteral("step")};
+    const QCommandLineOption open{
+        QStringLiteral("open"),
+        QStringLiteral("Open the notch, on the page named after it if one is (in the running "
+                       "Norva, or in this one as it starts).")};
 
     CommandLine()
     {
@@ -47,7 +54,8 @@ struct CommandLine {
         parser.addHelpOption();
         parser.addVersionOption();
         parser.addOptions({jot, open, settings, demo, demoScene, firstFrame, openPage, introStep});
-        parser.addPositionalArgument(QStringLiteral("page"), QStringLiteral("The page --open opens (music, notes, ...)."),
+        parser.addPositionalArgument(QStringLiteral("page"),
+                                     QStringLiteral("The page --open opens (music, notes, ...)."),
                                      QStringLiteral("[page]"));
     }
 };
@@ -106,13 +114,15 @@ int main(int argc, char* argv[])
     norva::SingleInstance instance(norva::Paths::stateFolder() + QStringLiteral("/norva.lock"));
     const QString door = norva::Paths::stateFolder() + QStringLiteral("/norva.door");
     const QString pageToOpen = parser.positionalArguments().value(0);
-    if (!instance.isFirst() && parser.isSet(commandLine.jot) && norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
+    if (!instance.isFirst() && parser.isSet(commandLine.jot) &&
+        norva::CommandDoor::send(door, norva::CommandDoor::jotWord))
         return 0;
     if (!instance.isFirst() && parser.isSet(commandLine.settings) &&
         norva::CommandDoor::send(door, norva::CommandDoor::settingsWord))
         return 0;
-    const QByteArray openWord = pageToOpen.isEmpty() ? norva::CommandDoor::openWord
-                                                     : norva::CommandDoor::openWord + ' ' + pageToOpen.toUtf8();
+    const QByteArray openWord = pageToOpen.isEmpty()
+                                    ? norva::CommandDoor::openWord
+                                    : norva::CommandDoor::openWord + ' ' + pageToOpen.toUtf8();
     if (!instance.isFirst() && parser.isSet(commandLine.open) && norva::CommandDoor::send(door, openWord))
         return 0;
     if (!instance.isFirst()) {
@@ -131,18 +141,19 @@ int main(int argc, char* argv[])
     if (!drawing.logLine.isEmpty())
         norva::logLine(drawing.logLine);
 
-    norva::NorvaApp norvaApp({.demo = parser.isSet(commandLine.demo) || parser.isSet(commandLine.demoScene),
-                              .exitAfterFirstFrame = parser.isSet(commandLine.firstFrame),
-                              .openPage = parser.value(commandLine.openPage),
-                              .demoScene = parser.value(commandLine.demoScene),
-                              .session = session,
-                              .jot = parser.isSet(commandLine.jot),
-                              .settings = parser.isSet(commandLine.settings),
-                              .introStep = parser.isSet(commandLine.introStep)
-                                               ? std::optional<int>(parser.value(commandLine.introStep).toInt())
-                                               : std::nullopt,
-                              .open = parser.isSet(commandLine.open),
-                              .pageToOpen = pageToOpen});
+    norva::NorvaApp norvaApp(
+        {.demo = parser.isSet(commandLine.demo) || parser.isSet(commandLine.demoScene),
+         .exitAfterFirstFrame = parser.isSet(commandLine.firstFrame),
+         .openPage = parser.value(commandLine.openPage),
+         .demoScene = parser.value(commandLine.demoScene),
+         .session = session,
+         .jot = parser.isSet(commandLine.jot),
+         .settings = parser.isSet(commandLine.settings),
+         .introStep = parser.isSet(commandLine.introStep)
+                          ? std::optional<int>(parser.value(commandLine.introStep).toInt())
+                          : std::nullopt,
+         .open = parser.isSet(commandLine.open),
+         .pageToOpen = pageToOpen});
     if (!norvaApp.start())
         return 1;
     return QGuiApplication::exec();

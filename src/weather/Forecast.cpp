@@ -109,7 +109,8 @@ ForecastOutcome Forecast::fromAnswer(const QByteArray& body)
     if (!temperature || !weatherCode)
         return {std::nullopt, QStringLiteral("Open-Meteo sent no current conditions")};
     Forecast forecast;
-    forecast.current = {*temperature, dayFlag(current.value(QStringLiteral("is_day"))).value_or(true), *weatherCode};
+    forecast.current = {*temperature, dayFlag(current.value(QStringLiteral("is_day"))).value_or(true),
+                        *weatherCode};
     forecast.utcOffsetSeconds = int(number(answer.value(QStringLiteral("utc_offset_seconds"))).value_or(0));
     forecast.hours = readHours(answer.value(QStringLiteral("hourly")).toObject(), forecast.utcOffsetSeconds);
     forecast.days = readDays(answer.value(QStringLiteral("daily")).toObject());

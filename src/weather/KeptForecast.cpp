@@ -48,7 +48,9 @@ std::optional<KeptForecast> KeptForecast::fromJson(const QByteArray& bytes)
     const QJsonObject answer = object.value(kAnswer).toObject();
     if (!fetchedAt.isValid() || !latitude || !longitude || !unit || answer.isEmpty())
         return std::nullopt;
-    return KeptForecast{fetchedAt, {object.value(kPlaceName).toString(), *latitude, *longitude}, *unit,
+    return KeptForecast{fetchedAt,
+                        {object.value(kPlaceName).toString(), *latitude, *longitude},
+                        *unit,
                         QJsonDocument(answer).toJson(QJsonDocument::Compact)};
 }
 
@@ -69,10 +71,11 @@ std::optional<KeptForecast> KeptForecast::load(const QString& path, const QDateT
     // Set aside rather than overwritten by the next fetch: whatever it holds stays readable.
     const QString aside = unreadableCopyName(path, now);
     const bool setAside = QFile::rename(path, aside);
-    logLine(QStringLiteral("Norva Weather: reading the kept forecast failed (") + path +
-            QStringLiteral(" is not a forecast Norva wrote; ") +
-            (setAside ? QStringLiteral("it is kept as ") + aside : QStringLiteral("it could not be set aside")) +
-            QLatin1Char(')'));
+    logLine(
+        QStringLiteral("Norva Weather: reading the kept forecast failed (") + path +
+        QStringLiteral(" is not a forecast Norva wrote; ") +
+        (setAside ? QStringLiteral("it is kept as ") + aside : QStringLiteral("it could not be set aside")) +
+        QLatin1Char(')'));
     return std::nullopt;
 }
 

@@ -55,13 +55,14 @@ QVariantList dayRows(const QList<DayForecast>& days, const QDate& today)
     const QLocale english(QLocale::English);
     QVariantList rows;
     for (const DayForecast& day : days) {
-        rows.append(QVariantMap{
-            {QStringLiteral("label"), day.date == today ? QStringLiteral("Today")
-                                                        : english.dayName(day.date.dayOfWeek(), QLocale::ShortFormat)},
-            {QStringLiteral("maximum"), temperatureText(day.maximum)},
-            {QStringLiteral("minimum"), temperatureText(day.minimum)},
-            {QStringLiteral("glyph"), WeatherCondition::glyph(day.code, true)},
-            {QStringLiteral("text"), WeatherCondition::describe(day.code)}});
+        rows.append(
+            QVariantMap{{QStringLiteral("label"),
+                         day.date == today ? QStringLiteral("Today")
+                                           : english.dayName(day.date.dayOfWeek(), QLocale::ShortFormat)},
+                        {QStringLiteral("maximum"), temperatureText(day.maximum)},
+                        {QStringLiteral("minimum"), temperatureText(day.minimum)},
+                        {QStringLiteral("glyph"), WeatherCondition::glyph(day.code, true)},
+                        {QStringLiteral("text"), WeatherCondition::describe(day.code)}});
     }
     return rows;
 }

@@ -9,8 +9,7 @@ WeatherFeature::WeatherFeature(Clock& clock, SettingsStore& settings)
     : m_service(std::make_unique<WeatherService>(clock, settings, Platform::systemTemperatureUnit(),
                                                  KeptForecast::defaultPath())),
       m_picker(std::make_unique<WeatherPlacePicker>(*m_service, clock))
-{
-}
+{}
 
 QList<std::pair<QString, QObject*>> WeatherFeature::qmlObjects() const
 {

@@ -9,8 +9,7 @@ namespace norva {
 
 WeatherPlacePicker::WeatherPlacePicker(WeatherService& weather, Clock& clock, QObject* parent)
     : QObject(parent), m_weather(weather), m_clock(clock)
-{
-}
+{}
 
 void WeatherPlacePicker::setQuery(const QString& query)
 {

@@ -140,24 +140,26 @@ void WeatherService::locate(quint64 generation)
 void WeatherService::askLocationService(quint64 generation, int index, QStringList reasons)
 {
     const QUrl address = index == 0 ? m_wanted.addresses.location : m_wanted.addresses.locationFallback;
-    m_http.get(address, locationTimeout, [this, generation, index, address, reasons](const HttpAnswer& answer) mutable {
-        if (generation != m_generation)
-            return;
-        const QString service = address.host();
-        const auto place = answer.ok() ? GeoPlace::fromLocationAnswer(answer.body) : std::nullopt;
-        if (place) {
-            m_locating = false;
-            fetch(generation, *place, false);
-            return;
-        }
-        reasons << (answer.ok() ? service + QStringLiteral(" gave no position") : whyNot(service, answer));
-        if (index == 0) {
-            askLocationService(generation, 1, reasons);
-            return;
-        }
-        m_locating = false;
-        noteFailure(T::cannotPlace, T::locatingFailed, reasons.join(QStringLiteral("; ")));
-    });
+    m_http.get(address, locationTimeout,
+               [this, generation, index, address, reasons](const HttpAnswer& answer) mutable {
+                   if (generation != m_generation)
+                       return;
+                   const QString service = address.host();
+                   const auto place = answer.ok() ? GeoPlace::fromLocationAnswer(answer.body) : std::nullopt;
+                   if (place) {
+                       m_locating = false;
+                       fetch(generation, *place, false);
+                       return;
+                   }
+                   reasons << (answer.ok() ? service + QStringLiteral(" gave no position")
+                                           : whyNot(service, answer));
+                   if (index == 0) {
+                       askLocationService(generation, 1, reasons);
+                       return;
+                   }
+                   m_locating = false;
+                   noteFailure(T::cannotPlace, T::locatingFailed, reasons.join(QStringLiteral("; ")));
+               });
 }
 
 void WeatherService::fetch(quint64 generation, const GeoPlace& place, bool manual)
@@ -250,7 +252,8 @@ void WeatherService::searchPlaces(const QString& query, PlacesDone done)
                                               {QStringLiteral("language"), QStringLiteral("en")},
                                               {QStringLiteral("format"), QStringLiteral("json")}});
     if (!address) {
-        logFailure(T::searchFailed, m_wanted.addresses.geocoding.toString() + QStringLiteral(" is not a web address"));
+        logFailure(T::searchFailed,
+                   m_wanted.addresses.geocoding.toString() + QStringLiteral(" is not a web address"));
         done(std::nullopt);
         return;
     }
@@ -349,7 +352,8 @@ void WeatherService::setUnitChoice(const QString& choice)
 
 QString WeatherService::unitLabel() const
 {
-    const QString symbol = unit() == TemperatureUnit::fahrenheit ? QStringLiteral("\u00B0F") : QStringLiteral("\u00B0C");
+    const QString symbol =
+        unit() == TemperatureUnit::fahrenheit ? QStringLiteral("\u00B0F") : QStringLiteral("\u00B0C");
     return WeatherSettings::chosenUnit(m_settings) ? symbol : symbol + QStringLiteral(" (system)");
 }
 

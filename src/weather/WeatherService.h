@@ -46,11 +46,11 @@ class WeatherService : public QObject {
 public:
     enum class Status { idle, loading, ready, failed };
 
-    static constexpr Seconds refreshInterval{900.0};    // a fetch every 15 minutes
+    static constexpr Seconds refreshInterval{900.0}; // a fetch every 15 minutes
     static constexpr Seconds forecastTimeout{10.0};
-    static constexpr Seconds geocodingTimeout{8.0};     // built with 60 s, then narrowed for typing
-    static constexpr Seconds locationTimeout{10.0};     // each location service
-    static constexpr Seconds oldAfter{3 * 3600.0};      // a kept forecast this old is shown as old
+    static constexpr Seconds geocodingTimeout{8.0}; // built with 60 s, then narrowed for typing
+    static constexpr Seconds locationTimeout{10.0}; // each location service
+    static constexpr Seconds oldAfter{3 * 3600.0};  // a kept forecast this old is shown as old
     static constexpr int hoursShown = 6;
 
     // `desktopUnit` is the desktop's temperature unit; "weather.unit.v1" overrides it.
@@ -123,7 +123,8 @@ private:
     void askLocationService(quint64 generation, int index, QStringList reasons);
     void fetch(quint64 generation, const GeoPlace& place, bool manual);
     void applyAnswer(const GeoPlace& place, bool manual, const Forecast& forecast, const QByteArray& body);
-    void showForecast(const Forecast& forecast, const QString& placeName, bool manual, const QDateTime& fetchedAt);
+    void showForecast(const Forecast& forecast, const QString& placeName, bool manual,
+                      const QDateTime& fetchedAt);
     void noteFailure(const QString& userText, const QString& what, const QString& cause);
     void restoreKept();
 

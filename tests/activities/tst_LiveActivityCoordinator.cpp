@@ -97,7 +97,8 @@ private slots:
         const QString drawn = QString::fromLatin1(row.look.drawn);
         QVERIFY(QStringList({"character", "dot", "bars"}).contains(drawn));
         QVERIFY(drawn == QLatin1String("bars") || !QString::fromUtf8(row.look.glyph).isEmpty());
-        QVERIFY(QStringList({"accent", "good", "warn", "bad", "neutral"}).contains(QLatin1String(row.look.tone)));
+        QVERIFY(
+            QStringList({"accent", "good", "warn", "bad", "neutral"}).contains(QLatin1String(row.look.tone)));
         Rig rig;
         QVERIFY(rig.coordinator.allows(Kind(kind))); // every switch defaults to on
         // Every switch off: only a kind that has a switch is refused, and its own switch lets it back.
@@ -117,9 +118,10 @@ private slots:
         for (const QString& word : ActivitySettings::switchWords())
             keys << ActivitySettings::keyFor(word);
         keys.sort();
-        QCOMPARE(keys, QStringList({"activities.charging.v1", "activities.devices.v1", "activities.downloads.v1",
-                                    "activities.meetings.v1", "activities.reminders.v1", "activities.timers.v1",
-                                    "activities.volume.v1"}));
+        QCOMPARE(keys,
+                 QStringList({"activities.charging.v1", "activities.devices.v1", "activities.downloads.v1",
+                              "activities.meetings.v1", "activities.reminders.v1", "activities.timers.v1",
+                              "activities.volume.v1"}));
     }
 
     void turningOffTheDownloadsSwitchParksADownloadAndBringsBackItsLatestState()

@@ -20,54 +20,71 @@ private slots:
     {
         // The waiting hook, which names its agent and phase: a prompt's id, or a never-allow check's key.
         QTest::addColumn<QString>("hook");
-        QTest::addColumn<QString>("answer");   // allow, trusted, deny, team allow, team deny
+        QTest::addColumn<QString>("answer"); // allow, trusted, deny, team allow, team deny
         QTest::addColumn<QByteArray>("expected");
         const QByteArray team = "Denied by your team's rule: never run git push*";
         // Claude Code's PreToolUse hook (tool-use ids), and every agent's check before a tool runs.
         QTest::newRow("claude pre allow")
-            << "toolu_1" << "allow"
+            << "toolu_1"
+            << "allow"
             << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'allow',"
                  "'permissionDecisionReason':'Approved from the Norva notch'}}");
         QTest::newRow("claude pre trusted")
-            << "toolu_1" << "trusted"
+            << "toolu_1"
+            << "trusted"
             << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'allow',"
                  "'permissionDecisionReason':'Auto-approved from the Norva notch (session trusted)'}}");
         QTest::newRow("claude pre deny")
-            << "toolu_1" << "deny"
+            << "toolu_1"
+            << "deny"
             << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny',"
                  "'permissionDecisionReason':'Denied from the Norva notch'}}");
         QTest::newRow("claude pre team deny")
-            << "claude-pre-3" << "team deny"
+            << "claude-pre-3"
+            << "team deny"
             << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny',"
-                 "'permissionDecisionReason':'") + team + "\"}}";
+                 "'permissionDecisionReason':'") +
+                   team + "\"}}";
         QTest::newRow("codex pre team deny")
-            << "codex-pre-3" << "team deny"
+            << "codex-pre-3"
+            << "team deny"
             << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny',"
-                 "'permissionDecisionReason':'") + team + "\"}}";
+                 "'permissionDecisionReason':'") +
+                   team + "\"}}";
         // Permission requests: Codex, and Claude Code's PermissionRequest hook ("claude-" ids).
-        QTest::newRow("claude perm allow")
-            << "claude-7" << "allow"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'allow'}}}");
-        QTest::newRow("codex allow")
-            << "codex-s-7" << "allow"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'allow'}}}");
+        QTest::newRow("claude perm allow") << "claude-7"
+                                           << "allow"
+                                           << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','"
+                                                "decision':{'behavior':'allow'}}}");
+        QTest::newRow("codex allow") << "codex-s-7"
+                                     << "allow"
+                                     << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','"
+                                          "decision':{'behavior':'allow'}}}");
         QTest::newRow("codex team allow carries no message")
-            << "codex-s-7" << "team allow"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'allow'}}}");
+            << "codex-s-7"
+            << "team allow"
+            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'allow'}}"
+                 "}");
         QTest::newRow("codex deny")
-            << "codex-s-7" << "deny"
+            << "codex-s-7"
+            << "deny"
             << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'deny',"
                  "'message':'Denied from the Norva notch'}}}");
         QTest::newRow("codex perm team deny")
-            << "codex-perm-3" << "team deny"
+            << "codex-perm-3"
+            << "team deny"
             << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'deny',"
-                 "'message':'") + team + "\"}}}";
+                 "'message':'") +
+                   team + "\"}}}";
         // Copilot CLI reads the bare decision.
-        QTest::newRow("copilot allow") << "copilot-s-7" << "allow" << j("{'behavior':'allow'}");
+        QTest::newRow("copilot allow") << "copilot-s-7"
+                                       << "allow" << j("{'behavior':'allow'}");
         QTest::newRow("copilot deny")
-            << "copilot-s-7" << "deny" << j("{'behavior':'deny','message':'Denied from the Norva notch'}");
+            << "copilot-s-7"
+            << "deny" << j("{'behavior':'deny','message':'Denied from the Norva notch'}");
         QTest::newRow("copilot team deny")
-            << "copilot-perm-3" << "team deny" << j("{'behavior':'deny','message':'") + team + "\"}";
+            << "copilot-perm-3"
+            << "team deny" << j("{'behavior':'deny','message':'") + team + "\"}";
     }
     void bodyPerAgentPhaseAndAnswer()
     {
@@ -80,13 +97,15 @@ private slots:
             const auto check = TeamDenyResponder::parseName("denycheck-" + hook + ".json");
             QVERIFY(check);
             const TeamRule never{"n", TeamAction::never, TeamSubjectKind::run, "git push*"};
-            body = QJsonDocument::fromJson(TeamEnforcement::denyJSON(check->agent, check->phase, never)).object();
+            body = QJsonDocument::fromJson(TeamEnforcement::denyJSON(check->agent, check->phase, never))
+                       .object();
         } else if (answer == "team allow") {
-            body = ApprovalExchange::decisionBody(hook, D::allow, "Allowed by your team's rule: always run ls");
+            body =
+                ApprovalExchange::decisionBody(hook, D::allow, "Allowed by your team's rule: always run ls");
         } else {
             body = ApprovalExchange::decisionBody(hook, answer == "deny"      ? D::deny
-                                                            : answer == "trusted" ? D::allowTrusted
-                                                                                  : D::allow);
+                                                        : answer == "trusted" ? D::allowTrusted
+                                                                              : D::allow);
         }
         QCOMPARE(body, QJsonDocument::fromJson(expected).object());
     }

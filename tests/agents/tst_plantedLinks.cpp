@@ -3,13 +3,13 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
-#include "agents/prompts/ApprovalExchange.h"
 #include "agents/ApprovalsFolder.h"
-#include "agents/prompts/Heartbeat.h"
 #include "agents/hooks/HookScripts.h"
+#include "agents/jump/TerminalJumper.h"
+#include "agents/prompts/ApprovalExchange.h"
+#include "agents/prompts/Heartbeat.h"
 #include "agents/team/TeamDenyResponder.h"
 #include "agents/team/TeamEnforcement.h"
-#include "agents/jump/TerminalJumper.h"
 #include "agents/usage/UsageMonitor.h"
 #include "app/Paths.h"
 
@@ -51,8 +51,8 @@ const QList<Writer>& writers()
          [](const ApprovalsFolder& folder, test::ManualClock&) {
              ApprovalExchange(folder).writeDecision("toolu_1", ApprovalExchange::Decision::allow);
          }},
-        {"resp-toolu_2",
-         [](const ApprovalsFolder& folder, test::ManualClock&) { ApprovalExchange(folder).releaseToTerminal("toolu_2"); }},
+        {"resp-toolu_2", [](const ApprovalsFolder& folder,
+                            test::ManualClock&) { ApprovalExchange(folder).releaseToTerminal("toolu_2"); }},
         {"denyresp-claude-pre-4242",
          [](const ApprovalsFolder& folder, test::ManualClock&) {
              folder.write("denycheck-claude-pre-4242.json",
@@ -63,13 +63,17 @@ const QList<Writer>& writers()
              responder.stop();
          }},
         {"team-deny-active",
-         [](const ApprovalsFolder& folder, test::ManualClock&) { TeamEnforcement::writeFlags(folder.path(), {neverPush()}); }},
+         [](const ApprovalsFolder& folder, test::ManualClock&) {
+             TeamEnforcement::writeFlags(folder.path(), {neverPush()});
+         }},
         {"heartbeat",
          [](const ApprovalsFolder& folder, test::ManualClock& clock) { Heartbeat(folder, clock).beat(); }},
-        {"pretooluse.sh",
-         [](const ApprovalsFolder& folder, test::ManualClock&) { HookScripts::write("pretooluse.sh", folder); }},
+        {"pretooluse.sh", [](const ApprovalsFolder& folder,
+                             test::ManualClock&) { HookScripts::write("pretooluse.sh", folder); }},
         {"permissionrequest.sh",
-         [](const ApprovalsFolder& folder, test::ManualClock&) { HookScripts::write("permissionrequest.sh", folder); }},
+         [](const ApprovalsFolder& folder, test::ManualClock&) {
+             HookScripts::write("permissionrequest.sh", folder);
+         }},
     };
     return all;
 }
@@ -114,8 +118,9 @@ private slots:
         const QString elsewhere = home.path() + "/elsewhere";
         QFile out(elsewhere);
         QVERIFY(out.open(QIODevice::WriteOnly));
-        out.write(R"({"tool_name":"Bash","tool_input":{"command":"git push"},"transcript_path":"/t","term_pid":"7",)"
-                  R"("rate_limits":{}})");
+        out.write(
+            R"({"tool_name":"Bash","tool_input":{"command":"git push"},"transcript_path":"/t","term_pid":"7",)"
+            R"("rate_limits":{}})");
         out.close();
 
         QVERIFY(QFile::link(elsewhere, folder.filePath("term-s1.json")));

@@ -43,12 +43,13 @@ private slots:
         const QString build = QStringLiteral("/home/a/norva/build/norva");
         const QString installed = QStringLiteral("/usr/local/bin/norva");
         QTest::newRow("installed") << installed << false << true << installed << QString();
-        QTest::newRow("elsewhere, as a package put it") << QStringLiteral("/opt/norva/bin/norva") << false << true
-                                                       << QStringLiteral("/opt/norva/bin/norva") << QString();
-        QTest::newRow("a build, with Norva installed") << build << true << true << installed
-                                                        << QStringLiteral("it starts the installed");
-        QTest::newRow("a build, nothing installed") << build << true << false << build
-                                                     << QStringLiteral("it starts this build at");
+        QTest::newRow("elsewhere, as a package put it")
+            << QStringLiteral("/opt/norva/bin/norva") << false << true
+            << QStringLiteral("/opt/norva/bin/norva") << QString();
+        QTest::newRow("a build, with Norva installed")
+            << build << true << true << installed << QStringLiteral("it starts the installed");
+        QTest::newRow("a build, nothing installed")
+            << build << true << false << build << QStringLiteral("it starts this build at");
         QTest::newRow("unknown") << QString() << false << false << installed
                                  << QStringLiteral("the running program's path is unknown");
     }
@@ -59,8 +60,8 @@ private slots:
         QFETCH(bool, installedExists);
         QFETCH(QString, program);
         QFETCH(QString, noteStart);
-        const auto choice =
-            AutostartEntry::choose(running, QStringLiteral("/usr/local/bin/norva"), fromBuildTree, installedExists);
+        const auto choice = AutostartEntry::choose(running, QStringLiteral("/usr/local/bin/norva"),
+                                                   fromBuildTree, installedExists);
         QCOMPARE(choice.program, program);
         QCOMPARE(choice.note.isEmpty(), noteStart.isEmpty());
         QVERIFY2(choice.note.startsWith(noteStart), qPrintable(choice.note));

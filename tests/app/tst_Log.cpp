@@ -37,7 +37,8 @@ private slots:
         const QString path = home.file(QStringLiteral("norva.log"));
         setLogFile(path);
         LogCapture log;
-        const QString full = QStringLiteral("Norva clipboard: let go of 1 clip past the limit of 50 (Settings: Keep up to)");
+        const QString full =
+            QStringLiteral("Norva clipboard: let go of 1 clip past the limit of 50 (Settings: Keep up to)");
         logLine(QStringLiteral("Norva: launched (version 0.1.0)"));
         for (int copy = 0; copy < 2000; ++copy)
             logLine(full);
@@ -47,7 +48,8 @@ private slots:
         closeLogFile();
         QCOMPARE(log.count(full), 2002);
         QCOMPARE(sentences(path),
-                 (QStringList{"Norva: launched (version 0.1.0)", full, "Norva: the line above came 1999 times more",
+                 (QStringList{"Norva: launched (version 0.1.0)", full,
+                              "Norva: the line above came 1999 times more",
                               "Norva shelf: let go of 1 item, the oldest (the shelf holds 100)", full,
                               "Norva: the line above came 1 time more"}));
     }

@@ -21,8 +21,9 @@ namespace {
 void writeFromAnotherProcess(const QString& path, const QByteArray& content)
 {
     QProcess sh;
-    sh.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("cat > \"$1.tmp\" && mv \"$1.tmp\" \"$1\""),
-                                    QStringLiteral("sh"), path});
+    sh.start(QStringLiteral("sh"),
+             {QStringLiteral("-c"), QStringLiteral("cat > \"$1.tmp\" && mv \"$1.tmp\" \"$1\""),
+              QStringLiteral("sh"), path});
     sh.write(content);
     sh.closeWriteChannel();
     QVERIFY(sh.waitForFinished(5000));
@@ -46,7 +47,8 @@ private slots:
         QTest::newRow("whole double") << QByteArray("a = 45.0") << QVariant(45.0);
         QTest::newRow("exponent") << QByteArray("a = 1e-2") << QVariant(0.01);
         QTest::newRow("text") << QByteArray("a = \"longer\"") << QVariant(QStringLiteral("longer"));
-        QTest::newRow("escaped text") << QByteArray("a = \"say \\\"hi\\\"\\n\"") << QVariant(QStringLiteral("say \"hi\"\n"));
+        QTest::newRow("escaped text")
+            << QByteArray("a = \"say \\\"hi\\\"\\n\"") << QVariant(QStringLiteral("say \"hi\"\n"));
         QTest::newRow("quoted dotted key") << QByteArray("\"a\" = 1") << QVariant(qint64(1));
         QTest::newRow("comment after") << QByteArray("a = 12 # twelve") << QVariant(qint64(12));
         QTest::newRow("unquoted word") << QByteArray("a = yes") << QVariant(QStringLiteral("yes"));
@@ -64,7 +66,8 @@ private slots:
         QCOMPARE(read, value);
         // What Norva writes reads back as the same value of the same type.
         const QByteArray written = (PreferencesFile::formatKey(QStringLiteral("a")) + QStringLiteral(" = ") +
-                                    PreferencesFile::formatValue(value)).toUtf8();
+                                    PreferencesFile::formatValue(value))
+                                       .toUtf8();
         const QVariant again = PreferencesFile::parse(written).values.value(QStringLiteral("a"));
         QCOMPARE(again.typeId(), value.typeId());
         QCOMPARE(again, value);
@@ -73,8 +76,9 @@ private slots:
     void writesAreAtomicAndKeepEveryOtherLine()
     {
         TempHome home;
-        const QString path = home.write(QStringLiteral("prefs/preferences.toml"),
-                                        "# mine\n\"openOnHover.v5\" = true\nthis line is broken\nclipboardLimit = 5x0\n");
+        const QString path =
+            home.write(QStringLiteral("prefs/preferences.toml"),
+                       "# mine\n\"openOnHover.v5\" = true\nthis line is broken\nclipboardLimit = 5x0\n");
         PreferencesFile file(path);
         file.setValue(QStringLiteral("keepAwake"), true);
         file.setValue(QStringLiteral("openOnHover.v5"), false);
@@ -92,8 +96,9 @@ private slots:
     void handBrokenFileStartsWithDefaultsLogsOncePerKeyAndIsNotRewritten()
     {
         TempHome home;
-        const QByteArray broken = "\"openOnHover.v5\" = yes please\nclipboardLimit = lots\n\"notch.peekDelay.v1\" = 0.1.2\n"
-                                  "garbage without an equals sign\n";
+        const QByteArray broken =
+            "\"openOnHover.v5\" = yes please\nclipboardLimit = lots\n\"notch.peekDelay.v1\" = 0.1.2\n"
+            "garbage without an equals sign\n";
         const QString path = home.write(QStringLiteral("prefs/preferences.toml"), broken);
         LogCapture log;
         PreferencesFile file(path);
@@ -103,7 +108,10 @@ private slots:
             QCOMPARE(store.clipboardLimit(), 50);
             QCOMPARE(store.peekDelay(), 0.07);
         }
-        QCOMPARE(log.count(QStringLiteral("Norva settings: reading openOnHover.v5 failed (it holds \"yes please\", not on or off)")), 1);
+        QCOMPARE(
+            log.count(QStringLiteral(
+                "Norva settings: reading openOnHover.v5 failed (it holds \"yes please\", not on or off)")),
+            1);
         QCOMPARE(log.count(QStringLiteral("Norva settings: reading clipboardLimit failed")), 1);
         QCOMPARE(log.count(QStringLiteral("Norva settings: reading notch.peekDelay.v1 failed")), 1);
         QCOMPARE(TempHome::read(path), broken);
@@ -114,12 +122,14 @@ private slots:
         QTest::addColumn<bool>("startFinishesFirst");
         QTest::addColumn<QStringList>("expected");
         // Changed while starting (the first launch's flag): one line says both.
-        QTest::newRow("changed at once") << false
-                                         << QStringList{"Norva settings: kept the unreadable preferences file as ",
-                                                        " (it is not text) and started a fresh one"};
-        QTest::newRow("changed later") << true
-                                       << QStringList{"could not be read (it is not text)",
-                                                      "Norva settings: kept the unreadable preferences file as "};
+        QTest::newRow("changed at once")
+            << false
+            << QStringList{"Norva settings: kept the unreadable preferences file as ",
+                           " (it is not text) and started a fresh one"};
+        QTest::newRow("changed later")
+            << true
+            << QStringList{"could not be read (it is not text)",
+                           "Norva settings: kept the unreadable preferences file as "};
     }
     void fileThatIsNotTextIsSetAsideBeforeTheFirstWrite()
     {
@@ -141,7 +151,8 @@ private slots:
         QCOMPARE(lines.size(), startFinishesFirst ? 2 : 1);
         QVERIFY(lines.first().contains(expected.first()));
         QVERIFY(lines.last().contains(expected.last()));
-        const QStringList kept = QDir(home.file(QStringLiteral("prefs"))).entryList({QStringLiteral("preferences.toml.unreadable-*")});
+        const QStringList kept = QDir(home.file(QStringLiteral("prefs")))
+                                     .entryList({QStringLiteral("preferences.toml.unreadable-*")});
         QCOMPARE(kept.size(), 1);
         QCOMPARE(TempHome::read(home.file(QStringLiteral("prefs/") + kept.first())), junk);
         QCOMPARE(store.keepPaused(), KeepPaused::sixtySeconds);
@@ -156,10 +167,13 @@ private slots:
         home.write(QStringLiteral("prefs/preferences.toml.orig"), "mine");
         LogCapture log;
         PreferencesFile file(path);
-        QCOMPARE(log.lines(), QStringList{QStringLiteral(
-                                  "Norva settings: removed preferences.toml.a1B2c3, a save that a quit left half written")});
+        QCOMPARE(
+            log.lines(),
+            QStringList{QStringLiteral(
+                "Norva settings: removed preferences.toml.a1B2c3, a save that a quit left half written")});
         QCOMPARE(QDir(home.file(QStringLiteral("prefs"))).entryList(QDir::Files),
-                 (QStringList{"preferences.toml", "preferences.toml.orig", "preferences.toml.unreadable-20261118-100000"}));
+                 (QStringList{"preferences.toml", "preferences.toml.orig",
+                              "preferences.toml.unreadable-20261118-100000"}));
         QCOMPARE(file.value(QStringLiteral("keepAwake")), std::optional<QVariant>(true));
     }
 
@@ -177,17 +191,21 @@ private slots:
         TempHome home;
         QByteArray junk;
         for (int n = 0; n < junkLines; ++n)
-            junk += "junk line " + QByteArray::number(n) + " of a file pasted here by mistake, no equals sign\n";
-        const QString path = home.write(QStringLiteral("prefs/preferences.toml"), "# mine\nkeepAwake = true\n" + junk);
+            junk +=
+                "junk line " + QByteArray::number(n) + " of a file pasted here by mistake, no equals sign\n";
+        const QString path =
+            home.write(QStringLiteral("prefs/preferences.toml"), "# mine\nkeepAwake = true\n" + junk);
         LogCapture log;
         PreferencesFile file(path);
         file.reload();
         file.setValue(QStringLiteral("clipboardLimit"), qint64(20));
         file.setValue(QStringLiteral("clipboardLimit"), qint64(30));
-        QCOMPARE(log.count(QStringLiteral("Norva settings: the preferences file at ") + path + QStringLiteral(" holds ") +
-                           QString::number(junkLines) + QStringLiteral(" lines Norva cannot read; they are kept as they are")),
+        QCOMPARE(log.count(QStringLiteral("Norva settings: the preferences file at ") + path +
+                           QStringLiteral(" holds ") + QString::number(junkLines) +
+                           QStringLiteral(" lines Norva cannot read; they are kept as they are")),
                  1);
-        const QStringList aside = QDir(home.file(QStringLiteral("prefs"))).entryList({QStringLiteral("preferences.toml.unread-lines-*")});
+        const QStringList aside = QDir(home.file(QStringLiteral("prefs")))
+                                      .entryList({QStringLiteral("preferences.toml.unread-lines-*")});
         QCOMPARE(aside.size(), movedAside ? 1 : 0);
         const QByteArray now = TempHome::read(path);
         QVERIFY(now.startsWith("# mine\nkeepAwake = true\n"));
@@ -195,7 +213,8 @@ private slots:
         if (movedAside) {
             QCOMPARE(TempHome::read(home.file(QStringLiteral("prefs/") + aside.first())), junk);
             QVERIFY(!now.contains("junk line"));
-            QCOMPARE(log.count(QStringLiteral(" it cannot read from the preferences file to ") + aside.first() +
+            QCOMPARE(log.count(QStringLiteral(" it cannot read from the preferences file to ") +
+                               aside.first() +
                                QStringLiteral(", so they are not rewritten with every change")),
                      1);
         } else {

@@ -1,5 +1,5 @@
-#include "MemoryPreferences.h"
 #include "LogCapture.h"
+#include "MemoryPreferences.h"
 #include "TestMain.h"
 
 #include "app/SettingsKeys.h"
@@ -76,14 +76,14 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QVariant>("stored");
         QTest::addColumn<QString>("expectation");
-        QTest::newRow("keepPaused 45") << SettingsKeys::musicKeepPaused << QVariant(qint64(45))
-                                       << "10, 30, 60 or 0 seconds";
-        QTest::newRow("flag holding text") << SettingsKeys::openOnHover << QVariant(QStringLiteral("yes"))
-                                           << "on or off";
-        QTest::newRow("number holding text") << SettingsKeys::openHoverDelay << QVariant(QStringLiteral("0,3"))
-                                             << "a number";
-        QTest::newRow("swipe direction") << SettingsKeys::swipeDirection << QVariant(QStringLiteral("sideways"))
-                                         << "natural or inverted";
+        QTest::newRow("keepPaused 45")
+            << SettingsKeys::musicKeepPaused << QVariant(qint64(45)) << "10, 30, 60 or 0 seconds";
+        QTest::newRow("flag holding text")
+            << SettingsKeys::openOnHover << QVariant(QStringLiteral("yes")) << "on or off";
+        QTest::newRow("number holding text")
+            << SettingsKeys::openHoverDelay << QVariant(QStringLiteral("0,3")) << "a number";
+        QTest::newRow("swipe direction")
+            << SettingsKeys::swipeDirection << QVariant(QStringLiteral("sideways")) << "natural or inverted";
         QTest::newRow("motion") << SettingsKeys::notchMotion << QVariant(true) << "full or reduced";
         QTest::newRow("shelf keep") << SettingsKeys::shelfKeep << QVariant(QStringLiteral("month"))
                                     << "forever, a day or a week";
@@ -118,11 +118,12 @@ private slots:
         }
         const QString line = QStringLiteral("Norva settings: reading ") + key;
         QCOMPARE(log.count(line), 1);
-        QVERIFY2(log.lines().join('\n').contains(
-                     QStringLiteral(", not ") + expectation +
-                     QStringLiteral("); the default applies until the setting is changed, and the stored value is "
-                                    "left as it is")),
-                 qPrintable(log.lines().join('\n')));
+        QVERIFY2(
+            log.lines().join('\n').contains(
+                QStringLiteral(", not ") + expectation +
+                QStringLiteral("); the default applies until the setting is changed, and the stored value is "
+                               "left as it is")),
+            qPrintable(log.lines().join('\n')));
         QCOMPARE(prefs.value(key)->toString(), stored.toString()); // never overwritten by a read
     }
 
@@ -207,10 +208,12 @@ private slots:
         QTest::newRow("builtIn") << QVariant(QStringLiteral("builtIn")) << QVariant(true) << "builtIn";
         QTest::newRow("one display") << QVariant(QStringLiteral("display:HDMI-1|Dell")) << QVariant(true)
                                      << "display:HDMI-1|Dell";
-        QTest::newRow("display without bar") << QVariant(QStringLiteral("display:HDMI-1")) << QVariant(true) << "all";
-        QTest::newRow("display with both empty") << QVariant(QStringLiteral("display:|")) << QVariant(true) << "all";
-        QTest::newRow("display name only") << QVariant(QStringLiteral("display:|Dell")) << QVariant(false)
-                                           << "display:|Dell";
+        QTest::newRow("display without bar")
+            << QVariant(QStringLiteral("display:HDMI-1")) << QVariant(true) << "all";
+        QTest::newRow("display with both empty")
+            << QVariant(QStringLiteral("display:|")) << QVariant(true) << "all";
+        QTest::newRow("display name only")
+            << QVariant(QStringLiteral("display:|Dell")) << QVariant(false) << "display:|Dell";
         QTest::newRow("empty text") << QVariant(QString()) << QVariant(true) << "all";
         QTest::newRow("other text") << QVariant(QStringLiteral("left")) << QVariant(false) << "builtIn";
     }
@@ -256,14 +259,17 @@ private slots:
 
     void activityAndAgentKeysAreBuiltFromTheirKinds()
     {
-        QCOMPARE(SettingsStore::activityKey(ActivitySwitch::charging), QStringLiteral("activities.charging.v1"));
-        QCOMPARE(SettingsStore::activityKey(ActivitySwitch::reminders), QStringLiteral("activities.reminders.v1"));
+        QCOMPARE(SettingsStore::activityKey(ActivitySwitch::charging),
+                 QStringLiteral("activities.charging.v1"));
+        QCOMPARE(SettingsStore::activityKey(ActivitySwitch::reminders),
+                 QStringLiteral("activities.reminders.v1"));
         QCOMPARE(SettingsStore::agentKey(AgentSwitch::promptSwitch), QStringLiteral("answerPromptsOnNotch"));
         QVERIFY(SettingsStore::watchedKeys().contains(QStringLiteral("activities.downloads.v1")));
         QVERIFY(SettingsStore::watchedKeys().contains(QStringLiteral("agents.watch.copilot.v1")));
         QVERIFY(!SettingsStore::watchedKeys().contains(SettingsKeys::hasLaunchedBefore));
-        QCOMPARE(SettingsStore::watchedKeys().size(), QSet<QString>(SettingsStore::watchedKeys().begin(),
-                                                                      SettingsStore::watchedKeys().end()).size());
+        QCOMPARE(
+            SettingsStore::watchedKeys().size(),
+            QSet<QString>(SettingsStore::watchedKeys().begin(), SettingsStore::watchedKeys().end()).size());
     }
 };
 

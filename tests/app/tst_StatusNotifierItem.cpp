@@ -57,19 +57,18 @@ QImage solidIcon()
 
 // A call as the panel makes it. The item answers from this thread, so the wait keeps the event
 // loop turning; no QDBusInterface, whose blocking introspection would stall the same way.
-QDBusMessage callOn(QDBusConnection& bus, const QString& service, const QString& path, const QString& interface,
-                    const QString& method, const QVariantList& arguments)
+QDBusMessage callOn(QDBusConnection& bus, const QString& service, const QString& path,
+                    const QString& interface, const QString& method, const QVariantList& arguments)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
     call.setArguments(arguments);
     return bus.call(call, QDBus::BlockWithGui);
 }
 
-template <typename T>
-T propertyOf(QDBusConnection& bus, const QString& service, const QString& name)
+template <typename T> T propertyOf(QDBusConnection& bus, const QString& service, const QString& name)
 {
-    const QDBusMessage reply = callOn(bus, service, "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
-                                      {QStringLiteral("org.kde.StatusNotifierItem"), name});
+    const QDBusMessage reply = callOn(bus, service, "/StatusNotifierItem", "org.freedesktop.DBus.Properties",
+                                      "Get", {QStringLiteral("org.kde.StatusNotifierItem"), name});
     const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
     if (value.canConvert<QDBusArgument>())
         return qdbus_cast<T>(value.value<QDBusArgument>());
@@ -116,7 +115,8 @@ private slots:
                                     {{"Open Norva"}, {"Settings…"}, {}, {"Quit Norva"}});
             item.setShown(true);
             if (panelStartsLater) {
-                QTRY_VERIFY(log.contains("Norva: the tray icon waits for a panel (no status-notifier watcher answered: "));
+                QTRY_VERIFY(log.contains(
+                    "Norva: the tray icon waits for a panel (no status-notifier watcher answered: "));
                 startPanel();
             }
             QTRY_COMPARE_WITH_TIMEOUT(watcher.items, QStringList{item.serviceName()}, 5000);
@@ -129,7 +129,8 @@ private slots:
             QCOMPARE(pixmaps.size(), 1);
             QCOMPARE(pixmaps.first().width, 16);
             QCOMPARE(pixmaps.first().pixels.size(), 16 * 16 * 4);
-            QCOMPARE(pixmaps.first().pixels.left(4), QByteArray("\xff\x10\x20\x30", 4)); // ARGB, network order
+            QCOMPARE(pixmaps.first().pixels.left(4),
+                     QByteArray("\xff\x10\x20\x30", 4)); // ARGB, network order
             const QString menuPath = propertyOf<QDBusObjectPath>(panel, service, "Menu").path();
 
             // The menu as the panel draws it.
@@ -138,7 +139,8 @@ private slots:
             };
             const QDBusMessage layoutReply = onMenu("GetLayout", {0, -1, QStringList()});
             QCOMPARE(layoutReply.type(), QDBusMessage::ReplyMessage);
-            const auto layout = qdbus_cast<DBusMenuLayout>(layoutReply.arguments().at(1).value<QDBusArgument>());
+            const auto layout =
+                qdbus_cast<DBusMenuLayout>(layoutReply.arguments().at(1).value<QDBusArgument>());
             QStringList shown;
             for (const auto& entry : layout.children)
                 shown << entry.properties.value("label", entry.properties.value("type")).toString();

@@ -244,7 +244,8 @@ private slots:
         rig.settings.setClipboardLimit(2);
         rig.start();
         LogCapture log;
-        const QString atTwo = QStringLiteral("Norva clipboard: let go of 1 clip past the limit of 2 (Settings: Keep up to)");
+        const QString atTwo =
+            QStringLiteral("Norva clipboard: let go of 1 clip past the limit of 2 (Settings: Keep up to)");
         for (int n = 0; n < 6; ++n)
             rig.copyText(QStringLiteral("copy %1").arg(n));
         QCOMPARE(log.lines(), QStringList{atTwo});
@@ -257,8 +258,9 @@ private slots:
         rig.settings.setClipboardLimit(1);
         rig.copyText(QStringLiteral("at the new limit"));
         rig.copyText(QStringLiteral("and again"));
-        QCOMPARE(log.lines().mid(2), (QStringList{
-            QStringLiteral("Norva clipboard: let go of 2 clips past the limit of 1 (Settings: Keep up to)")}));
+        QCOMPARE(log.lines().mid(2),
+                 (QStringList{QStringLiteral(
+                     "Norva clipboard: let go of 2 clips past the limit of 1 (Settings: Keep up to)")}));
     }
 
     void aClipboardThatTellsEveryChangeIsNotPolled_data()
@@ -283,7 +285,8 @@ private slots:
     {
         Rig rig;
         rig.settings.setClipboardLimit(3);
-        const QString kept = rig.home.write(QStringLiteral("data/ClipboardImages/kept.png"), pngBytes(Qt::red));
+        const QString kept =
+            rig.home.write(QStringLiteral("data/ClipboardImages/kept.png"), pngBytes(Qt::red));
         rig.home.write(QStringLiteral("data/ClipboardImages/stray.png"), pngBytes(Qt::yellow));
         rig.home.write(QStringLiteral("data/ClipboardImages/notes.txt"), "not a picture");
         rig.home.write(QStringLiteral("data/ClipboardImages/broken.png"), "");
@@ -365,9 +368,11 @@ private slots:
         Rig rig;
         rig.settings.setClipboardLimit(2);
         QJsonArray list;
-        const QDateTime first = QDateTime::fromString(QStringLiteral("2026-11-18T09:00:00.000Z"), Qt::ISODateWithMs);
+        const QDateTime first =
+            QDateTime::fromString(QStringLiteral("2026-11-18T09:00:00.000Z"), Qt::ISODateWithMs);
         for (int n = 0; n < stored; ++n)
-            list.append(storedText(QStringLiteral("clip %1").arg(n), first.addSecs(n).toString(Qt::ISODateWithMs)));
+            list.append(
+                storedText(QStringLiteral("clip %1").arg(n), first.addSecs(n).toString(Qt::ISODateWithMs)));
         rig.writeList(list);
         const QByteArray before = TempHome::read(rig.home.file(QStringLiteral("data/clipboard.json")));
         LogCapture log;
@@ -376,13 +381,14 @@ private slots:
             QDir(rig.data()).entryList({QStringLiteral("clipboard.json.untrimmed-*")}, QDir::Files);
         QCOMPARE(aside.size(), keptWhole ? 1 : 0);
         if (keptWhole) {
-            QCOMPARE(log.lines().first(), QStringLiteral("Norva clipboard: kept the whole clipboard.json as ") +
-                                              aside.first() + QStringLiteral(" (it held ") +
-                                              QString::number(stored) +
-                                              QStringLiteral(" clips, far past the limit of 2)"));
+            QCOMPARE(log.lines().first(),
+                     QStringLiteral("Norva clipboard: kept the whole clipboard.json as ") + aside.first() +
+                         QStringLiteral(" (it held ") + QString::number(stored) +
+                         QStringLiteral(" clips, far past the limit of 2)"));
             QCOMPARE(TempHome::read(rig.data() + QLatin1Char('/') + aside.first()), before);
         }
-        QVERIFY(log.contains(QStringLiteral("Norva clipboard: let go of %1 clips past the limit of 2").arg(stored - 2)));
+        QVERIFY(log.contains(
+            QStringLiteral("Norva clipboard: let go of %1 clips past the limit of 2").arg(stored - 2)));
         QCOMPARE(rig.manager->items().size(), 2);
         QCOMPARE(*rig.manager->items().first().text, QStringLiteral("clip %1").arg(stored - 1));
         rig.clock.advance(StoredList::kSaveDelay);

@@ -74,7 +74,8 @@ private slots:
         QVERIFY(text.contains("\nExec=norva\n"));
         QVERIFY(text.contains("\nIcon=norva\n"));
         const QString validator = QStandardPaths::findExecutable(QStringLiteral("desktop-file-validate"));
-        QVERIFY2(!validator.isEmpty(), "desktop-file-validate is missing (tools/install-deps.sh --with-tests)");
+        QVERIFY2(!validator.isEmpty(),
+                 "desktop-file-validate is missing (tools/install-deps.sh --with-tests)");
         QProcess validate;
         validate.setProcessChannelMode(QProcess::MergedChannels);
         validate.start(validator, {entry});

@@ -42,9 +42,10 @@ public:
         m_server.setProcessChannelMode(QProcess::MergedChannels);
         m_server.setStandardOutputFile(m_dir.filePath(QStringLiteral("server.log")));
         m_server.start(QStringLiteral("pulseaudio"),
-                       {QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
-                        QStringLiteral("--disable-shm=yes"), QStringLiteral("-L"),
-                        QStringLiteral("module-null-sink sink_name=norva_test"), QStringLiteral("-L"),
+                       {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
+                        QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--disable-shm=yes"),
+                        QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=norva_test"),
+                        QStringLiteral("-L"),
                         QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=") + socket()});
         if (!m_server.waitForStarted(5000))
             return false;

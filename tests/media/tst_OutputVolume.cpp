@@ -61,12 +61,14 @@ private slots:
     {
         QTest::addColumn<QByteArray>("output");
         QTest::addColumn<double>("level"); // -1: no reading
-        QTest::newRow("stereo, even") << QByteArray("Volume: front-left: 26214 /  40% / -23.88 dB,   "
-                                                    "front-right: 26214 /  40% / -23.88 dB\n        balance 0.00\n")
-                                      << 0.4;
+        QTest::newRow("stereo, even")
+            << QByteArray("Volume: front-left: 26214 /  40% / -23.88 dB,   "
+                          "front-right: 26214 /  40% / -23.88 dB\n        balance 0.00\n")
+            << 0.4;
         QTest::newRow("stereo, uneven: the mean")
-            << QByteArray("Volume: front-left: 19661 /  30% / -31.37 dB,   front-right: 32768 /  50% / -18.06 dB\n"
-                          "        balance 0.40\n")
+            << QByteArray(
+                   "Volume: front-left: 19661 /  30% / -31.37 dB,   front-right: 32768 /  50% / -18.06 dB\n"
+                   "        balance 0.40\n")
             << 0.4;
         QTest::newRow("mono") << QByteArray("Volume: mono: 65536 / 100% / 0.00 dB\n") << 1.0;
         QTest::newRow("above full") << QByteArray("Volume: mono: 98304 / 150% / 10.57 dB\n") << 1.5;

@@ -17,13 +17,17 @@ private slots:
         QTest::addColumn<QString>("choice");
         QTest::addColumn<QList<DisplayInfo>>("connected");
         QTest::addColumn<QStringList>("picked");
-        QTest::newRow("all") << "all" << QList<DisplayInfo>{laptop, dell, lg} << QStringList{"eDP-1", "HDMI-1", "DP-2"};
+        QTest::newRow("all") << "all" << QList<DisplayInfo>{laptop, dell, lg}
+                             << QStringList{"eDP-1", "HDMI-1", "DP-2"};
         QTest::newRow("built-in") << "builtIn" << QList<DisplayInfo>{dell, laptop} << QStringList{"eDP-1"};
-        QTest::newRow("built-in absent uses primary") << "builtIn" << QList<DisplayInfo>{lg, dell} << QStringList{"HDMI-1"};
-        QTest::newRow("no primary uses the first") << "builtIn" << QList<DisplayInfo>{lg} << QStringList{"DP-2"};
-        QTest::newRow("chosen display") << "display:DP-2|LG" << QList<DisplayInfo>{laptop, lg} << QStringList{"DP-2"};
-        QTest::newRow("chosen display unplugged") << "display:DP-9|Old" << QList<DisplayInfo>{dell, laptop}
-                                                  << QStringList{"eDP-1"};
+        QTest::newRow("built-in absent uses primary")
+            << "builtIn" << QList<DisplayInfo>{lg, dell} << QStringList{"HDMI-1"};
+        QTest::newRow("no primary uses the first")
+            << "builtIn" << QList<DisplayInfo>{lg} << QStringList{"DP-2"};
+        QTest::newRow("chosen display")
+            << "display:DP-2|LG" << QList<DisplayInfo>{laptop, lg} << QStringList{"DP-2"};
+        QTest::newRow("chosen display unplugged")
+            << "display:DP-9|Old" << QList<DisplayInfo>{dell, laptop} << QStringList{"eDP-1"};
         QTest::newRow("nothing connected") << "all" << QList<DisplayInfo>{} << QStringList{};
     }
 

@@ -53,13 +53,17 @@ private slots:
         QTest::addColumn<QString>("guard");
         QTest::addColumn<double>("opensAfter"); // -1: never by hovering
         QTest::newRow("plain delay") << QVariant(true) << 0.3 << false << false << "longer" << 0.3;
-        QTest::newRow("short delay is no shorter than the peek") << QVariant(true) << 0.05 << true << false << "longer" << 0.09;
-        QTest::newRow("short delay floor without peek") << QVariant(true) << 0.05 << false << false << "longer" << 0.09;
+        QTest::newRow("short delay is no shorter than the peek")
+            << QVariant(true) << 0.05 << true << false << "longer" << 0.09;
+        QTest::newRow("short delay floor without peek")
+            << QVariant(true) << 0.05 << false << false << "longer" << 0.09;
         QTest::newRow("fullscreen raises to 0.6") << QVariant(true) << 0.2 << true << true << "longer" << 0.6;
-        QTest::newRow("fullscreen keeps longer delay") << QVariant(true) << 1.0 << true << true << "longer" << 1.0;
+        QTest::newRow("fullscreen keeps longer delay")
+            << QVariant(true) << 1.0 << true << true << "longer" << 1.0;
         QTest::newRow("fullscreen normal") << QVariant(true) << 0.2 << true << true << "normal" << 0.2;
         QTest::newRow("fullscreen click") << QVariant(true) << 0.2 << true << true << "click" << -1.0;
-        QTest::newRow("fullscreen unknown guard is longer") << QVariant(true) << 0.2 << false << true << "sometimes" << 0.6;
+        QTest::newRow("fullscreen unknown guard is longer")
+            << QVariant(true) << 0.2 << false << true << "sometimes" << 0.6;
         QTest::newRow("open on hover absent") << QVariant() << 0.2 << true << false << "longer" << -1.0;
         QTest::newRow("open on hover off") << QVariant(false) << 0.2 << false << false << "longer" << -1.0;
     }
@@ -119,8 +123,9 @@ private slots:
         rig.prefs.setValue(SettingsKeys::peekDelay, 0.3);
         const QDateTime start = rig.clock.now();
         QStringList states;
-        connect(&rig.notch, &NotchViewModel::stateChanged, this,
-                [&] { states << rig.notch.stateName() + '@' + QString::number(rig.clock.secondsSince(start)); });
+        connect(&rig.notch, &NotchViewModel::stateChanged, this, [&] {
+            states << rig.notch.stateName() + '@' + QString::number(rig.clock.secondsSince(start));
+        });
         rig.notch.pointerEntered();
         rig.advance(1);
         QCOMPARE(states, QStringList({QStringLiteral("peek@0.3"), QStringLiteral("open@0.3")}));
@@ -221,7 +226,8 @@ private slots:
         QCOMPARE(rig.notch.state(), State::open);
         reallyInside = false;
         const double closedAfter = rig.secondsUntil(State::closed);
-        QVERIFY2(closedAfter > 0 && closedAfter <= NotchViewModel::closeRecheck, qPrintable(QString::number(closedAfter)));
+        QVERIFY2(closedAfter > 0 && closedAfter <= NotchViewModel::closeRecheck,
+                 qPrintable(QString::number(closedAfter)));
     }
 
     void cardThatHoldsOpenRechecksEvery04()
@@ -407,15 +413,16 @@ private slots:
         QTest::addColumn<bool>("moving");
         QTest::addColumn<QSize>("current");
         QTest::addColumn<QSize>("window");
-        QTest::newRow("closed at rest") << QSizeF(190, 32) << QSizeF(190, 32) << false << QSize(230, 52) << QSize(230, 52);
-        QTest::newRow("odd width rounds up to even") << QSizeF(192.4, 32.5) << QSizeF(192.4, 32.5) << false << QSize()
-                                                     << QSize(234, 53);
-        QTest::newRow("opening grows at once") << QSizeF(760, 334) << QSizeF(190, 32) << true << QSize(230, 52)
-                                               << QSize(800, 354);
+        QTest::newRow("closed at rest")
+            << QSizeF(190, 32) << QSizeF(190, 32) << false << QSize(230, 52) << QSize(230, 52);
+        QTest::newRow("odd width rounds up to even")
+            << QSizeF(192.4, 32.5) << QSizeF(192.4, 32.5) << false << QSize() << QSize(234, 53);
+        QTest::newRow("opening grows at once")
+            << QSizeF(760, 334) << QSizeF(190, 32) << true << QSize(230, 52) << QSize(800, 354);
         QTest::newRow("closing keeps the room while moving")
             << QSizeF(190, 32) << QSizeF(500, 200) << true << QSize(800, 354) << QSize(800, 354);
-        QTest::newRow("closing shrinks once settled") << QSizeF(190, 32) << QSizeF(190, 32) << false << QSize(800, 354)
-                                                      << QSize(230, 52);
+        QTest::newRow("closing shrinks once settled")
+            << QSizeF(190, 32) << QSizeF(190, 32) << false << QSize(800, 354) << QSize(230, 52);
     }
     void windowSizeHoldsTheShape()
     {
@@ -437,12 +444,13 @@ private slots:
         QCOMPARE(NotchLayout::panelHeight(-4), 98.0);
         QCOMPARE(NotchLayout::modulePanelHeight(-1), 134.0);
         QCOMPARE(log.lines(),
-                 QStringList({QStringLiteral("Norva: DS.Layout.stageHeight got 5 cells, outside 1...3; clamped to 3"),
-                              QStringLiteral("Norva: DS.Layout.stageHeight got 0 cells, outside 1...3; clamped to 1"),
-                              QStringLiteral("Norva: DS.Layout.panelHeight(stage:) got a negative stage height (-4); "
-                                             "treating it as 0"),
-                              QStringLiteral("Norva: DS.Layout.modulePanelHeight got a negative need (-1); treating "
-                                             "it as 0")}));
+                 QStringList(
+                     {QStringLiteral("Norva: DS.Layout.stageHeight got 5 cells, outside 1...3; clamped to 3"),
+                      QStringLiteral("Norva: DS.Layout.stageHeight got 0 cells, outside 1...3; clamped to 1"),
+                      QStringLiteral("Norva: DS.Layout.panelHeight(stage:) got a negative stage height (-4); "
+                                     "treating it as 0"),
+                      QStringLiteral("Norva: DS.Layout.modulePanelHeight got a negative need (-1); treating "
+                                     "it as 0")}));
     }
 
     void hoverOpenPlaysTheHapticOnlyWhenOn()

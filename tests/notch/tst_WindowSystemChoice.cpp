@@ -21,21 +21,32 @@ private slots:
         QTest::addColumn<QString>("logLine");
         const QString xwayland =
             QStringLiteral("Norva: drawing through XWayland (this desktop offers no layer for the notch)");
-        const QString layer = QStringLiteral("Norva: drawing on this desktop's layer for the notch (wlr-layer-shell)");
-        QTest::newRow("X11 desktop: Qt's own choice") << "" << "" << true << false << QByteArray() << "";
-        QTest::newRow("no desktop at all") << "" << "" << false << false << QByteArray() << "";
+        const QString layer =
+            QStringLiteral("Norva: drawing on this desktop's layer for the notch (wlr-layer-shell)");
+        QTest::newRow("X11 desktop: Qt's own choice") << ""
+                                                      << "" << true << false << QByteArray() << "";
+        QTest::newRow("no desktop at all") << ""
+                                           << "" << false << false << QByteArray() << "";
         QTest::newRow("Wayland with XWayland: through XWayland")
-            << "wayland-0" << "" << true << false << QByteArray("xcb") << xwayland;
+            << "wayland-0"
+            << "" << true << false << QByteArray("xcb") << xwayland;
         QTest::newRow("Wayland with a layer: the layer first")
-            << "wayland-0" << "" << true << true << QByteArray("wayland") << layer;
-        QTest::newRow("Wayland with a layer, no XWayland") << "wayland-1" << "" << false << true
-                                                           << QByteArray("wayland") << layer;
+            << "wayland-0"
+            << "" << true << true << QByteArray("wayland") << layer;
+        QTest::newRow("Wayland with a layer, no XWayland")
+            << "wayland-1"
+            << "" << false << true << QByteArray("wayland") << layer;
         QTest::newRow("Wayland alone: Qt's own choice, told after start")
-            << "wayland-0" << "" << false << false << QByteArray() << "";
-        QTest::newRow("the person chose wayland") << "wayland-0" << "wayland" << true << false << QByteArray()
-                                                  << "Norva: drawing through the platform you chose (wayland)";
-        QTest::newRow("the person chose offscreen on X11") << "" << "offscreen" << true << false << QByteArray()
-                                                           << "Norva: drawing through the platform you chose (offscreen)";
+            << "wayland-0"
+            << "" << false << false << QByteArray() << "";
+        QTest::newRow("the person chose wayland")
+            << "wayland-0"
+            << "wayland" << true << false << QByteArray()
+            << "Norva: drawing through the platform you chose (wayland)";
+        QTest::newRow("the person chose offscreen on X11")
+            << ""
+            << "offscreen" << true << false << QByteArray()
+            << "Norva: drawing through the platform you chose (offscreen)";
     }
 
     void choosesThePlatformFromTheSession()
@@ -57,14 +68,21 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("environment");
         QTest::addColumn<QString>("chosen");
-        QTest::newRow("nothing chosen") << QStringList{"norva", "--demo"} << "" << "";
-        QTest::newRow("the environment") << QStringList{"norva"} << "wayland" << "wayland";
-        QTest::newRow("the argument wins") << QStringList{"norva", "-platform", "xcb"} << "wayland" << "xcb";
-        QTest::newRow("double dash") << QStringList{"norva", "--platform", "offscreen"} << "" << "offscreen";
+        QTest::newRow("nothing chosen") << QStringList{"norva", "--demo"} << ""
+                                        << "";
+        QTest::newRow("the environment") << QStringList{"norva"} << "wayland"
+                                         << "wayland";
+        QTest::newRow("the argument wins") << QStringList{"norva", "-platform", "xcb"} << "wayland"
+                                           << "xcb";
+        QTest::newRow("double dash") << QStringList{"norva", "--platform", "offscreen"} << ""
+                                     << "offscreen";
         QTest::newRow("the last argument counts")
-            << QStringList{"norva", "-platform", "xcb", "-platform", "wayland"} << "" << "wayland";
-        QTest::newRow("no name after it") << QStringList{"norva", "-platform"} << "" << "";
-        QTest::newRow("a page named platform") << QStringList{"norva", "--open-page", "-platform"} << "" << "";
+            << QStringList{"norva", "-platform", "xcb", "-platform", "wayland"} << ""
+            << "wayland";
+        QTest::newRow("no name after it") << QStringList{"norva", "-platform"} << ""
+                                          << "";
+        QTest::newRow("a page named platform") << QStringList{"norva", "--open-page", "-platform"} << ""
+                                               << "";
     }
 
     void readsThePlatformThePersonChose()
@@ -83,14 +101,19 @@ private slots:
         QTest::addColumn<DrawingPath>("path");
         QTest::addColumn<bool>("limitsShown");
         QTest::addColumn<bool>("limitsLogged");
-        QTest::newRow("X11") << "xcb" << "" << false << DrawingPath::x11 << false << false;
-        QTest::newRow("XWayland") << "xcb" << "wayland-0" << false << DrawingPath::xwayland << true << false;
-        QTest::newRow("layer") << "wayland" << "wayland-0" << true << DrawingPath::notchLayer << true << false;
-        QTest::newRow("Wayland window") << "wayland" << "wayland-0" << false << DrawingPath::waylandWindow << true
-                                        << true;
-        QTest::newRow("Wayland with EGL named") << "wayland-egl" << "wayland-0" << false
-                                                << DrawingPath::waylandWindow << true << true;
-        QTest::newRow("offscreen") << "offscreen" << "wayland-0" << false << DrawingPath::other << false << false;
+        QTest::newRow("X11") << "xcb"
+                             << "" << false << DrawingPath::x11 << false << false;
+        QTest::newRow("XWayland") << "xcb"
+                                  << "wayland-0" << false << DrawingPath::xwayland << true << false;
+        QTest::newRow("layer") << "wayland"
+                               << "wayland-0" << true << DrawingPath::notchLayer << true << false;
+        QTest::newRow("Wayland window") << "wayland"
+                                        << "wayland-0" << false << DrawingPath::waylandWindow << true << true;
+        QTest::newRow("Wayland with EGL named")
+            << "wayland-egl"
+            << "wayland-0" << false << DrawingPath::waylandWindow << true << true;
+        QTest::newRow("offscreen") << "offscreen"
+                                   << "wayland-0" << false << DrawingPath::other << false << false;
     }
 
     void namesThePathTaken()
@@ -101,8 +124,8 @@ private slots:
         QFETCH(DrawingPath, path);
         QFETCH(bool, limitsShown);
         QFETCH(bool, limitsLogged);
-        const DrawingPath taken = WindowSystemChoice::pathTaken(platformName, {waylandDisplay, {}, false, false},
-                                                                layerInUse);
+        const DrawingPath taken =
+            WindowSystemChoice::pathTaken(platformName, {waylandDisplay, {}, false, false}, layerInUse);
         QCOMPARE(taken, path);
         QCOMPARE(!WindowSystemChoice::limitsText(taken).isEmpty(), limitsShown);
         QCOMPARE(!WindowSystemChoice::limitsLogLine(taken).isEmpty(), limitsLogged);

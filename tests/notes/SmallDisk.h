@@ -12,9 +12,9 @@ class SmallDisk {
 public:
     explicit SmallDisk(const QString& options = QStringLiteral("size=64k"))
     {
-        m_mounted = QProcess::execute(QStringLiteral("mount"), {QStringLiteral("-t"), QStringLiteral("tmpfs"),
-                                                                QStringLiteral("-o"), options, QStringLiteral("tmpfs"),
-                                                                m_dir.path()}) == 0;
+        m_mounted = QProcess::execute(QStringLiteral("mount"),
+                                      {QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("-o"),
+                                       options, QStringLiteral("tmpfs"), m_dir.path()}) == 0;
     }
     ~SmallDisk()
     {

@@ -31,8 +31,13 @@ private slots:
     {
         QFETCH(QString, named);
         QFETCH(int, expected);
-        QuickNote older{QUuid::createUuid(), QStringLiteral("Groceries\nmilk"), {}, QDateTime::fromSecsSinceEpoch(10), {}};
-        QuickNote newer{QUuid::createUuid(), QStringLiteral("  Groceries"), {}, QDateTime::fromSecsSinceEpoch(20), {}};
+        QuickNote older{QUuid::createUuid(),
+                        QStringLiteral("Groceries\nmilk"),
+                        {},
+                        QDateTime::fromSecsSinceEpoch(10),
+                        {}};
+        QuickNote newer{
+            QUuid::createUuid(), QStringLiteral("  Groceries"), {}, QDateTime::fromSecsSinceEpoch(20), {}};
         const R::Resolution where = R::resolve(named, {older, newer});
         const QList<R::Resolution> answers = {R::AppendToNote{newer.id}, R::NewInCategory{named.trimmed()},
                                               R::NewInGeneral{}};
@@ -49,7 +54,8 @@ private slots:
         JotPresenter jot(store, clock, &settings);
         const QUuid list = store.add(QStringLiteral("Groceries\nmilk"));
         jot.setMode(JotPresenter::Mode::append);
-        QCOMPARE(settings.storedText(JotPresenter::modeKey), std::optional<QString>(QStringLiteral("append")));
+        QCOMPARE(settings.storedText(JotPresenter::modeKey),
+                 std::optional<QString>(QStringLiteral("append")));
         jot.open();
         QVERIFY(jot.submit(QStringLiteral("eggs"), QStringLiteral("Groceries")));
         QCOMPARE(store.find(list)->text, QStringLiteral("Groceries\nmilk\neggs"));
@@ -80,12 +86,12 @@ private slots:
         QTest::addColumn<QString>("title");
         QTest::addColumn<bool>("due");
         QTest::addColumn<QString>("receipt");
-        QTest::newRow("no due words") << "call the plumber" << false << "call the plumber" << false
-                                      << "Filed as a to-do";
+        QTest::newRow("no due words")
+            << "call the plumber" << false << "call the plumber" << false << "Filed as a to-do";
         QTest::newRow("a day and a time") << "call mum tomorrow at 5pm" << false << "call mum" << true
                                           << "Filed as a to-do, due Tomorrow 17:00";
-        QTest::newRow("the reading dropped") << "read Tomorrow at 5pm" << true << "read Tomorrow at 5pm" << false
-                                             << "Filed as a to-do";
+        QTest::newRow("the reading dropped")
+            << "read Tomorrow at 5pm" << true << "read Tomorrow at 5pm" << false << "Filed as a to-do";
     }
     void aLineIsFiledAsATodoDueAsItsWordsSay()
     {

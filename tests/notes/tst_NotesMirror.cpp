@@ -49,7 +49,10 @@ struct MirrorRig {
         mirror.setConfig({true, folder.isEmpty() ? chosen.path() : folder});
     }
     QString folder() const { return mirror.config().folder; }
-    QStringList files_() const { return QDir(folder()).entryList({QStringLiteral("*.md")}, QDir::Files, QDir::Name); }
+    QStringList files_() const
+    {
+        return QDir(folder()).entryList({QStringLiteral("*.md")}, QDir::Files, QDir::Name);
+    }
     QByteArray read(const QString& name) const
     {
         QFile file(QDir(folder()).filePath(name));
@@ -58,7 +61,8 @@ struct MirrorRig {
     QJsonObject frontMatter() const
     {
         QProcess python;
-        python.start(QStringLiteral("python3"), {QStringLiteral("-c"), QString::fromUtf8(kFrontMatterReader), folder()});
+        python.start(QStringLiteral("python3"),
+                     {QStringLiteral("-c"), QString::fromUtf8(kFrontMatterReader), folder()});
         python.waitForFinished(30000);
         return QJsonDocument::fromJson(python.readAllStandardOutput()).object();
     }
@@ -75,8 +79,8 @@ private slots:
         QTest::addColumn<bool>("quoted");
         QTest::newRow("plain") << "Errands" << false;
         QTest::newRow("empty") << "" << true;
-        for (const char* special : {":", "#", "{", "}", "[", "]", ",", "&", "*", "!", "|", ">", "'", "\"", "%", "@",
-                                    "`", "\\"})
+        for (const char* special :
+             {":", "#", "{", "}", "[", "]", ",", "&", "*", "!", "|", ">", "'", "\"", "%", "@", "`", "\\"})
             QTest::newRow(special) << QStringLiteral("Work %1 home").arg(QLatin1String(special)) << true;
         QTest::newRow("leading dash") << "- list" << true;
         QTest::newRow("a word YAML reads as true") << "yes" << true;
@@ -103,19 +107,26 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("name");
-        QTest::newRow("first line") << "Shopping\nmilk" << "Shopping";
-        QTest::newRow("blank lines first") << "\n\n  Ideas  \nmore" << "Ideas";
-        QTest::newRow("slashes and colons") << "a/b: c\\d" << "a b c d";
-        QTest::newRow("heading marks") << "## Plan" << "Plan";
-        QTest::newRow("hidden name") << "..env" << "env";
-        QTest::newRow("nothing usable") << "   \n" << "2026-11-18 10.00";
+        QTest::newRow("first line") << "Shopping\nmilk"
+                                    << "Shopping";
+        QTest::newRow("blank lines first") << "\n\n  Ideas  \nmore"
+                                           << "Ideas";
+        QTest::newRow("slashes and colons") << "a/b: c\\d"
+                                            << "a b c d";
+        QTest::newRow("heading marks") << "## Plan"
+                                       << "Plan";
+        QTest::newRow("hidden name") << "..env"
+                                     << "env";
+        QTest::newRow("nothing usable") << "   \n"
+                                        << "2026-11-18 10.00";
     }
     void fileNamesAreSafeAndUntitledNotesAreStamped()
     {
         QFETCH(QString, text);
         QFETCH(QString, name);
         qputenv("TZ", "UTC");
-        QuickNote note{QUuid::createUuid(), text, {}, {}, QDateTime(QDate(2026, 11, 18), QTime(10, 0), Qt::UTC)};
+        QuickNote note{
+            QUuid::createUuid(), text, {}, {}, QDateTime(QDate(2026, 11, 18), QTime(10, 0), Qt::UTC)};
         QCOMPARE(MarkdownNote::baseName(note), name);
     }
 
@@ -162,10 +173,14 @@ private slots:
     {
         QTest::addColumn<QString>("mount");
         QTest::addColumn<QString>("status");
-        QTest::newRow("read-only") << "ro,size=64k"
-                                   << "Not mirrored: the disk is read-only. Your notes are still safe in Norva.";
-        QTest::newRow("full") << "size=8k" << "Not mirrored: the disk is full. Your notes are still safe in Norva.";
-        QTest::newRow("missing") << "" << "Not mirrored: the folder is missing. Your notes are still safe in Norva.";
+        QTest::newRow("read-only")
+            << "ro,size=64k"
+            << "Not mirrored: the disk is read-only. Your notes are still safe in Norva.";
+        QTest::newRow("full") << "size=8k"
+                              << "Not mirrored: the disk is full. Your notes are still safe in Norva.";
+        QTest::newRow("missing")
+            << ""
+            << "Not mirrored: the folder is missing. Your notes are still safe in Norva.";
     }
     void troublesAreToldInPlainWords()
     {

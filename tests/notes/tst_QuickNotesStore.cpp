@@ -19,7 +19,8 @@ namespace {
 
 QByteArray noteJson(const QString& id, const QString& text)
 {
-    return QStringLiteral(R"({"id":"%1","text":"%2","category":"","updatedAt":"2026-11-18T09:00:00.000Z","createdAt":"2026-11-18T09:00:00.000Z"})")
+    return QStringLiteral(
+               R"({"id":"%1","text":"%2","category":"","updatedAt":"2026-11-18T09:00:00.000Z","createdAt":"2026-11-18T09:00:00.000Z"})")
         .arg(id, text)
         .toUtf8();
 }
@@ -80,13 +81,15 @@ private slots:
         QTest::addColumn<QByteArray>("damaged");
         QTest::newRow("not an object") << QByteArray("42");
         QTest::newRow("no id") << QByteArray(R"({"text":"lost"})");
-        QTest::newRow("text is a number") << QByteArray(R"({"id":"0b0c2f16-6f3e-4f3b-9d0b-2d6f1a0e0009","text":7})");
+        QTest::newRow("text is a number")
+            << QByteArray(R"({"id":"0b0c2f16-6f3e-4f3b-9d0b-2d6f1a0e0009","text":7})");
     }
     void oneDamagedNoteKeepsTheOthersAndTheFileUntouched()
     {
         QFETCH(QByteArray, damaged);
         StoreRig rig;
-        const QByteArray file = "[" + noteJson(kFirst, "one") + "," + damaged + "," + noteJson(kSecond, "two") + "]";
+        const QByteArray file =
+            "[" + noteJson(kFirst, "one") + "," + damaged + "," + noteJson(kSecond, "two") + "]";
         rig.write(file);
         test::LogCapture log;
         rig.open();
@@ -144,12 +147,14 @@ private slots:
             QSKIP("no small disk could be mounted here (mounting needs root)");
         QuickNotesStore store(clock, disk.path());
         store.load();
-        const QUuid id = store.add(QString(64 * 1024, QLatin1Char('x')), {}, QuickNotesStore::Surface::jotSheet);
+        const QUuid id =
+            store.add(QString(64 * 1024, QLatin1Char('x')), {}, QuickNotesStore::Surface::jotSheet);
         QVERIFY(!store.saveNow());
         QCOMPARE(store.failure()->kind, QuickNotesStore::FailureKind::unsaved);
         QCOMPARE(store.failure()->surface, QuickNotesStore::Surface::jotSheet);
-        QCOMPARE(store.failure()->message,
-                 QStringLiteral("Norva couldn't save your notes: the disk is full. They stay here until it can."));
+        QCOMPARE(
+            store.failure()->message,
+            QStringLiteral("Norva couldn't save your notes: the disk is full. They stay here until it can."));
         QCOMPARE(store.find(id)->text.size(), 64 * 1024);
         QVERIFY(store.setText(id, QStringLiteral("shorter")));
         QVERIFY(store.saveNow());

@@ -41,8 +41,8 @@ void setActive(xcb_window_t window)
 }
 void setStates(xcb_window_t window, const QList<xcb_atom_t>& states)
 {
-    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM,
-                        32, uint32_t(states.size()), states.constData());
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
+                        uint32_t(states.size()), states.constData());
     xcb_flush(connection());
 }
 
@@ -76,9 +76,11 @@ private slots:
         QTest::newRow("full-screen among other states")
             << true << QStringList{"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_FULLSCREEN"} << here << true;
         QTest::newRow("maximised is not full-screen")
-            << true << QStringList{"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"} << here << false;
+            << true << QStringList{"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"} << here
+            << false;
         QTest::newRow("no state at all") << true << QStringList() << here << false;
-        QTest::newRow("full-screen on another display") << true << full << QRect(1920, 0, 1920, 1080) << false;
+        QTest::newRow("full-screen on another display")
+            << true << full << QRect(1920, 0, 1920, 1080) << false;
         QTest::newRow("no window manager names a window") << false << full << here << false;
     }
     void fullscreenFrontWindow()

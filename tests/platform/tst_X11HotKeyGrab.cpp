@@ -84,7 +84,8 @@ private slots:
     {
         QFETCH(QString, keys);
         X11HotKeyGrab grab;
-        QCOMPARE(grab.grab(QStringLiteral("jot"), QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_J)),
+        QCOMPARE(grab.grab(QStringLiteral("jot"),
+                           QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_J)),
                  HotKeyGrab::Result::grabbed);
         QSignalSpy pressed(&grab, &HotKeyGrab::pressed);
         QCOMPARE(QProcess::execute(QStringLiteral("xdotool"), QStringList{"key"} + keys.split(' ')), 0);

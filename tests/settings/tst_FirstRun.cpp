@@ -24,7 +24,8 @@ FirstRunGuide::Setup setup(bool firstLaunch, const QString& version = QStringLit
 QStringList filesUnder(const QString& folder)
 {
     QStringList seen;
-    QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QFileInfo file(it.next());
         seen << file.filePath() + QLatin1Char(' ') + QString::number(file.size()) + QLatin1Char(' ') +
@@ -94,12 +95,18 @@ private slots:
         QTest::addColumn<QString>("lastSeen");
         QTest::addColumn<QString>("current");
         QTest::addColumn<QStringList>("lines");
-        QTest::newRow("two releases since") << "1.0.0" << "1.2.0" << QStringList{"c", "b"};
-        QTest::newRow("one since") << "1.1.0" << "1.2.0" << QStringList{"c"};
-        QTest::newRow("seen already") << "1.2.0" << "1.2.0" << QStringList{};
-        QTest::newRow("from before the card") << "" << "1.1.0" << QStringList{"b"};
-        QTest::newRow("a release written ahead") << "1.0.0" << "1.1.0" << QStringList{"b"};
-        QTest::newRow("a downgrade") << "1.2.0" << "1.1.0" << QStringList{};
+        QTest::newRow("two releases since") << "1.0.0"
+                                            << "1.2.0" << QStringList{"c", "b"};
+        QTest::newRow("one since") << "1.1.0"
+                                   << "1.2.0" << QStringList{"c"};
+        QTest::newRow("seen already") << "1.2.0"
+                                      << "1.2.0" << QStringList{};
+        QTest::newRow("from before the card") << ""
+                                              << "1.1.0" << QStringList{"b"};
+        QTest::newRow("a release written ahead") << "1.0.0"
+                                                 << "1.1.0" << QStringList{"b"};
+        QTest::newRow("a downgrade") << "1.2.0"
+                                     << "1.1.0" << QStringList{};
     }
     void whatsNewLines()
     {
@@ -115,7 +122,8 @@ private slots:
     void theTourWritesNothingOfThePersonsOwn()
     {
         test::TempHome home;
-        home.write(QStringLiteral(".local/share/calendars/personal/a.ics"), "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n");
+        home.write(QStringLiteral(".local/share/calendars/personal/a.ics"),
+                   "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n");
         home.write(QStringLiteral(".local/share/Norva/clipboard.json"), "[]");
         const QStringList before = filesUnder(home.path());
         test::MemoryPreferences preferences;

@@ -25,12 +25,15 @@ private slots:
         const int folder = int(SettingNeed::calendarsFolder);
         QTest::newRow("canberra first") << sound << QStringList{"paplay", "canberra-gtk-play"} << 0 << true
                                         << "Plays through canberra-gtk-play";
-        QTest::newRow("paplay alone") << sound << QStringList{"paplay"} << 0 << true << "Plays through paplay";
+        QTest::newRow("paplay alone")
+            << sound << QStringList{"paplay"} << 0 << true << "Plays through paplay";
         QTest::newRow("no player") << sound << QStringList{} << 0 << false << "No sound player";
         QTest::newRow("pactl") << pactl << QStringList{"pactl"} << 0 << true << "Reads and sets the volume";
         QTest::newRow("no pactl") << pactl << QStringList{} << 0 << false << "pactl is missing";
-        QTest::newRow("two calendars") << folder << QStringList{} << 2 << true << "Reads 2 calendars in ~/cal";
-        QTest::newRow("an empty folder") << folder << QStringList{} << 0 << false << "~/cal holds no calendar";
+        QTest::newRow("two calendars")
+            << folder << QStringList{} << 2 << true << "Reads 2 calendars in ~/cal";
+        QTest::newRow("an empty folder")
+            << folder << QStringList{} << 0 << false << "~/cal holds no calendar";
         QTest::newRow("no folder") << folder << QStringList{} << -1 << false << "~/cal doesn't exist";
     }
     void saysWhetherTheOutsideThingWorks()
@@ -47,9 +50,11 @@ private slots:
             QDir().mkpath(home.file(QStringLiteral("cal")));
         test::MemoryPreferences preferences;
         SettingsStore store(preferences);
-        const SettingsChecks checks(
-            {[&programs](const QString& name) { return programs.contains(name) ? "/usr/bin/" + name : QString(); },
-             [] { return true; }, [] { return QString(); }, [&home](const QString&) { return home.file("cal"); }});
+        const SettingsChecks checks({[&programs](const QString& name) {
+                                         return programs.contains(name) ? "/usr/bin/" + name : QString();
+                                     },
+                                     [] { return true; }, [] { return QString(); },
+                                     [&home](const QString&) { return home.file("cal"); }});
         const auto status = checks.status(SettingNeed(need), store);
         QVERIFY(status);
         QCOMPARE(status->works, works);
@@ -62,7 +67,8 @@ private slots:
         test::MemoryPreferences preferences;
         SettingsStore store(preferences);
         bool installed = false;
-        const SettingsChecks checks({[](const QString&) { return QString(); }, [&installed] { return installed; },
+        const SettingsChecks checks({[](const QString&) { return QString(); },
+                                     [&installed] { return installed; },
                                      [] { return QStringLiteral("Installed in ~/.claude/settings.json"); },
                                      [](const QString&) { return QString(); }});
         QVERIFY(!checks.status(SettingNeed::agentHooks, store));

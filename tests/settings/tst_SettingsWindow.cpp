@@ -16,7 +16,8 @@ namespace {
 
 SettingsChecks quietChecks()
 {
-    return SettingsChecks({[](const QString&) { return QString(); }, [] { return false; }, [] { return QString(); },
+    return SettingsChecks({[](const QString&) { return QString(); }, [] { return false; },
+                           [] { return QString(); },
                            [](const QString&) { return QStringLiteral("/nowhere"); }});
 }
 
@@ -65,7 +66,8 @@ private slots:
         QSet<QString> keys;
         for (const SettingDescription& row : SettingsCatalog::settings()) {
             QVERIFY2(groups.contains(row.group), qPrintable(row.key));
-            QVERIFY2(!row.explanation.isEmpty() && !row.explanation.contains(QLatin1Char('\n')), qPrintable(row.key));
+            QVERIFY2(!row.explanation.isEmpty() && !row.explanation.contains(QLatin1Char('\n')),
+                     qPrintable(row.key));
             QVERIFY2(!keys.contains(row.key), qPrintable(row.key + QStringLiteral(" is listed twice")));
             keys << row.key;
         }
@@ -117,10 +119,11 @@ private slots:
         QTest::addColumn<double>("typed");
         QTest::addColumn<QVariant>("kept");
         QTest::newRow("hover delay too long") << QStringLiteral("openHoverDelay") << 9.0 << QVariant(1.5);
-        QTest::newRow("peek delay between steps") << QStringLiteral("notch.peekDelay.v1") << 0.013 << QVariant(0.02);
+        QTest::newRow("peek delay between steps")
+            << QStringLiteral("notch.peekDelay.v1") << 0.013 << QVariant(0.02);
         QTest::newRow("clips, whole") << QStringLiteral("clipboardLimit") << 52.0 << QVariant(qint64(50));
-        QTest::newRow("meeting lead below one") << QStringLiteral("meetings.leadMinutes.v1") << -3.0
-                                                << QVariant(qint64(1));
+        QTest::newRow("meeting lead below one")
+            << QStringLiteral("meetings.leadMinutes.v1") << -3.0 << QVariant(qint64(1));
     }
     void numbersAreClampedToTheirRange()
     {
@@ -152,7 +155,8 @@ private slots:
         model.setSection(QStringLiteral("music"));
         QCOMPARE(preferences.value(QStringLiteral("settings.window.section.v1")).value_or(QVariant()),
                  QVariant(QStringLiteral("music")));
-        preferences.outsideChange(QStringLiteral("settings.window.section.v1"), QStringLiteral("from-the-future"));
+        preferences.outsideChange(QStringLiteral("settings.window.section.v1"),
+                                  QStringLiteral("from-the-future"));
         QCOMPARE(model.section(), QStringLiteral("general"));
     }
 
@@ -161,8 +165,9 @@ private slots:
         test::MemoryPreferences preferences;
         SettingsStore store(preferences);
         preferences.setValue(QStringLiteral("displayChoice.v1"), QStringLiteral("display:HDMI-1|Studio"));
-        SettingsWindowModel model(store, quietChecks(),
-                                  [] { return QList<SettingsWindowModel::Display>{{"eDP-1", "Built-in"}}; });
+        SettingsWindowModel model(store, quietChecks(), [] {
+            return QList<SettingsWindowModel::Display>{{"eDP-1", "Built-in"}};
+        });
         model.setSection(QStringLiteral("notch"));
         QStringList labels;
         for (const QVariant& shown : model.rows()) {

@@ -5,8 +5,8 @@
 #include <QProcess>
 #include <QtTest>
 
-using norva::test::TempHome;
 using norva::test::stop;
+using norva::test::TempHome;
 using norva::test::waitForOutput;
 
 namespace {
@@ -32,7 +32,8 @@ private slots:
         QVERIFY2(waitForOutput(*first, "Norva: launched (version ", seen), seen.constData());
         QVERIFY(seen.contains(", first launch)"));
         stop(*first);
-        QVERIFY(TempHome::read(home.file(QStringLiteral(".config/Norva/preferences.toml"))).contains("hasLaunchedBefore = true"));
+        QVERIFY(TempHome::read(home.file(QStringLiteral(".config/Norva/preferences.toml")))
+                    .contains("hasLaunchedBefore = true"));
 
         seen.clear();
         auto again = startNorva(home);
@@ -46,15 +47,16 @@ private slots:
     void demoLeavesTheAgentsAndTheirFolderAlone()
     {
         TempHome home;
-        home.write(QStringLiteral(".local/share/Norva/team-rules.json"),
-                   R"({ "rules": [ { "id": "no-push", "action": "never", "kind": "run", "pattern": "git push*" } ] })");
+        home.write(
+            QStringLiteral(".local/share/Norva/team-rules.json"),
+            R"({ "rules": [ { "id": "no-push", "action": "never", "kind": "run", "pattern": "git push*" } ] })");
         QByteArray seen;
         auto demo = startNorva(home, {QStringLiteral("--demo")});
         QVERIFY2(waitForOutput(*demo, "Norva team: 1 rule in force", seen), seen.constData());
         QVERIFY2(waitForOutput(*demo, "Norva agents: Claude usage", seen), seen.constData());
         stop(*demo);
-        for (const char* untouched :
-             {".claude", ".codex", ".copilot", ".local/share/Norva/approvals", ".config/Norva/preferences.toml"})
+        for (const char* untouched : {".claude", ".codex", ".copilot", ".local/share/Norva/approvals",
+                                      ".config/Norva/preferences.toml"})
             QVERIFY2(!QFileInfo::exists(home.file(QString::fromLatin1(untouched))), untouched);
     }
 
@@ -97,7 +99,8 @@ private slots:
         QTest::addColumn<QByteArray>("expected");
         QTest::newRow("help") << QStringLiteral("--help") << QByteArray("--demo-scene <scene>");
         QTest::newRow("short help") << QStringLiteral("-h") << QByteArray("--open-page <page>");
-        QTest::newRow("version") << QStringLiteral("--version") << QByteArray("Norva " NORVA_VERSION_TEXT "\n");
+        QTest::newRow("version") << QStringLiteral("--version")
+                                 << QByteArray("Norva " NORVA_VERSION_TEXT "\n");
     }
 
     void helpAndVersionNeedNoDisplay()

@@ -20,8 +20,9 @@ class DesktopWithWindowManager {
 public:
     DesktopWithWindowManager()
     {
-        m_server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                                                QStringLiteral("0"), QStringLiteral("1280x800x24")});
+        m_server.start(QStringLiteral("Xvfb"),
+                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                        QStringLiteral("0"), QStringLiteral("1280x800x24")});
         if (!m_server.waitForReadyRead(10000))
             return;
         m_display = QLatin1Char(':') + QString::fromLatin1(m_server.readAllStandardOutput().trimmed());
@@ -49,7 +50,10 @@ public:
         tool.waitForFinished(10000);
         return QString::fromUtf8(tool.readAllStandardOutput()).trimmed();
     }
-    QString activeWindowName() const { return xdotool({QStringLiteral("getactivewindow"), QStringLiteral("getwindowname")}); }
+    QString activeWindowName() const
+    {
+        return xdotool({QStringLiteral("getactivewindow"), QStringLiteral("getwindowname")});
+    }
     // Asks the window manager (once it runs) to activate the window of this name; the active one's name.
     QString activate(const QString& name) const
     {
@@ -68,15 +72,16 @@ private:
 // holds Ctrl+Alt+J for itself, as a desktop's own shortcut daemon might.
 class OtherProgram {
 public:
-    explicit OtherProgram(const QString& display) : m_connection(xcb_connect(display.toLocal8Bit().constData(), nullptr))
+    explicit OtherProgram(const QString& display)
+        : m_connection(xcb_connect(display.toLocal8Bit().constData(), nullptr))
     {
         const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
         m_window = xcb_generate_id(m_connection);
         xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, screen->root, 100, 200, 400, 300, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
         const char name[] = "Editor";
-        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-                            strlen(name), name);
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING,
+                            8, strlen(name), name);
         xcb_map_window(m_connection, m_window);
         xcb_flush(m_connection);
     }
@@ -116,7 +121,8 @@ private slots:
         QVERIFY(!desktop.display().isEmpty());
         OtherProgram editor(desktop.display());
         editor.holdCtrlAltJ();
-        QTRY_COMPARE_WITH_TIMEOUT(desktop.activate(QStringLiteral("Editor")), QStringLiteral("Editor"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(desktop.activate(QStringLiteral("Editor")), QStringLiteral("Editor"),
+                                  10000);
 
         TempHome home;
         QProcessEnvironment environment = norva::test::norvaEnvironment(home);
@@ -124,8 +130,9 @@ private slots:
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         auto norva = norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE), environment);
         QByteArray seen;
-        QVERIFY2(waitForOutput(*norva, "Norva keys: could not take Ctrl+Alt+J for the jot sheet (another program "
-                                       "holds it); norva --jot still opens it",
+        QVERIFY2(waitForOutput(*norva,
+                               "Norva keys: could not take Ctrl+Alt+J for the jot sheet (another program "
+                               "holds it); norva --jot still opens it",
                                seen),
                  seen.constData());
         QCOMPARE(desktop.activeWindowName(), QStringLiteral("Editor"));

@@ -1,7 +1,7 @@
+#include "CalendarFixtures.h"
 #include "LogCapture.h"
 #include "TempHome.h"
 #include "TestMain.h"
-#include "CalendarFixtures.h"
 
 #include "storage/ICalendarFile.h"
 #include "storage/ICalendarPatch.h"

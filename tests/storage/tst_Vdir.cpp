@@ -1,8 +1,8 @@
+#include "CalendarFixtures.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
 #include "TestMain.h"
-#include "CalendarFixtures.h"
 
 #include "storage/VdirRoot.h"
 #include "storage/VdirWatch.h"

@@ -6,8 +6,8 @@
 
 namespace norva::test {
 namespace {
-const QList<QByteArray> kVariables = {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME",
-                                      "XDG_CACHE_HOME", "COPILOT_HOME"};
+const QList<QByteArray> kVariables = {"HOME",           "XDG_DATA_HOME",  "XDG_CONFIG_HOME",
+                                      "XDG_STATE_HOME", "XDG_CACHE_HOME", "COPILOT_HOME"};
 }
 
 TempHome::TempHome()

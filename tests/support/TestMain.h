@@ -13,6 +13,6 @@ int registerTestClass(const char* name, std::function<std::unique_ptr<QObject>()
 
 } // namespace norva::test
 
-#define NORVA_TEST(ClassName)                                                                          \
-    static const int ClassName##_registered = ::norva::test::registerTestClass(                       \
+#define NORVA_TEST(ClassName)                                                                                \
+    static const int ClassName##_registered = ::norva::test::registerTestClass(                              \
         #ClassName, [] { return std::unique_ptr<QObject>(new ClassName); });

@@ -111,7 +111,7 @@ private slots:
         }
         const QList<QPair<QString, int>> expected = {
             {"shortBreak", 1}, {"work", 1}, {"shortBreak", 2}, {"work", 2},
-            {"shortBreak", 3}, {"work", 3}, {"longBreak", 4}, {"work", 0},
+            {"shortBreak", 3}, {"work", 3}, {"longBreak", 4},  {"work", 0},
         };
         QCOMPARE(seen, expected);
         QCOMPARE(rig.sound.plays, 8);
@@ -136,15 +136,24 @@ private slots:
         QTest::addColumn<QStringList>("before");
         QTest::addColumn<QString>("action");
         QTest::addColumn<QString>("refusal");
-        QTest::newRow("pause without a timer") << QStringList{} << "pause" << "no timer is running";
-        QTest::newRow("resume without a timer") << QStringList{} << "resume" << "no timer is running";
-        QTest::newRow("stop without a timer") << QStringList{} << "stop" << "no timer is running";
-        QTest::newRow("pause twice") << QStringList{"start", "pause"} << "pause" << "the timer is already paused";
-        QTest::newRow("resume a running one") << QStringList{"start"} << "resume" << "the timer is already running";
-        QTest::newRow("an unknown action") << QStringList{"start"} << "snooze" << "a timer has no answer for it";
-        QTest::newRow("pause a running one") << QStringList{"start"} << "pause" << "";
-        QTest::newRow("resume a paused one") << QStringList{"start", "pause"} << "resume" << "";
-        QTest::newRow("stop a paused one") << QStringList{"start", "pause"} << "stop" << "";
+        QTest::newRow("pause without a timer") << QStringList{} << "pause"
+                                               << "no timer is running";
+        QTest::newRow("resume without a timer") << QStringList{} << "resume"
+                                                << "no timer is running";
+        QTest::newRow("stop without a timer") << QStringList{} << "stop"
+                                              << "no timer is running";
+        QTest::newRow("pause twice") << QStringList{"start", "pause"} << "pause"
+                                     << "the timer is already paused";
+        QTest::newRow("resume a running one") << QStringList{"start"} << "resume"
+                                              << "the timer is already running";
+        QTest::newRow("an unknown action") << QStringList{"start"} << "snooze"
+                                           << "a timer has no answer for it";
+        QTest::newRow("pause a running one") << QStringList{"start"} << "pause"
+                                             << "";
+        QTest::newRow("resume a paused one") << QStringList{"start", "pause"} << "resume"
+                                             << "";
+        QTest::newRow("stop a paused one") << QStringList{"start", "pause"} << "stop"
+                                           << "";
     }
     void actionsAnswerAsTheNotchExpects()
     {
@@ -171,7 +180,8 @@ private slots:
         QVERIFY(rig.timer->paused());
         QCOMPARE(rig.coordinator.perform(QStringLiteral("pause"), TimerManager::activityId),
                  LiveActivityCoordinator::Outcome::unanswered);
-        QVERIFY(log.contains(QStringLiteral("Norva timers: pause did nothing (the timer is already paused)")));
+        QVERIFY(
+            log.contains(QStringLiteral("Norva timers: pause did nothing (the timer is already paused)")));
         QCOMPARE(rig.coordinator.perform(QStringLiteral("stop"), TimerManager::activityId),
                  LiveActivityCoordinator::Outcome::done);
         QVERIFY(!rig.live());
@@ -210,10 +220,12 @@ private slots:
         QStringList values;
         for (int step = 0; step < 95; ++step) {
             rig.clock.advance(Seconds(0.1));
-            if (const LiveActivity* live = rig.live(); live && (values.isEmpty() || values.last() != live->text.value))
+            if (const LiveActivity* live = rig.live();
+                live && (values.isEmpty() || values.last() != live->text.value))
                 values << live->text.value;
         }
-        QCOMPARE(values, (QStringList{"0:10", "0:09", "0:08", "0:07", "0:06", "0:05", "0:04", "0:03", "0:02", "0:01"}));
+        QCOMPARE(values, (QStringList{"0:10", "0:09", "0:08", "0:07", "0:06", "0:05", "0:04", "0:03", "0:02",
+                                      "0:01"}));
         QCOMPARE(changes.count(), 9);
     }
 
@@ -291,7 +303,8 @@ private slots:
         QVERIFY(!rig.timer->active());
         QVERIFY(log.contains(QStringLiteral("Norva timers: could not read timer.json")));
         rig.timer->startCountdown(30);
-        const QStringList aside = QDir(rig.folder.path()).entryList({QStringLiteral("timer.json.unreadable-*")});
+        const QStringList aside =
+            QDir(rig.folder.path()).entryList({QStringLiteral("timer.json.unreadable-*")});
         QCOMPARE(aside.size(), 1);
     }
 

@@ -20,11 +20,12 @@ private slots:
         QTest::newRow("canberra plays the theme's event")
             << QStringList{"canberra-gtk-play", "paplay"} << false
             << QStringList{"/bin/canberra-gtk-play", "-i", "complete", "-d", "Norva"};
-        QTest::newRow("paplay plays the theme's file") << QStringList{"paplay", "pw-play"} << true
-                                                       << QStringList{"/bin/paplay", file};
-        QTest::newRow("pw-play where PipeWire alone is there") << QStringList{"pw-play"} << true
-                                                               << QStringList{"/bin/pw-play", file};
-        QTest::newRow("a player without the theme is quiet") << QStringList{"paplay"} << false << QStringList{};
+        QTest::newRow("paplay plays the theme's file")
+            << QStringList{"paplay", "pw-play"} << true << QStringList{"/bin/paplay", file};
+        QTest::newRow("pw-play where PipeWire alone is there")
+            << QStringList{"pw-play"} << true << QStringList{"/bin/pw-play", file};
+        QTest::newRow("a player without the theme is quiet")
+            << QStringList{"paplay"} << false << QStringList{};
         QTest::newRow("no player at all") << QStringList{} << true << QStringList{};
     }
     void thePlayerIsTheDesktopsOwn()
@@ -46,10 +47,13 @@ private slots:
     void aMachineWithoutSoundSaysSoOnce()
     {
         test::LogCapture log;
-        FreedesktopTimerSound sound([](const QString&) { return QString(); }, [](const QString&) { return QString(); });
+        FreedesktopTimerSound sound([](const QString&) { return QString(); },
+                                    [](const QString&) { return QString(); });
         sound.playCompletion();
         sound.playCompletion();
-        QCOMPARE(log.count(QStringLiteral("Norva timers: the timer finished quietly (no sound player was found")), 1);
+        QCOMPARE(
+            log.count(QStringLiteral("Norva timers: the timer finished quietly (no sound player was found")),
+            1);
     }
 };
 

@@ -42,7 +42,8 @@ std::unique_ptr<QQuickItem> QmlViews::create(const QString& file, const QVariant
 QList<QQuickItem*> QmlViews::texts(QQuickItem* root)
 {
     QList<QQuickItem*> found;
-    collect(root, [](QQuickItem* item) { return item->inherits("QQuickText"); }, found);
+    collect(
+        root, [](QQuickItem* item) { return item->inherits("QQuickText"); }, found);
     return found;
 }
 
@@ -52,7 +53,8 @@ QList<QQuickItem*> QmlViews::made(QQuickItem* root, const QString& typeName)
     collect(
         root,
         [&typeName](QQuickItem* item) {
-            return QString::fromLatin1(item->metaObject()->className()).startsWith(typeName + QLatin1Char('_'));
+            return QString::fromLatin1(item->metaObject()->className())
+                .startsWith(typeName + QLatin1Char('_'));
         },
         found);
     return found;

@@ -33,8 +33,8 @@ public:
         QVariantList rows;
         for (const QString& text : {QStringLiteral("apt install debian-keyring"), QStringLiteral("hello")})
             if (text.contains(m_query))
-                rows << QVariantMap{{"id", text}, {"kind", "text"}, {"preview", text}, {"pinned", false},
-                                    {"app", ""}, {"date", QDateTime()}, {"copied", false}};
+                rows << QVariantMap{{"id", text}, {"kind", "text"},      {"preview", text}, {"pinned", false},
+                                    {"app", ""},  {"date", QDateTime()}, {"copied", false}};
         return rows;
     }
     QString emptyText() const { return rows().isEmpty() ? QStringLiteral("Nothing matches") : QString(); }

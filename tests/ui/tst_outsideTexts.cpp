@@ -58,8 +58,8 @@ private slots:
         QTest::newRow("entities") << entities << entities;
         QTest::newRow("right-to-left override")
             << QStringLiteral("cat notes\u202Etxt.sh") << QStringLiteral("cat notes<U+202E>txt.sh");
-        QTest::newRow("zero-width space and isolate")
-            << QStringLiteral("git\u200Bpush \u2066x\u2069") << QStringLiteral("git<U+200B>push <U+2066>x<U+2069>");
+        QTest::newRow("zero-width space and isolate") << QStringLiteral("git\u200Bpush \u2066x\u2069")
+                                                      << QStringLiteral("git<U+200B>push <U+2066>x<U+2069>");
         QTest::newRow("terminal escape") << QStringLiteral("\x1b[2Jls") << QStringLiteral("<U+001B>[2Jls");
         QTest::newRow("line and paragraph separators")
             << QStringLiteral("ls\u2028rm -rf ~") << QStringLiteral("ls<U+2028>rm -rf ~");
@@ -75,7 +75,8 @@ private slots:
 
         const QVariantMap card{{"agent", "Claude Code"}, {"tool", "Bash"}, {"folder", given},
                                {"subject", given},       {"writes", ""},   {"id", "toolu_1"}};
-        auto promptCard = views.create(QStringLiteral("AgentPromptCard.qml"), {{"card", card}, {"width", 4000}});
+        auto promptCard =
+            views.create(QStringLiteral("AgentPromptCard.qml"), {{"card", card}, {"width", 4000}});
         QVERIFY(promptCard);
         const QList<QQuickItem*> texts = test::QmlViews::texts(promptCard.get());
         QString which;
@@ -90,27 +91,38 @@ private slots:
             QVERIFY(qAbs(command->implicitWidth() - metrics.horizontalAdvance(shown)) < 2);
         }
 
-        auto questionCard = views.create(
-            QStringLiteral("AgentQuestionCard.qml"),
-            {{"card", QVariantMap{{"agent", "Claude Code"}, {"questions", QStringList{given}},
-                                  {"options", QStringList{given}}}}});
+        auto questionCard = views.create(QStringLiteral("AgentQuestionCard.qml"),
+                                         {{"card", QVariantMap{{"agent", "Claude Code"},
+                                                               {"questions", QStringList{given}},
+                                                               {"options", QStringList{given}}}}});
         QVERIFY(questionCard);
         const QList<QQuickItem*> questionTexts = test::QmlViews::texts(questionCard.get());
         QVERIFY2(allPlain(questionTexts, &which), qPrintable(which));
         QVERIFY(textShowing(questionTexts, given));
 
-        const QVariantMap face{{"active", true},        {"title", given},       {"detail", given},
-                               {"detailOpen", true},    {"hasDetail", true},    {"leftPiece", "mark"},
-                               {"rightPiece", "value"}, {"value", given},       {"tone", "accent"},
-                               {"symbol", "agent"},     {"progress", -1},       {"liveCount", 1},
-                               {"shownPosition", 0},    {"pinned", false},      {"musicLeft", ""},
-                               {"musicRight", ""},      {"activityId", "agent-prompt-toolu_1"}};
+        const QVariantMap face{{"active", true},
+                               {"title", given},
+                               {"detail", given},
+                               {"detailOpen", true},
+                               {"hasDetail", true},
+                               {"leftPiece", "mark"},
+                               {"rightPiece", "value"},
+                               {"value", given},
+                               {"tone", "accent"},
+                               {"symbol", "agent"},
+                               {"progress", -1},
+                               {"liveCount", 1},
+                               {"shownPosition", 0},
+                               {"pinned", false},
+                               {"musicLeft", ""},
+                               {"musicRight", ""},
+                               {"activityId", "agent-prompt-toolu_1"}};
         views.engine().rootContext()->setContextProperty(QStringLiteral("closedFace"), face);
         views.engine().rootContext()->setContextProperty(QStringLiteral("settings"),
                                                          QVariantMap{{"reducedMotion", true}});
         views.engine().rootContext()->setContextProperty(
-            QStringLiteral("app"),
-            QVariant::fromValue(views.engine().evaluate(QStringLiteral("({ hasQml: function () { return false } })"))));
+            QStringLiteral("app"), QVariant::fromValue(views.engine().evaluate(
+                                       QStringLiteral("({ hasQml: function () { return false } })"))));
         auto closedFace = views.create(QStringLiteral("ClosedFace.qml"), {{"face", face}});
         QVERIFY(closedFace);
         const QList<QQuickItem*> faceTexts = test::QmlViews::texts(closedFace.get());
@@ -124,11 +136,13 @@ private slots:
     {
         test::QmlViews views;
         const QString content = longCommand(500);
-        const QVariantMap card{{"agent", "Claude Code"}, {"tool", "Write"}, {"folder", "p"},
+        const QVariantMap card{{"agent", "Claude Code"}, {"tool", "Write"},   {"folder", "p"},
                                {"subject", "/p/run.sh"}, {"writes", content}, {"id", "toolu_2"}};
-        auto promptCard = views.create(QStringLiteral("AgentPromptCard.qml"), {{"card", card}, {"width", 600}});
+        auto promptCard =
+            views.create(QStringLiteral("AgentPromptCard.qml"), {{"card", card}, {"width", 600}});
         QVERIFY(promptCard);
-        const QList<QQuickItem*> boxes = test::QmlViews::made(promptCard.get(), QStringLiteral("LiteralText"));
+        const QList<QQuickItem*> boxes =
+            test::QmlViews::made(promptCard.get(), QStringLiteral("LiteralText"));
         QCOMPARE(boxes.size(), 2);
         QQuickItem* writes = boxes.at(1);
         QVERIFY(writes->isVisible());
@@ -152,9 +166,13 @@ private slots:
         QCOMPARE(flickables.at(0)->property("contentHeight").toReal(), body->implicitHeight());
 
         // Nothing to write: the box and its label stay away.
-        auto bashCard = views.create(QStringLiteral("AgentPromptCard.qml"),
-                                     {{"card", QVariantMap{{"agent", "Codex"}, {"tool", "shell"}, {"folder", ""},
-                                                           {"subject", "ls"}, {"writes", ""}, {"id", "c"}}}});
+        auto bashCard =
+            views.create(QStringLiteral("AgentPromptCard.qml"), {{"card", QVariantMap{{"agent", "Codex"},
+                                                                                      {"tool", "shell"},
+                                                                                      {"folder", ""},
+                                                                                      {"subject", "ls"},
+                                                                                      {"writes", ""},
+                                                                                      {"id", "c"}}}});
         QVERIFY(bashCard);
         QVERIFY(!test::QmlViews::made(bashCard.get(), QStringLiteral("LiteralText")).at(1)->isVisible());
     }

@@ -28,7 +28,8 @@ private slots:
             for (int i = 0; i < lines.size(); ++i) {
                 const QString code = lines.at(i).section(QStringLiteral("//"), 0, 0);
                 if (bareText.match(code).hasMatch())
-                    offences << name + QLatin1Char(':') + QString::number(i + 1) + QStringLiteral(": use PlainText");
+                    offences << name + QLatin1Char(':') + QString::number(i + 1) +
+                                    QStringLiteral(": use PlainText");
                 if (format.match(code).hasMatch())
                     offences << name + QLatin1Char(':') + QString::number(i + 1) +
                                     QStringLiteral(": textFormat is PlainText's alone");

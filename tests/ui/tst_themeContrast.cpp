@@ -15,8 +15,11 @@ namespace {
 // Relative luminance as the WCAG contrast formula defines it.
 double luminance(const QColor& colour)
 {
-    const auto channel = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) + 0.0722 * channel(colour.blueF());
+    const auto channel = [](double c) {
+        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
+           0.0722 * channel(colour.blueF());
 }
 
 double contrast(const QColor& a, const QColor& b)
@@ -44,7 +47,8 @@ private slots:
         QTest::addColumn<QString>("surface");
         for (const char* text : {"text", "textDim", "textFaint", "accent", "good", "warn", "bad"})
             for (const char* surface : {"notch", "panel", "card", "cardHover"})
-                QTest::addRow("%s on %s", text, surface) << QString::fromLatin1(text) << QString::fromLatin1(surface);
+                QTest::addRow("%s on %s", text, surface)
+                    << QString::fromLatin1(text) << QString::fromLatin1(surface);
     }
 
     void everyTextColourReadsOnEverySurface()
@@ -52,7 +56,8 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, surface);
         const auto themeColour = [this](const QString& name) {
-            QQmlExpression expression(qmlContext(m_item.get()), m_item.get(), QStringLiteral("Theme.") + name);
+            QQmlExpression expression(qmlContext(m_item.get()), m_item.get(),
+                                      QStringLiteral("Theme.") + name);
             return expression.evaluate().value<QColor>();
         };
         const QColor foreground = themeColour(text);

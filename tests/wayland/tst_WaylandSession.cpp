@@ -24,7 +24,8 @@ constexpr int kCompositorStartMs = 90000;
 constexpr int kNorvaStartMs = 90000;
 constexpr int kPollMs = 250;
 
-const QByteArray kThroughXWayland = "Norva: drawing through XWayland (this desktop offers no layer for the notch)";
+const QByteArray kThroughXWayland =
+    "Norva: drawing through XWayland (this desktop offers no layer for the notch)";
 
 // A real Wayland desktop for one test: weston on its headless back end, with XWayland, in a
 // runtime folder of its own. Its X display is read from its log, since weston takes the first
@@ -41,8 +42,8 @@ public:
         // XWayland's sockets live in /tmp/.X11-unix, which a machine without an X server may lack.
         QDir().mkpath(QStringLiteral("/tmp/.X11-unix"));
         QFile::setPermissions(QStringLiteral("/tmp/.X11-unix"), QFileDevice::Permissions(0x7777));
-        QFile::setPermissions(m_runtime.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                                    QFileDevice::ExeOwner);
+        QFile::setPermissions(m_runtime.path(),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
         m_socket = QStringLiteral("norva-test-%1").arg(getpid());
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime.path());
@@ -68,7 +69,8 @@ public:
             if (m_weston.state() == QProcess::NotRunning)
                 break;
         }
-        m_whyNot = QStringLiteral("weston did not start with XWayland: ") + QString::fromUtf8(m_log.right(600));
+        m_whyNot =
+            QStringLiteral("weston did not start with XWayland: ") + QString::fromUtf8(m_log.right(600));
         m_xDisplay.clear();
     }
 
@@ -99,14 +101,15 @@ public:
     QRect xWindowOf(const QString& program, const QString& title, quint32* id = nullptr) const
     {
         QProcess xwininfo;
-        xwininfo.start(QStringLiteral("xwininfo"),
-                       {QStringLiteral("-display"), m_xDisplay, QStringLiteral("-root"), QStringLiteral("-tree")});
+        xwininfo.start(QStringLiteral("xwininfo"), {QStringLiteral("-display"), m_xDisplay,
+                                                    QStringLiteral("-root"), QStringLiteral("-tree")});
         if (!xwininfo.waitForFinished(30000) || xwininfo.exitCode() != 0)
             return {};
         // 0x40000c "Norva": ("norva" "Norva")  800x640+32+32  +560+0   (relative, then absolute)
-        const QRegularExpression line(QStringLiteral("(0x[0-9a-f]+) \"%1\": \\(\"%2\" \"[^\"]*\"\\)\\s+(\\d+)x(\\d+)\\S*\\s+"
-                                                     "\\+(-?\\d+)\\+(-?\\d+)")
-                                          .arg(QRegularExpression::escape(title), QRegularExpression::escape(program)));
+        const QRegularExpression line(
+            QStringLiteral("(0x[0-9a-f]+) \"%1\": \\(\"%2\" \"[^\"]*\"\\)\\s+(\\d+)x(\\d+)\\S*\\s+"
+                           "\\+(-?\\d+)\\+(-?\\d+)")
+                .arg(QRegularExpression::escape(title), QRegularExpression::escape(program)));
         const auto match = line.match(QString::fromUtf8(xwininfo.readAllStandardOutput()));
         if (!match.hasMatch())
             return {};
@@ -128,7 +131,8 @@ public:
             if (reply) {
                 const xcb_rectangle_t* rectangles = xcb_shape_get_rectangles_rectangles(reply);
                 for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(reply); ++i)
-                    extents |= QRect(rectangles[i].x, rectangles[i].y, rectangles[i].width, rectangles[i].height);
+                    extents |=
+                        QRect(rectangles[i].x, rectangles[i].y, rectangles[i].width, rectangles[i].height);
                 free(reply);
             }
         }
@@ -173,10 +177,12 @@ private slots:
         TempHome home;
         auto norva = norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE), weston.sessionFor(home));
         QByteArray seen;
-        QVERIFY2(norva::test::waitForOutput(*norva, "Norva: launched", seen, kNorvaStartMs), seen.constData());
+        QVERIFY2(norva::test::waitForOutput(*norva, "Norva: launched", seen, kNorvaStartMs),
+                 seen.constData());
         QVERIFY2(seen.contains(kThroughXWayland), seen.constData());
         QCOMPARE(seen.count(kThroughXWayland), 1);
-        const QRect window = weston.waitForXWindowOf(QStringLiteral("norva"), QStringLiteral("Norva"), *norva);
+        const QRect window =
+            weston.waitForXWindowOf(QStringLiteral("norva"), QStringLiteral("Norva"), *norva);
         seen += norva->readAllStandardError();
         QVERIFY2(!window.isEmpty(), seen.constData());
         QCOMPARE(window.size(), QSize(800, 640));

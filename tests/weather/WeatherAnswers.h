@@ -34,7 +34,8 @@ inline const QByteArray emptyArrays = R"({
   "daily": {"time": [], "weather_code": [], "temperature_2m_max": [], "temperature_2m_min": []}
 })";
 
-inline const QByteArray located = R"({"ip": "192.0.2.1", "city": "Lisbon", "latitude": 38.7223, "longitude": -9.1393})";
+inline const QByteArray located =
+    R"({"ip": "192.0.2.1", "city": "Lisbon", "latitude": 38.7223, "longitude": -9.1393})";
 // The fall-back service writes its numbers as text.
 inline const QByteArray locatedAsText = R"({"city": "Porto", "latitude": "41.1496", "longitude": "-8.611"})";
 inline const QByteArray rateLimited = R"({"error": true, "reason": "RateLimited"})";

@@ -18,10 +18,14 @@ private slots:
         QTest::addColumn<bool>("fahrenheit");
         QTest::newRow("nothing set") << QByteArray() << QByteArray() << QByteArray() << false;
         QTest::newRow("C") << QByteArray() << QByteArray("C.UTF-8") << QByteArray() << false;
-        QTest::newRow("US measurement") << QByteArray() << QByteArray("en_US.UTF-8") << QByteArray("de_DE.UTF-8") << true;
-        QTest::newRow("British measurement is metric") << QByteArray() << QByteArray("en_GB.UTF-8") << QByteArray() << false;
-        QTest::newRow("LANG when LC_MEASUREMENT is unset") << QByteArray() << QByteArray() << QByteArray("en_US.UTF-8") << true;
-        QTest::newRow("LC_ALL wins") << QByteArray("de_DE.UTF-8") << QByteArray("en_US.UTF-8") << QByteArray() << false;
+        QTest::newRow("US measurement")
+            << QByteArray() << QByteArray("en_US.UTF-8") << QByteArray("de_DE.UTF-8") << true;
+        QTest::newRow("British measurement is metric")
+            << QByteArray() << QByteArray("en_GB.UTF-8") << QByteArray() << false;
+        QTest::newRow("LANG when LC_MEASUREMENT is unset")
+            << QByteArray() << QByteArray() << QByteArray("en_US.UTF-8") << true;
+        QTest::newRow("LC_ALL wins") << QByteArray("de_DE.UTF-8") << QByteArray("en_US.UTF-8") << QByteArray()
+                                     << false;
     }
     void measurementLocaleDecides()
     {

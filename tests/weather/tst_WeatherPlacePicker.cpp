@@ -29,8 +29,9 @@ private slots:
         rig.clock.advance(WeatherPlacePicker::typingPause);
         QTRY_COMPARE(picker.results().size(), 2);
         QCOMPARE(rig.server.requests().size(), 1);
-        QCOMPARE(rig.server.requests().first().target,
-                 QByteArray("/v1/search?name=S%C3%A3o%20Paulo%20%26%20Berlin&count=6&language=en&format=json"));
+        QCOMPARE(
+            rig.server.requests().first().target,
+            QByteArray("/v1/search?name=S%C3%A3o%20Paulo%20%26%20Berlin&count=6&language=en&format=json"));
         QCOMPARE(log.lines(), QStringList{"Norva Weather: searching places for \"São Paulo & Berlin\""});
         QCOMPARE(picker.message(), QString());
         QCOMPARE(picker.resultRows().at(1).toMap().value("name").toString(),
@@ -44,8 +45,13 @@ private slots:
         // The first query's answer is slow: it comes only after the second query's.
         rig.server.setHandler([](const LocalHttpServer::Request& request) -> LocalHttpServer::Response {
             if (request.query.queryItemValue("name") == QLatin1String("Par"))
-                return {200, R"({"results": [{"name": "Parma", "country": "Italy", "latitude": 44.8, "longitude": 10.33}]})", true};
-            return {200, R"({"results": [{"name": "Paris", "country": "France", "latitude": 48.85, "longitude": 2.35}]})"};
+                return {
+                    200,
+                    R"({"results": [{"name": "Parma", "country": "Italy", "latitude": 44.8, "longitude": 10.33}]})",
+                    true};
+            return {
+                200,
+                R"({"results": [{"name": "Paris", "country": "France", "latitude": 48.85, "longitude": 2.35}]})"};
         });
         picker.setQuery("Par");
         rig.clock.advance(WeatherPlacePicker::typingPause);
@@ -65,12 +71,15 @@ private slots:
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("logged");
-        QTest::newRow("nothing found") << 200 << QByteArray(R"({"generationtime_ms": 0.1})")
-                                       << "No place matches \u201CAtlantis\u201D." << "";
-        QTest::newRow("empty results") << 200 << QByteArray(R"({"results": []})")
-                                       << "No place matches \u201CAtlantis\u201D." << "";
-        QTest::newRow("garbage") << 200 << QByteArray("Service Unavailable") << "The place search didn't come back."
-                                 << "Norva Weather: searching places failed (the geocoder sent nothing readable)";
+        QTest::newRow("nothing found")
+            << 200 << QByteArray(R"({"generationtime_ms": 0.1})") << "No place matches \u201CAtlantis\u201D."
+            << "";
+        QTest::newRow("empty results")
+            << 200 << QByteArray(R"({"results": []})") << "No place matches \u201CAtlantis\u201D."
+            << "";
+        QTest::newRow("garbage")
+            << 200 << QByteArray("Service Unavailable") << "The place search didn't come back."
+            << "Norva Weather: searching places failed (the geocoder sent nothing readable)";
         QTest::newRow("server error") << 503 << QByteArray("{}") << "The place search didn't come back."
                                       << "Norva Weather: searching places failed (the geocoder answered 503)";
     }
@@ -107,7 +116,8 @@ private slots:
         QCOMPARE(picker.message(), QStringLiteral("Searching\u2026"));
         rig.clock.advance(Seconds(0.1));
         QTRY_COMPARE(picker.message(), QStringLiteral("The place search didn't come back."));
-        QVERIFY(log.lines().contains("Norva Weather: searching places failed (the geocoder did not answer in time)"));
+        QVERIFY(log.lines().contains(
+            "Norva Weather: searching places failed (the geocoder did not answer in time)"));
     }
 
     void pinningAResultUsesIt()
@@ -123,7 +133,8 @@ private slots:
         QVERIFY(picker.results().isEmpty());
         QVERIFY(rig.settled());
         QCOMPARE(rig.weather->placeName(), QStringLiteral("Berlin, Land Berlin, Germany"));
-        QVERIFY(rig.server.requests().last().target.startsWith("/v1/forecast?latitude=52.5244&longitude=13.4105&"));
+        QVERIFY(rig.server.requests().last().target.startsWith(
+            "/v1/forecast?latitude=52.5244&longitude=13.4105&"));
         picker.pin(5); // out of range: nothing happens
         QCOMPARE(rig.weather->placeName(), QStringLiteral("Berlin, Land Berlin, Germany"));
     }

@@ -25,32 +25,58 @@ private slots:
         QTest::addColumn<bool>("isDay");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("glyph");
-        QTest::newRow("0 clear by day") << 0 << true << "Clear" << "clearDay";
-        QTest::newRow("0 clear by night") << 0 << false << "Clear" << "clearNight";
-        QTest::newRow("1 reads partly cloudy, keeps the clear sky") << 1 << true << "Partly cloudy" << "clearDay";
-        QTest::newRow("1 at night") << 1 << false << "Partly cloudy" << "clearNight";
-        QTest::newRow("2 partly cloudy with the cloud") << 2 << true << "Partly cloudy" << "cloud";
-        QTest::newRow("3 cloudy") << 3 << false << "Cloudy" << "cloud";
-        QTest::newRow("45 fog") << 45 << true << "Fog" << "fog";
-        QTest::newRow("48 fog") << 48 << true << "Fog" << "fog";
-        QTest::newRow("51 drizzle") << 51 << true << "Drizzle" << "rain";
-        QTest::newRow("57 drizzle") << 57 << true << "Drizzle" << "rain";
-        QTest::newRow("60 is no WMO code, yet rain's glyph") << 60 << true << "\u2014" << "rain";
-        QTest::newRow("61 rain") << 61 << true << "Rain" << "rain";
-        QTest::newRow("67 rain") << 67 << true << "Rain" << "rain";
-        QTest::newRow("68 beyond rain") << 68 << true << "\u2014" << "cloud";
-        QTest::newRow("71 snow") << 71 << true << "Snow" << "snow";
-        QTest::newRow("77 snow") << 77 << true << "Snow" << "snow";
-        QTest::newRow("74 snow's glyph only") << 74 << true << "\u2014" << "snow";
-        QTest::newRow("80 showers") << 80 << true << "Showers" << "rain";
-        QTest::newRow("82 showers") << 82 << true << "Showers" << "rain";
-        QTest::newRow("85 snow showers") << 85 << true << "Snow showers" << "snow";
-        QTest::newRow("86 snow showers") << 86 << true << "Snow showers" << "snow";
-        QTest::newRow("95 thunderstorm") << 95 << true << "Thunderstorm" << "thunder";
-        QTest::newRow("99 thunderstorm") << 99 << false << "Thunderstorm" << "thunder";
-        QTest::newRow("97 thunder's glyph only") << 97 << true << "\u2014" << "thunder";
-        QTest::newRow("-1 unknown") << -1 << true << "\u2014" << "cloud";
-        QTest::newRow("100 unknown") << 100 << true << "\u2014" << "cloud";
+        QTest::newRow("0 clear by day") << 0 << true << "Clear"
+                                        << "clearDay";
+        QTest::newRow("0 clear by night") << 0 << false << "Clear"
+                                          << "clearNight";
+        QTest::newRow("1 reads partly cloudy, keeps the clear sky") << 1 << true << "Partly cloudy"
+                                                                    << "clearDay";
+        QTest::newRow("1 at night") << 1 << false << "Partly cloudy"
+                                    << "clearNight";
+        QTest::newRow("2 partly cloudy with the cloud") << 2 << true << "Partly cloudy"
+                                                        << "cloud";
+        QTest::newRow("3 cloudy") << 3 << false << "Cloudy"
+                                  << "cloud";
+        QTest::newRow("45 fog") << 45 << true << "Fog"
+                                << "fog";
+        QTest::newRow("48 fog") << 48 << true << "Fog"
+                                << "fog";
+        QTest::newRow("51 drizzle") << 51 << true << "Drizzle"
+                                    << "rain";
+        QTest::newRow("57 drizzle") << 57 << true << "Drizzle"
+                                    << "rain";
+        QTest::newRow("60 is no WMO code, yet rain's glyph") << 60 << true << "\u2014"
+                                                             << "rain";
+        QTest::newRow("61 rain") << 61 << true << "Rain"
+                                 << "rain";
+        QTest::newRow("67 rain") << 67 << true << "Rain"
+                                 << "rain";
+        QTest::newRow("68 beyond rain") << 68 << true << "\u2014"
+                                        << "cloud";
+        QTest::newRow("71 snow") << 71 << true << "Snow"
+                                 << "snow";
+        QTest::newRow("77 snow") << 77 << true << "Snow"
+                                 << "snow";
+        QTest::newRow("74 snow's glyph only") << 74 << true << "\u2014"
+                                              << "snow";
+        QTest::newRow("80 showers") << 80 << true << "Showers"
+                                    << "rain";
+        QTest::newRow("82 showers") << 82 << true << "Showers"
+                                    << "rain";
+        QTest::newRow("85 snow showers") << 85 << true << "Snow showers"
+                                         << "snow";
+        QTest::newRow("86 snow showers") << 86 << true << "Snow showers"
+                                         << "snow";
+        QTest::newRow("95 thunderstorm") << 95 << true << "Thunderstorm"
+                                         << "thunder";
+        QTest::newRow("99 thunderstorm") << 99 << false << "Thunderstorm"
+                                         << "thunder";
+        QTest::newRow("97 thunder's glyph only") << 97 << true << "\u2014"
+                                                 << "thunder";
+        QTest::newRow("-1 unknown") << -1 << true << "\u2014"
+                                    << "cloud";
+        QTest::newRow("100 unknown") << 100 << true << "\u2014"
+                                     << "cloud";
     }
     void conditionReadsAndDraws()
     {
@@ -71,7 +97,8 @@ private slots:
         QCOMPARE(forecast.hours.at(3).temperature, 9.0);
         QCOMPARE(forecast.hours.at(2).code, 61);
         QCOMPARE(forecast.hours.at(6).isDay, false);
-        QCOMPARE(forecast.hours.at(1).time, QDateTime(QDate(2026, 11, 18), QTime(11, 0), Qt::OffsetFromUTC, 3600));
+        QCOMPARE(forecast.hours.at(1).time,
+                 QDateTime(QDate(2026, 11, 18), QTime(11, 0), Qt::OffsetFromUTC, 3600));
         QCOMPARE(forecast.days.size(), 4);
         QCOMPARE(forecast.days.at(2), (DayForecast{QDate(2026, 11, 19), 71, 3.2, -1}));
     }
@@ -87,7 +114,8 @@ private slots:
         QTest::newRow("current temperature null")
             << QByteArray(R"({"current": {"temperature_2m": null, "weather_code": 3}})")
             << "Open-Meteo sent no current conditions";
-        QTest::newRow("garbage") << QByteArray("<html>502 Bad Gateway</html>") << "Open-Meteo sent nothing readable";
+        QTest::newRow("garbage") << QByteArray("<html>502 Bad Gateway</html>")
+                                 << "Open-Meteo sent nothing readable";
         QTest::newRow("an array") << QByteArray("[1, 2]") << "Open-Meteo sent nothing readable";
         QTest::newRow("empty") << QByteArray() << "Open-Meteo sent nothing readable";
     }
@@ -117,7 +145,8 @@ private slots:
                       "temperature_2m_max": [5, 6], "temperature_2m_min": [1, 2]}})";
         const ForecastOutcome outcome = Forecast::fromAnswer(body);
         QVERIFY(outcome.forecast);
-        QCOMPARE(outcome.forecast->hours.size(), 1); // the second has no temperature, the third is past is_day's end
+        QCOMPARE(outcome.forecast->hours.size(),
+                 1); // the second has no temperature, the third is past is_day's end
         QCOMPARE(outcome.forecast->hours.first().temperature, 1.0);
         QCOMPARE(outcome.forecast->days.size(), 1);
     }
@@ -191,7 +220,8 @@ private slots:
         QCOMPARE(places->at(0), (GeoPlace{"Berlin, Land Berlin, Germany", 52.52437, 13.41053}));
         QCOMPARE(places->at(1).name, QStringLiteral("Berlin, New Hampshire, United States"));
         // No "results" key is how the geocoder says it found nothing.
-        QCOMPARE(GeoPlace::parseGeoPlaces(R"({"generationtime_ms": 0.2})"), std::optional<QList<GeoPlace>>(QList<GeoPlace>{}));
+        QCOMPARE(GeoPlace::parseGeoPlaces(R"({"generationtime_ms": 0.2})"),
+                 std::optional<QList<GeoPlace>>(QList<GeoPlace>{}));
         QCOMPARE(GeoPlace::parseGeoPlaces("not json"), std::nullopt);
         // A result without a position is left out; a repeated part of the name is said once.
         const auto partial = GeoPlace::parseGeoPlaces(

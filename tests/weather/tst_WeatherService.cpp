@@ -41,10 +41,12 @@ private slots:
         QTest::addColumn<int>("desktop");
         QTest::addColumn<QString>("choice");
         QTest::addColumn<QByteArray>("unit");
-        QTest::newRow("desktop metric, no choice") << int(TemperatureUnit::celsius) << "" << QByteArray("celsius");
+        QTest::newRow("desktop metric, no choice")
+            << int(TemperatureUnit::celsius) << "" << QByteArray("celsius");
         QTest::newRow("desktop imperial, no choice")
             << int(TemperatureUnit::fahrenheit) << "" << QByteArray("fahrenheit");
-        QTest::newRow("Norva's choice wins") << int(TemperatureUnit::celsius) << "fahrenheit" << QByteArray("fahrenheit");
+        QTest::newRow("Norva's choice wins")
+            << int(TemperatureUnit::celsius) << "fahrenheit" << QByteArray("fahrenheit");
         QTest::newRow("an unknown choice follows the desktop")
             << int(TemperatureUnit::fahrenheit) << "kelvin" << QByteArray("fahrenheit");
     }
@@ -77,7 +79,8 @@ private slots:
         rig.weather->start();
         QVERIFY(rig.settled());
         QCOMPARE(rig.paths(), QStringList{"/v1/forecast"});
-        QVERIFY(rig.server.requests().first().target.startsWith("/v1/forecast?latitude=52.52&longitude=13.405&"));
+        QVERIFY(
+            rig.server.requests().first().target.startsWith("/v1/forecast?latitude=52.52&longitude=13.405&"));
         QCOMPARE(rig.weather->placeName(), QStringLiteral("Berlin"));
         QVERIFY(rig.weather->isManualPlace());
         // The page's lists: hours from Berlin's 11:00 on, days from Berlin's today on.
@@ -93,7 +96,8 @@ private slots:
         QTest::addColumn<QByteArray>("firstBody");
         QTest::addColumn<QString>("firstReason");
         QTest::newRow("first answers 429") << 429 << Answers::rateLimited << "127.0.0.1 answered 429";
-        QTest::newRow("first gives no position") << 200 << Answers::rateLimited << "127.0.0.1 gave no position";
+        QTest::newRow("first gives no position")
+            << 200 << Answers::rateLimited << "127.0.0.1 gave no position";
         QTest::newRow("first sends garbage") << 200 << QByteArray("<html>") << "127.0.0.1 gave no position";
     }
     void locationServicesFallBackOneAfterTheOther()
@@ -108,7 +112,8 @@ private slots:
         rig.weather->start();
         QVERIFY(rig.settled());
         QCOMPARE(rig.paths(), (QStringList{"/where", "/where-else", "/v1/forecast"}));
-        QVERIFY(rig.server.requests().at(2).target.startsWith("/v1/forecast?latitude=41.1496&longitude=-8.611&"));
+        QVERIFY(
+            rig.server.requests().at(2).target.startsWith("/v1/forecast?latitude=41.1496&longitude=-8.611&"));
         QCOMPARE(rig.weather->placeName(), QStringLiteral("Porto"));
         QCOMPARE(rig.weather->status(), WeatherService::Status::ready);
         QCOMPARE(log.count("Norva Weather: "), 0);
@@ -147,8 +152,9 @@ private slots:
         rig.clock.advance(WeatherService::forecastTimeout);
         QVERIFY(rig.settled());
         QCOMPARE(rig.weather->failure(), QStringLiteral("The forecast didn't come back."));
-        QCOMPARE(log.lines(),
-                 QStringList{"Norva Weather: reading the forecast failed (Open-Meteo did not answer in time)"});
+        QCOMPARE(
+            log.lines(),
+            QStringList{"Norva Weather: reading the forecast failed (Open-Meteo did not answer in time)"});
     }
 
     void badForecastAnswersFailCalmly_data()
@@ -156,7 +162,8 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("cause");
-        QTest::newRow("no current conditions") << 200 << Answers::noCurrent << "Open-Meteo sent no current conditions";
+        QTest::newRow("no current conditions")
+            << 200 << Answers::noCurrent << "Open-Meteo sent no current conditions";
         QTest::newRow("garbage") << 200 << QByteArray("\x89PNG") << "Open-Meteo sent nothing readable";
         QTest::newRow("server error") << 502 << QByteArray("{\"error\":true}") << "Open-Meteo answered 502";
     }
@@ -219,7 +226,8 @@ private slots:
         rig.weather->start();
         // The kept forecast shows at once, with its age.
         QCOMPARE(rig.weather->temperatureText(), QStringLiteral("7\u00B0"));
-        QCOMPARE(rig.weather->ageText(), WeatherDisplay::ageText(rig.clock.now().addSecs(-60 * minutesAgo), rig.clock.now()));
+        QCOMPARE(rig.weather->ageText(),
+                 WeatherDisplay::ageText(rig.clock.now().addSecs(-60 * minutesAgo), rig.clock.now()));
         QCOMPARE(rig.weather->isOld(), minutesAgo >= 180);
         QVERIFY(rig.settled());
         QTest::qWait(30);
@@ -310,10 +318,13 @@ private slots:
         rig.weather->usePlace({"Reykjavík, Iceland", 64.13548, -21.89541});
         QCOMPARE(rig.prefs.value(WeatherSettings::placeLatitudeKey), std::optional<QVariant>(64.13548));
         QCOMPARE(rig.prefs.value(WeatherSettings::placeLongitudeKey), std::optional<QVariant>(-21.89541));
-        QCOMPARE(rig.prefs.value(WeatherSettings::placeNameKey), std::optional<QVariant>(QStringLiteral("Reykjavík, Iceland")));
+        QCOMPARE(rig.prefs.value(WeatherSettings::placeNameKey),
+                 std::optional<QVariant>(QStringLiteral("Reykjavík, Iceland")));
         QVERIFY(rig.settled());
-        QCOMPARE(rig.paths(), (QStringList{"/where", "/v1/forecast", "/v1/forecast"})); // asked once, not located
-        QVERIFY(rig.server.requests().last().target.startsWith("/v1/forecast?latitude=64.1355&longitude=-21.8954&"));
+        QCOMPARE(rig.paths(),
+                 (QStringList{"/where", "/v1/forecast", "/v1/forecast"})); // asked once, not located
+        QVERIFY(rig.server.requests().last().target.startsWith(
+            "/v1/forecast?latitude=64.1355&longitude=-21.8954&"));
         QCOMPARE(rig.weather->placeName(), QStringLiteral("Reykjavík, Iceland"));
         QVERIFY(rig.weather->isManualPlace());
 

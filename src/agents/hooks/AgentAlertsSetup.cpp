@@ -1,7 +1,7 @@
 #include "agents/hooks/AgentAlertsSetup.h"
 
-#include "agents/hooks/AgentConfigFile.h"
 #include "agents/AgentConstants.h"
+#include "agents/hooks/AgentConfigFile.h"
 #include "agents/hooks/ApprovalHook.h"
 #include "app/Paths.h"
 

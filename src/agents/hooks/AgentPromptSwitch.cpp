@@ -1,10 +1,10 @@
 #include "agents/hooks/AgentPromptSwitch.h"
 
-#include "agents/hooks/AgentAlertsSetup.h"
 #include "agents/AgentConstants.h"
+#include "agents/ApprovalsFolder.h"
+#include "agents/hooks/AgentAlertsSetup.h"
 #include "agents/hooks/AgentHooksNotice.h"
 #include "agents/hooks/ApprovalHook.h"
-#include "agents/ApprovalsFolder.h"
 #include "agents/hooks/CodexHook.h"
 #include "agents/hooks/CopilotCLIHook.h"
 #include "app/Log.h"

@@ -91,9 +91,9 @@ FileResult ApprovalHook::edit(bool adding)
                              agents::claudePreToolUseTimeout, true));
         hooks.insert(preToolUseEvent, entries);
     }
-    AgentConfigFile::replaceEntries(hooks, postToolUseEvent, agents::postToolUseMarker,
-                                    added(entry(questionTool, postToolUseCommand(),
-                                                agents::claudePostToolUseTimeout, false)));
+    AgentConfigFile::replaceEntries(
+        hooks, postToolUseEvent, agents::postToolUseMarker,
+        added(entry(questionTool, postToolUseCommand(), agents::claudePostToolUseTimeout, false)));
     AgentConfigFile::replaceEntries(
         hooks, permissionRequestEvent, agents::permissionRequestMarker,
         added(entry(everyTool, permissionRequestCommand(), agents::claudePermissionTimeout, true)));

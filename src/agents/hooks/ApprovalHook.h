@@ -1,7 +1,7 @@
 #pragma once
 
-#include "agents/hooks/AgentConfigFile.h"
 #include "agents/ApprovalsFolder.h"
+#include "agents/hooks/AgentConfigFile.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "agents/hooks/CodexHook.h"
 
-#include "agents/hooks/AgentConfigFile.h"
 #include "agents/AgentConstants.h"
+#include "agents/hooks/AgentConfigFile.h"
 #include "agents/hooks/AgentPresence.h"
 #include "agents/hooks/HookScripts.h"
 #include "app/Paths.h"

@@ -354,8 +354,8 @@ bool TerminalJumper::jumpTmux(const Target& target)
     const QString session = location->left(location->lastIndexOf(QLatin1Char(':')));
     // The client the person touched last is the one on screen; a detached server has none, and the
     // pane is still made current for the next attach.
-    const ProcessResult clients =
-        tmuxRun({QStringLiteral("list-clients"), QStringLiteral("-F"), QStringLiteral("#{client_activity} #{client_tty}")});
+    const ProcessResult clients = tmuxRun({QStringLiteral("list-clients"), QStringLiteral("-F"),
+                                           QStringLiteral("#{client_activity} #{client_tty}")});
     QString client;
     qint64 latest = -1;
     if (clients.succeeded()) {
@@ -369,9 +369,12 @@ bool TerminalJumper::jumpTmux(const Target& target)
         }
     }
     if (!client.isEmpty())
-        tmuxRun({QStringLiteral("switch-client"), QStringLiteral("-c"), client, QStringLiteral("-t"), session});
-    const bool windowSelected = tmuxRun({QStringLiteral("select-window"), QStringLiteral("-t"), window}).succeeded();
-    const bool paneSelected = tmuxRun({QStringLiteral("select-pane"), QStringLiteral("-t"), *location}).succeeded();
+        tmuxRun(
+            {QStringLiteral("switch-client"), QStringLiteral("-c"), client, QStringLiteral("-t"), session});
+    const bool windowSelected =
+        tmuxRun({QStringLiteral("select-window"), QStringLiteral("-t"), window}).succeeded();
+    const bool paneSelected =
+        tmuxRun({QStringLiteral("select-pane"), QStringLiteral("-t"), *location}).succeeded();
     return windowSelected && paneSelected;
 }
 

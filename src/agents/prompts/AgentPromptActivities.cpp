@@ -12,16 +12,18 @@ namespace {
 const QString idPrefix = QStringLiteral("agent-prompt-");
 }
 
-AgentPromptActivities::AgentPromptActivities(AgentPromptsManager& manager, LiveActivityCoordinator& coordinator,
-                                             const SettingsStore& settings, std::function<void()> openAgentsPage,
-                                             QObject* parent)
+AgentPromptActivities::AgentPromptActivities(AgentPromptsManager& manager,
+                                             LiveActivityCoordinator& coordinator,
+                                             const SettingsStore& settings,
+                                             std::function<void()> openAgentsPage, QObject* parent)
     : QObject(parent), m_manager(manager), m_coordinator(coordinator), m_settings(settings),
       m_openAgentsPage(std::move(openAgentsPage))
 {
     connect(&m_manager, &AgentPromptsManager::promptArrived, this, &AgentPromptActivities::publish);
     connect(&m_manager, &AgentPromptsManager::promptLeft, this,
             [this](const QString& id) { m_coordinator.remove(activityId(id)); });
-    connect(&m_manager, &AgentPromptsManager::promptDeniedByTeam, this, &AgentPromptActivities::publishTeamDenial);
+    connect(&m_manager, &AgentPromptsManager::promptDeniedByTeam, this,
+            &AgentPromptActivities::publishTeamDenial);
     m_providerToken = m_coordinator.addProvider(
         {ActivityContent::Kind::agentPrompt},
         [this](const QString& action, const LiveActivity& activity) { return answer(action, activity.id); });

@@ -118,7 +118,8 @@ bool AgentPromptsManager::answeredByTeam(const PromptCard& card)
     const auto verdict = m_teamAnswer(card);
     if (!verdict)
         return false;
-    const auto decision = verdict->allowed ? ApprovalExchange::Decision::allow : ApprovalExchange::Decision::deny;
+    const auto decision =
+        verdict->allowed ? ApprovalExchange::Decision::allow : ApprovalExchange::Decision::deny;
     if (!m_exchange.writeDecision(card.id, decision, verdict->reason))
         return !verdict->allowed;
     m_answered.insert(card.id);

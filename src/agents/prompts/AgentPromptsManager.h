@@ -1,8 +1,8 @@
 #pragma once
 
-#include "agents/prompts/ApprovalExchange.h"
 #include "agents/ApprovalsFolder.h"
 #include "agents/ApprovalsFolderWatch.h"
+#include "agents/prompts/ApprovalExchange.h"
 #include "agents/prompts/Heartbeat.h"
 #include "agents/prompts/PromptCard.h"
 #include "agents/team/TeamVerdict.h"

@@ -22,7 +22,8 @@ HookPhase ApprovalExchange::phaseOf(const QString& id)
                : HookPhase::preToolUse;
 }
 
-QJsonObject ApprovalExchange::decisionBody(const QString& id, Decision decision, const QString& reasonOverride)
+QJsonObject ApprovalExchange::decisionBody(const QString& id, Decision decision,
+                                           const QString& reasonOverride)
 {
     const QString reason = !reasonOverride.isEmpty()            ? reasonOverride
                            : decision == Decision::deny         ? deniedReason

@@ -34,8 +34,7 @@ void DesktopPromptAlerts::notify(const QString& title, const QString& body)
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     // Servers with "body-markup" read the body as markup; a command or path must show as written.
     call << QStringLiteral("Norva") << uint(0) << QString() << title << body.toHtmlEscaped() << QStringList()
-         << QVariantMap()
-         << notificationTimeoutDefault;
+         << QVariantMap() << notificationTimeoutDefault;
     m_bus.asyncCall(call);
 }
 

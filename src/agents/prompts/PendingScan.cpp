@@ -76,8 +76,8 @@ QString refusal(const ApprovalsFolder& folder, const QString& name, const std::o
 void handBack(const ApprovalsFolder& folder, const QString& id, const QString& why)
 {
     if (ApprovalExchange(folder).releaseToTerminal(id)) {
-        logLine(QStringLiteral("Norva agents: handed ") + id + QStringLiteral(" back to the terminal (") + why +
-                QLatin1Char(')'));
+        logLine(QStringLiteral("Norva agents: handed ") + id + QStringLiteral(" back to the terminal (") +
+                why + QLatin1Char(')'));
     }
     removePrompt(folder, id);
 }
@@ -107,7 +107,8 @@ QList<PromptCard> PendingScan::run(const ApprovalsFolder& folder, const QDateTim
             continue;
         const auto payload = folder.read(name);
         const auto modified = folder.modified(name);
-        const auto card = payload && modified ? PromptCard::fromPayload(id, *payload, *modified) : std::nullopt;
+        const auto card =
+            payload && modified ? PromptCard::fromPayload(id, *payload, *modified) : std::nullopt;
         if (const QString why = refusal(folder, name, payload, card.has_value()); !why.isEmpty()) {
             handBack(folder, id, why);
             continue;

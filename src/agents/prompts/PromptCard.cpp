@@ -66,7 +66,8 @@ QString PromptCard::subjectOf(const QJsonObject& input)
 
 QString PromptCard::writesOf(const QJsonObject& input)
 {
-    if (const QString whole = firstText(input, {"content", "file_text", "new_source", "patch"}); !whole.isEmpty())
+    if (const QString whole = firstText(input, {"content", "file_text", "new_source", "patch"});
+        !whole.isEmpty())
         return whole;
     const auto replacement = [](const QJsonObject& edit) {
         const QString before = edit.value(QStringLiteral("old_string")).toString();
@@ -88,8 +89,9 @@ QString PromptCard::writesOf(const QJsonObject& input)
 PromptCard::ToolCall PromptCard::toolCallOf(const QJsonObject& payload)
 {
     return {firstText(payload, {"tool_name", "toolName"}),
-            objectOf(payload.contains(QStringLiteral("tool_input")) ? payload.value(QStringLiteral("tool_input"))
-                                                                    : payload.value(QStringLiteral("toolInput")))};
+            objectOf(payload.contains(QStringLiteral("tool_input"))
+                         ? payload.value(QStringLiteral("tool_input"))
+                         : payload.value(QStringLiteral("toolInput")))};
 }
 
 std::optional<PromptCard> PromptCard::fromPayload(const QString& id, const QByteArray& payload,

@@ -92,8 +92,8 @@ QByteArray TeamDenyResponder::answerFor(const CheckKey& key, const QByteArray& p
     const TeamDecision decision = TeamRules::decide(*subject, false, rules, {}, false);
     if (decision.outcome != TeamDecision::Outcome::deny)
         return {};
-    logLine(QStringLiteral("Norva team: denied ") + CodingAgents::word(key.agent) + QStringLiteral("'s ") + tool +
-            QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) + QLatin1Char(')'));
+    logLine(QStringLiteral("Norva team: denied ") + CodingAgents::word(key.agent) + QStringLiteral("'s ") +
+            tool + QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) + QLatin1Char(')'));
     return TeamEnforcement::denyJSON(key.agent, key.phase, *decision.rule);
 }
 
@@ -130,7 +130,8 @@ int TeamDenyResponder::answerAll()
     return written;
 }
 
-bool TeamDenyResponder::writeAnswer(const ApprovalsFolder& folder, const QString& name, const QByteArray& body)
+bool TeamDenyResponder::writeAnswer(const ApprovalsFolder& folder, const QString& name,
+                                    const QByteArray& body)
 {
     if (const FileResult written = folder.write(name, body); !written) {
         logLine(QStringLiteral("Norva team: the answer ") + folder.filePath(name) +

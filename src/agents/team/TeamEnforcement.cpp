@@ -15,7 +15,8 @@ QString TeamEnforcement::message(const TeamRule& rule)
 
 QByteArray TeamEnforcement::denyJSON(CodingAgent agent, HookPhase phase, const TeamRule& rule)
 {
-    return QJsonDocument(AgentAnswer::body(agent, phase, false, message(rule))).toJson(QJsonDocument::Compact);
+    return QJsonDocument(AgentAnswer::body(agent, phase, false, message(rule)))
+        .toJson(QJsonDocument::Compact);
 }
 
 bool TeamEnforcement::hasNeverRule(const QList<TeamRule>& rules)
@@ -30,7 +31,8 @@ bool TeamEnforcement::writeFlags(const QString& approvalsFolder, const QList<Tea
     if (!hasNeverRule(rules)) {
         if (const FileResult removed = folder.remove(activeMarker); !removed) {
             logLine(QStringLiteral("Norva team: the marker ") + folder.filePath(activeMarker) +
-                    QStringLiteral(" could not be removed (") + removed.error + QStringLiteral("); hooks keep asking"));
+                    QStringLiteral(" could not be removed (") + removed.error +
+                    QStringLiteral("); hooks keep asking"));
             return false;
         }
         return true;

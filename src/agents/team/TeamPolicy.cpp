@@ -1,9 +1,9 @@
 #include "agents/team/TeamPolicy.h"
 
-#include "agents/team/TeamPlatform.h"
 #include "agents/ApprovalsFolder.h"
 #include "agents/team/TeamDenyResponder.h"
 #include "agents/team/TeamEnforcement.h"
+#include "agents/team/TeamPlatform.h"
 #include "app/CountText.h"
 #include "app/Log.h"
 #include "app/Paths.h"
@@ -198,7 +198,8 @@ void TeamPolicy::apply(const QList<TeamRule>& rules, const QString& source)
     if (rules.isEmpty())
         logLine(QStringLiteral("Norva team: no team rules in force"));
     else
-        logLine(QStringLiteral("Norva team: ") + countText(rules.size(), QStringLiteral("rule"), QStringLiteral("rules")) +
+        logLine(QStringLiteral("Norva team: ") +
+                countText(rules.size(), QStringLiteral("rule"), QStringLiteral("rules")) +
                 QStringLiteral(" in force from ") + source + QStringLiteral(" (") + QString::number(never) +
                 QStringLiteral(" never, ") + QString::number(rules.size() - never) +
                 QStringLiteral(" always)"));
@@ -286,8 +287,9 @@ std::optional<TeamVerdict> TeamPolicy::answerFor(const QString& agent, const QSt
     if (decision.outcome == TeamDecision::Outcome::none)
         return std::nullopt;
     const bool allowed = decision.outcome == TeamDecision::Outcome::allow;
-    logLine(QStringLiteral("Norva team: ") + (allowed ? QStringLiteral("allowed ") : QStringLiteral("denied ")) +
-            agent + QStringLiteral("'s ") + tool + QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) +
+    logLine(QStringLiteral("Norva team: ") +
+            (allowed ? QStringLiteral("allowed ") : QStringLiteral("denied ")) + agent +
+            QStringLiteral("'s ") + tool + QStringLiteral(" call (") + TeamRules::phrase(*decision.rule) +
             QLatin1Char(')'));
     return TeamVerdict{allowed, TeamRules::reason(decision)};
 }

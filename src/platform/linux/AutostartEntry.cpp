@@ -20,15 +20,17 @@ QString quotedForExec(const QString& program)
 
 } // namespace
 
-Choice choose(const QString& running, const QString& installed, bool runningFromBuildTree, bool installedExists)
+Choice choose(const QString& running, const QString& installed, bool runningFromBuildTree,
+              bool installedExists)
 {
     if (running.isEmpty())
-        return {installed, QStringLiteral("the running program's path is unknown, so it starts ") + installed};
+        return {installed,
+                QStringLiteral("the running program's path is unknown, so it starts ") + installed};
     if (!runningFromBuildTree || running == installed)
         return {running, {}};
     if (installedExists)
-        return {installed, QStringLiteral("it starts the installed ") + installed + QStringLiteral(", not this build (") +
-                               running + QLatin1Char(')')};
+        return {installed, QStringLiteral("it starts the installed ") + installed +
+                               QStringLiteral(", not this build (") + running + QLatin1Char(')')};
     return {running, QStringLiteral("it starts this build at ") + running +
                          QStringLiteral(" (Norva is not installed; cmake --install puts it at ") + installed +
                          QLatin1Char(')')};

@@ -14,7 +14,8 @@ struct Choice {
 // The running program, unless it runs from a build folder while Norva is installed: a login
 // should start the installed Norva, which stays put while build folders come and go. A build with
 // no installed Norva beside it still gets a working entry, and the note says why it points there.
-Choice choose(const QString& running, const QString& installed, bool runningFromBuildTree, bool installedExists);
+Choice choose(const QString& running, const QString& installed, bool runningFromBuildTree,
+              bool installedExists);
 
 // Whether `program` sits in a CMake build folder (a CMakeCache.txt in its folder or one above it).
 bool isInBuildTree(const QString& program);

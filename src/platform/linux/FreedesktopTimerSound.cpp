@@ -26,7 +26,8 @@ std::optional<FreedesktopTimerSound::Command> FreedesktopTimerSound::command() c
 {
     const QString canberra = m_findProgram(QStringLiteral("canberra-gtk-play"));
     if (!canberra.isEmpty())
-        return Command{canberra, {QStringLiteral("-i"), eventName, QStringLiteral("-d"), QStringLiteral("Norva")}};
+        return Command{canberra,
+                       {QStringLiteral("-i"), eventName, QStringLiteral("-d"), QStringLiteral("Norva")}};
     const QString file = m_findDataFile(themeFile);
     if (file.isEmpty())
         return std::nullopt;
@@ -46,10 +47,11 @@ void FreedesktopTimerSound::playCompletion()
     if (m_toldQuiet)
         return;
     m_toldQuiet = true;
-    logLine(QStringLiteral("Norva timers: the timer finished quietly (") +
-            (play ? play->program + QStringLiteral(" could not be started")
-                  : QStringLiteral("no sound player was found: canberra-gtk-play, or paplay or pw-play with the "
-                                   "freedesktop sound theme")) +
-            QStringLiteral(")"));
+    logLine(
+        QStringLiteral("Norva timers: the timer finished quietly (") +
+        (play ? play->program + QStringLiteral(" could not be started")
+              : QStringLiteral("no sound player was found: canberra-gtk-play, or paplay or pw-play with the "
+                               "freedesktop sound theme")) +
+        QStringLiteral(")"));
 }
 } // namespace norva

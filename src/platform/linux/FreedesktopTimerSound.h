@@ -31,8 +31,8 @@ public:
     // Which player plays the sound here, if any.
     std::optional<Command> command() const;
 
-    static const QString eventName;  // "complete"
-    static const QString themeFile;  // "sounds/freedesktop/stereo/complete.oga"
+    static const QString eventName; // "complete"
+    static const QString themeFile; // "sounds/freedesktop/stereo/complete.oga"
 
 private:
     Finder m_findProgram;

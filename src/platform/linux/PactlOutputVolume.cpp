@@ -67,9 +67,9 @@ void PactlOutputVolume::set(double level, Done done)
     runOffMain<ProcessResult>(
         this,
         [program, percent] {
-            return runProcess(program,
-                              {QStringLiteral("set-sink-volume"), kDefaultSink, QString::number(percent) + '%'},
-                              {}, timeoutMs);
+            return runProcess(
+                program, {QStringLiteral("set-sink-volume"), kDefaultSink, QString::number(percent) + '%'},
+                {}, timeoutMs);
         },
         [this, done = std::move(done)](ProcessResult result) {
             // Read back what the server made of it: it is heard through the watch too, unless the
@@ -115,8 +115,9 @@ void PactlOutputVolume::subscribe()
         if (error != QProcess::FailedToStart)
             return;
         // Without pactl there is nothing to retry: the volume simply stays unknown.
-        logOnce(m_watchTroubleLogged,
-                QStringLiteral("Norva music: cannot watch the volume (pactl: %1)").arg(m_events->errorString()));
+        logOnce(
+            m_watchTroubleLogged,
+            QStringLiteral("Norva music: cannot watch the volume (pactl: %1)").arg(m_events->errorString()));
     });
     m_events->setStandardInputFile(QProcess::nullDevice());
     m_events->setStandardErrorFile(QProcess::nullDevice());
@@ -138,7 +139,8 @@ void PactlOutputVolume::readEvents()
 
 void PactlOutputVolume::eventsEnded()
 {
-    logOnce(m_watchTroubleLogged, QStringLiteral("Norva music: the volume watch ended (%1), trying again in %2 s")
+    logOnce(m_watchTroubleLogged,
+            QStringLiteral("Norva music: the volume watch ended (%1), trying again in %2 s")
                 .arg(m_events->exitStatus() == QProcess::CrashExit
                          ? QStringLiteral("pactl crashed")
                          : QStringLiteral("pactl exited with %1").arg(m_events->exitCode()))

@@ -28,7 +28,8 @@ public:
         bool operator==(const Reading&) const = default;
     };
 
-    explicit PactlOutputVolume(Clock& clock, QString pactl = QStringLiteral("pactl"), QObject* parent = nullptr);
+    explicit PactlOutputVolume(Clock& clock, QString pactl = QStringLiteral("pactl"),
+                               QObject* parent = nullptr);
     ~PactlOutputVolume() override;
 
     void set(double level, Done done) override;
@@ -57,7 +58,7 @@ private:
     bool m_refreshAgain = false;
     bool m_watchTroubleLogged = false;
     bool m_readTroubleLogged = false;
-    quint64 m_generation = 0;     // drops readings that arrive after monitoring stopped
+    quint64 m_generation = 0; // drops readings that arrive after monitoring stopped
     std::optional<Reading> m_last;
     Seconds m_retryDelay = resubscribeDelay;
     ScheduledWork m_resubscribe;

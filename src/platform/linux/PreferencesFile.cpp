@@ -45,11 +45,21 @@ std::optional<QString> readQuoted(const QString& text, qsizetype& pos)
             return std::nullopt;
         const QChar e = text.at(i);
         switch (e.unicode()) {
-        case 'n': out.append(QLatin1Char('\n')); break;
-        case 't': out.append(QLatin1Char('\t')); break;
-        case 'r': out.append(QLatin1Char('\r')); break;
-        case '"': out.append(QLatin1Char('"')); break;
-        case '\\': out.append(QLatin1Char('\\')); break;
+        case 'n':
+            out.append(QLatin1Char('\n'));
+            break;
+        case 't':
+            out.append(QLatin1Char('\t'));
+            break;
+        case 'r':
+            out.append(QLatin1Char('\r'));
+            break;
+        case '"':
+            out.append(QLatin1Char('"'));
+            break;
+        case '\\':
+            out.append(QLatin1Char('\\'));
+            break;
         case 'u':
         case 'U': {
             const int digits = e == QLatin1Char('u') ? 4 : 8;
@@ -135,7 +145,8 @@ bool PreferencesFile::Line::isUnread() const
     return key.isEmpty() && !trimmed.isEmpty() && !trimmed.startsWith(QLatin1Char('#'));
 }
 
-PreferencesFile::PreferencesFile(QString path, QObject* parent) : PreferencesDatabase(parent), m_path(std::move(path))
+PreferencesFile::PreferencesFile(QString path, QObject* parent)
+    : PreferencesDatabase(parent), m_path(std::move(path))
 {
     for (const QString& name : clearHalfWrittenSaves(m_path))
         logLine(halfWrittenLine(kArea, name));
@@ -145,7 +156,8 @@ PreferencesFile::PreferencesFile(QString path, QObject* parent) : PreferencesDat
     if (!m_parsed.readable) {
         // Told once the start is over, unless a change sets the file aside first: then one line says both.
         m_unreadable = Unreadable::waiting;
-        QMetaObject::invokeMethod(this, [this] { reportUnreadable(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { reportUnreadable(); }, Qt::QueuedConnection);
     }
     reportUnreadLines();
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &PreferencesFile::reload);
@@ -229,11 +241,21 @@ QString PreferencesFile::formatValue(const QVariant& value)
         QString out = QStringLiteral("\"");
         for (const QChar c : value.toString()) {
             switch (c.unicode()) {
-            case '"': out += QStringLiteral("\\\""); break;
-            case '\\': out += QStringLiteral("\\\\"); break;
-            case '\n': out += QStringLiteral("\\n"); break;
-            case '\t': out += QStringLiteral("\\t"); break;
-            case '\r': out += QStringLiteral("\\r"); break;
+            case '"':
+                out += QStringLiteral("\\\"");
+                break;
+            case '\\':
+                out += QStringLiteral("\\\\");
+                break;
+            case '\n':
+                out += QStringLiteral("\\n");
+                break;
+            case '\t':
+                out += QStringLiteral("\\t");
+                break;
+            case '\r':
+                out += QStringLiteral("\\r");
+                break;
             default:
                 if (c.unicode() < 0x20)
                     out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
@@ -318,11 +340,13 @@ void PreferencesFile::setAsideUnreadLines()
     }
     if (bytes <= kUnreadAsideBytes)
         return;
-    const QString aside = asideCopyName(m_path, QStringLiteral("unread-lines"), QDateTime::currentDateTimeUtc());
+    const QString aside =
+        asideCopyName(m_path, QStringLiteral("unread-lines"), QDateTime::currentDateTimeUtc());
     if (QFile::exists(aside) || writeFileAtomically(aside, unread))
         return; // kept in place, as before: rewritten, never lost
     const auto moved = m_parsed.lines.removeIf([](const Line& line) { return line.isUnread(); });
-    logLine(kArea + QStringLiteral(": moved ") + countText(moved, QStringLiteral("line"), QStringLiteral("lines")) +
+    logLine(kArea + QStringLiteral(": moved ") +
+            countText(moved, QStringLiteral("line"), QStringLiteral("lines")) +
             QStringLiteral(" it cannot read from the preferences file to ") + QFileInfo(aside).fileName() +
             QStringLiteral(", so they are not rewritten with every change"));
 }
@@ -334,7 +358,8 @@ void PreferencesFile::setValue(const QString& key, const std::optional<QVariant>
         if (!setAsideUnreadable())
             return;
         setAsideUnreadLines();
-        const QString newLine = formatKey(key) + QStringLiteral(" = ") + (value ? formatValue(*value) : QString());
+        const QString newLine =
+            formatKey(key) + QStringLiteral(" = ") + (value ? formatValue(*value) : QString());
         bool placed = false;
         QList<Line> lines;
         for (const Line& line : std::as_const(m_parsed.lines)) {

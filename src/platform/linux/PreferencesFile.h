@@ -33,8 +33,8 @@ public:
 
     // The file format, exposed for tests.
     struct Line {
-        QString text;          // the line as written
-        QString key;           // empty for comments, blanks and lines that are not key = value
+        QString text; // the line as written
+        QString key;  // empty for comments, blanks and lines that are not key = value
         // A line that is neither a setting, a comment nor blank.
         bool isUnread() const;
     };

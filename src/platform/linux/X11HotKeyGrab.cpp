@@ -109,8 +109,8 @@ xcb_keycode_t X11HotKeyGrab::keycodeFor(xcb_keysym_t keysym) const
     const xcb_setup_t* setup = xcb_get_setup(m_connection);
     const uint8_t count = setup->max_keycode - setup->min_keycode + 1;
     std::unique_ptr<xcb_get_keyboard_mapping_reply_t, decltype(&free)> mapping(
-        xcb_get_keyboard_mapping_reply(m_connection,
-                                       xcb_get_keyboard_mapping(m_connection, setup->min_keycode, count), nullptr),
+        xcb_get_keyboard_mapping_reply(
+            m_connection, xcb_get_keyboard_mapping(m_connection, setup->min_keycode, count), nullptr),
         &free);
     if (!mapping)
         return 0;
@@ -136,8 +136,8 @@ HotKeyGrab::Result X11HotKeyGrab::grab(const QString& name, QKeyCombination key)
     bool taken = false;
     for (const uint16_t lock : kLockStates) {
         const xcb_void_cookie_t cookie =
-            xcb_grab_key_checked(m_connection, 1, m_root, wanted.modifiers | lock, keycode, XCB_GRAB_MODE_ASYNC,
-                                 XCB_GRAB_MODE_ASYNC);
+            xcb_grab_key_checked(m_connection, 1, m_root, wanted.modifiers | lock, keycode,
+                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         if (xcb_generic_error_t* error = xcb_request_check(m_connection, cookie)) {
             taken = taken || error->error_code == kBadAccess;
             free(error);

@@ -25,7 +25,8 @@ xcb_window_t X11KeyboardHandback::currentHolder() const
     std::unique_ptr<xcb_get_input_focus_reply_t, decltype(&free)> focus(
         xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr), &free);
     // PointerRoot (1) and None (0) name no window.
-    return focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT ? focus->focus : xcb_window_t(XCB_WINDOW_NONE);
+    return focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT ? focus->focus
+                                                                : xcb_window_t(XCB_WINDOW_NONE);
 }
 
 void X11KeyboardHandback::noteHolder(quintptr notchWindow)
@@ -45,7 +46,8 @@ void X11KeyboardHandback::giveBack()
     if (!m_connection || holder == XCB_WINDOW_NONE)
         return;
     std::unique_ptr<xcb_get_window_attributes_reply_t, decltype(&free)> stillThere(
-        xcb_get_window_attributes_reply(m_connection, xcb_get_window_attributes(m_connection, holder), nullptr),
+        xcb_get_window_attributes_reply(m_connection, xcb_get_window_attributes(m_connection, holder),
+                                        nullptr),
         &free);
     if (stillThere)
         x11::activateWindow(m_connection, m_root, holder);

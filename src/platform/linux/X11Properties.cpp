@@ -33,7 +33,8 @@ xcb_atom_t atom(xcb_connection_t* connection, const char* name)
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
-QByteArray propertyBytes(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property, xcb_atom_t type)
+QByteArray propertyBytes(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
+                         xcb_atom_t type)
 {
     const PropertyReply reply = readProperty(connection, window, property, type);
     if (!reply || reply->type == XCB_ATOM_NONE)
@@ -76,18 +77,21 @@ void activateWindow(xcb_connection_t* connection, xcb_window_t root, xcb_window_
     message.type = atom(connection, "_NET_ACTIVE_WINDOW");
     message.data.data32[0] = kSourcePager;
     message.data.data32[1] = XCB_CURRENT_TIME;
-    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+    xcb_send_event(connection, 0, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
 
     const bool managed =
-        !propertyWords(connection, root, atom(connection, "_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW).isEmpty();
+        !propertyWords(connection, root, atom(connection, "_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW)
+             .isEmpty();
     if (!managed) {
         // Nobody answers the message without a window manager: raise and focus the window here.
         const uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
         sync(connection);
         std::unique_ptr<xcb_get_window_attributes_reply_t, decltype(&free)> attributes(
-            xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window), nullptr),
+            xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
+                                            nullptr),
             &free);
         if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE)
             xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);

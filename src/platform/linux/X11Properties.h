@@ -15,7 +15,8 @@ xcb_connection_t* qtConnection();
 
 xcb_atom_t atom(xcb_connection_t* connection, const char* name);
 // A property's raw bytes (WM_CLASS, _NET_WM_NAME); empty when it is missing.
-QByteArray propertyBytes(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
+QByteArray propertyBytes(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
+                         xcb_atom_t type);
 // The 32-bit items of a property (windows, atoms, cardinals); empty when it is missing.
 QList<quint32> propertyWords(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
                              xcb_atom_t type);

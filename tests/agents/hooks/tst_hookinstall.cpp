@@ -168,7 +168,8 @@ private slots:
         const QString oldCommand = "sh '" + home.path() + "/.local/share/Norva/approvals/pretooluse.sh'";
         const QJsonObject oldEntry{
             {"matcher", "Bash|Edit|Write|MultiEdit|NotebookEdit|WebFetch|WebSearch|AskUserQuestion"},
-            {"hooks", QJsonArray{QJsonObject{{"type", "command"}, {"command", oldCommand}, {"timeout", 86400}}}}};
+            {"hooks",
+             QJsonArray{QJsonObject{{"type", "command"}, {"command", oldCommand}, {"timeout", 86400}}}}};
         const QJsonObject before{
             {"hooks", QJsonObject{{"PreToolUse", QJsonArray{userEntry("Bash", "echo mine"), oldEntry}},
                                   {"PermissionRequest", QJsonArray{userEntry("Read", "echo my dialog")}}}}};
@@ -178,8 +179,9 @@ private slots:
         QCOMPARE(pre.size(), 3);
         QCOMPARE(pre.at(0).toObject(), userEntry("Bash", "echo mine"));
         QCOMPARE(markedCount(pre, "Norva/approvals/pretooluse.sh"), 2);
-        QCOMPARE(pre.at(2).toObject().value("hooks").toArray().at(0).toObject().value("statusMessage").toString(),
-                 QStringLiteral("Answer on the Norva notch"));
+        QCOMPARE(
+            pre.at(2).toObject().value("hooks").toArray().at(0).toObject().value("statusMessage").toString(),
+            QStringLiteral("Answer on the Norva notch"));
         const QJsonArray permission = eventEntries(path, "PermissionRequest");
         QCOMPARE(permission.size(), 2);
         QCOMPARE(permission.at(0).toObject(), userEntry("Read", "echo my dialog"));
@@ -277,8 +279,8 @@ private slots:
         QVERIFY(ApprovalHook::install().ok);
         QVERIFY(CodexHook::install().ok);
         QVERIFY(CopilotCLIHook::install().ok);
-        for (const char* name :
-             {"pretooluse.sh", "posttooluse.sh", "permissionrequest.sh", "codex-hook.sh", "copilot-hook.sh"}) {
+        for (const char* name : {"pretooluse.sh", "posttooluse.sh", "permissionrequest.sh", "codex-hook.sh",
+                                 "copilot-hook.sh"}) {
             const QString path = Paths::approvalsFolder() + "/" + name;
             const QByteArray text = test::TempHome::read(path);
             QVERIFY2(!text.contains("@NORVA_"), name);

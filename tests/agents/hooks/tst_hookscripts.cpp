@@ -78,7 +78,8 @@ private slots:
         if (age >= 0)
             hooks.age("heartbeat", age);
         // A question goes to the notch only while Norva is alive.
-        const auto result = hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "t1"), {"question"});
+        const auto result =
+            hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "t1"), {"question"});
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(result.out, QByteArray());
         QCOMPARE(hooks.exists("pending-t1.json"), alive);
@@ -114,12 +115,15 @@ private slots:
         QTest::addColumn<bool>("heartbeatStops"); // else Norva answers empty
         for (const bool stops : {false, true}) {
             const char* how = stops ? "heartbeat stops" : "empty answer";
-            QTest::addRow("claude, %s", how) << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
-                                             << "pending-claude-s-1-" << QByteArray() << stops;
-            QTest::addRow("codex, %s", how) << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
-                                            << "pending-codex-cx-1-" << QByteArray("{}") << stops;
-            QTest::addRow("copilot, %s", how) << "copilot-hook.sh" << QStringList{"permissionRequest"}
-                                              << copilotPayload() << "pending-copilot-cp-1-" << QByteArray() << stops;
+            QTest::addRow("claude, %s", how)
+                << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
+                << "pending-claude-s-1-" << QByteArray() << stops;
+            QTest::addRow("codex, %s", how)
+                << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
+                << "pending-codex-cx-1-" << QByteArray("{}") << stops;
+            QTest::addRow("copilot, %s", how)
+                << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
+                << "pending-copilot-cp-1-" << QByteArray() << stops;
         }
     }
     void waitingHookHandsBackInEachAgentsWay()
@@ -275,8 +279,8 @@ private slots:
         QTest::newRow("claude permission")
             << "permissionrequest.sh" << QStringList() << claudePermissionPayload() << QByteArray();
         QTest::newRow("claude question")
-            << "pretooluse.sh" << QStringList{"question"} << claudePayload("AskUserQuestion", "default", "t10")
-            << QByteArray();
+            << "pretooluse.sh" << QStringList{"question"}
+            << claudePayload("AskUserQuestion", "default", "t10") << QByteArray();
         QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
                                << QByteArray("{}");
         QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
@@ -480,7 +484,8 @@ private slots:
         QCOMPARE(test::TempHome::read(hooks.file("term-s-9.json")), QByteArray("old"));
         hooks.age("term-s-9.json", 301);
         hooks.run("pretooluse.sh", claudePayload("Bash", "default", "t12", "s-9"));
-        QCOMPARE(test::TempHome::read(hooks.file("term-s-9.json")), QByteArray("old")); // a tool call leaves it
+        QCOMPARE(test::TempHome::read(hooks.file("term-s-9.json")),
+                 QByteArray("old")); // a tool call leaves it
         hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "t13", "s-9"), {"question"});
         const QJsonObject identity =
             QJsonDocument::fromJson(test::TempHome::read(hooks.file("term-s-9.json"))).object();
@@ -506,8 +511,8 @@ private slots:
         test::TempHome home;
         HookRunner hooks(home);
         hooks.freshHeartbeat();
-        const auto result =
-            hooks.run("pretooluse.sh", claudePayload("AskUserQuestion", "default", "../../escape"), {"question"});
+        const auto result = hooks.run(
+            "pretooluse.sh", claudePayload("AskUserQuestion", "default", "../../escape"), {"question"});
         QCOMPARE(result.out, QByteArray());
         QVERIFY(hooks.names("pending-").isEmpty());
         QVERIFY(!QFile::exists(home.file(".local/share/escape.json")));

@@ -1,6 +1,6 @@
+#include "JsonText.h"
 #include "LogCapture.h"
 #include "TempHome.h"
-#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/jump/TerminalJumper.h"

@@ -2,11 +2,11 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
-#include "agents/prompts/AgentPromptsManager.h"
-#include "agents/prompts/AgentsPageModel.h"
 #include "agents/hooks/ApprovalHook.h"
 #include "agents/hooks/CodexHook.h"
 #include "agents/hooks/CopilotCLIHook.h"
+#include "agents/prompts/AgentPromptsManager.h"
+#include "agents/prompts/AgentsPageModel.h"
 #include "agents/prompts/PromptAlerts.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
@@ -187,7 +187,7 @@ private slots:
         QElapsedTimer handBack;
         handBack.start();
         QCOMPARE(finish(*hook, 5000), QByteArray()); // Claude Code shows its own dialog
-        QVERIFY(handBack.elapsed() < 2000); // one round of the wait, not another 30 s
+        QVERIFY(handBack.elapsed() < 2000);          // one round of the wait, not another 30 s
         QVERIFY(QDir(Paths::approvalsFolder()).entryList({"pending-*", "alive-*"}).isEmpty());
     }
 

@@ -151,9 +151,12 @@ private slots:
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("why");
-        QTest::newRow("over 4 MB") << "large" << "its prompt file is over 4 MB";
-        QTest::newRow("not JSON") << "text" << "its prompt file is not JSON";
-        QTest::newRow("a link") << "link" << "its prompt file is a link";
+        QTest::newRow("over 4 MB") << "large"
+                                   << "its prompt file is over 4 MB";
+        QTest::newRow("not JSON") << "text"
+                                  << "its prompt file is not JSON";
+        QTest::newRow("a link") << "link"
+                                << "its prompt file is a link";
     }
     void unreadablePromptIsHandedBackAtOnce()
     {
@@ -353,8 +356,10 @@ private slots:
         const QByteArray withTranscript =
             R"({"session_id":"s1","transcript_path":"/home/a/.claude/s1.jsonl","tool_name":"Bash",)"
             R"("tool_input":{"command":"ls"},"tool_use_id":"toolu_1"})";
-        QTest::newRow("answer in the terminal") << withTranscript << "answer" << QStringList{"/home/a/.claude/s1.jsonl"};
-        QTest::newRow("show the terminal") << withTranscript << "show" << QStringList{"/home/a/.claude/s1.jsonl"};
+        QTest::newRow("answer in the terminal")
+            << withTranscript << "answer" << QStringList{"/home/a/.claude/s1.jsonl"};
+        QTest::newRow("show the terminal")
+            << withTranscript << "show" << QStringList{"/home/a/.claude/s1.jsonl"};
         QTest::newRow("no transcript") << bashPayload << "answer" << QStringList();
         QTest::newRow("already answered") << withTranscript << "allow then show" << QStringList();
     }

@@ -1,7 +1,7 @@
+#include "JsonText.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
-#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamPolicy.h"

@@ -118,12 +118,14 @@ private slots:
             << QByteArray(R"({"hook_event_name":"PermissionRequest","tool_name":"Bash",)"
                           R"("tool_input":{"command":"git status && git push origin main"}})")
             << "hookSpecificOutput/decision";
-        QTest::newRow("codex") << "codex-s2-77"
-                               << QByteArray(R"({"tool_name":"shell","tool_input":{"command":["bash","-lc","git push"]}})")
-                               << "hookSpecificOutput/decision";
-        QTest::newRow("copilot") << "copilot-s3-78"
-                                 << QByteArray(R"({"sessionId":"s3","toolName":"bash","toolInput":{"command":"git push -f"}})")
-                                 << "";
+        QTest::newRow("codex")
+            << "codex-s2-77"
+            << QByteArray(R"({"tool_name":"shell","tool_input":{"command":["bash","-lc","git push"]}})")
+            << "hookSpecificOutput/decision";
+        QTest::newRow("copilot")
+            << "copilot-s3-78"
+            << QByteArray(R"({"sessionId":"s3","toolName":"bash","toolInput":{"command":"git push -f"}})")
+            << "";
     }
     void neverRuleDeniesBeforeACardShows()
     {
@@ -136,7 +138,8 @@ private slots:
         QSignalSpy denied(&core.manager, &AgentPromptsManager::promptDeniedByTeam);
         core.folder.write("pending-" + id + ".json", payload);
         QTRY_COMPARE_WITH_TIMEOUT(denied.size(), 1, 5000);
-        QCOMPARE(denied.at(0).at(1).toString(), QStringLiteral("Denied by your team's rule: never run git push*"));
+        QCOMPARE(denied.at(0).at(1).toString(),
+                 QStringLiteral("Denied by your team's rule: never run git push*"));
         QVERIFY(core.manager.prompts().isEmpty());
         QCOMPARE(core.alerts.chimes, 0);
         const auto answer = core.folder.read("resp-" + id);
@@ -145,7 +148,8 @@ private slots:
         for (const QString& key : decisionPath.split('/', Qt::SkipEmptyParts))
             decision = decision.value(key).toObject();
         QCOMPARE(decision.value("behavior").toString(), QStringLiteral("deny"));
-        QCOMPARE(decision.value("message").toString(), QStringLiteral("Denied by your team's rule: never run git push*"));
+        QCOMPARE(decision.value("message").toString(),
+                 QStringLiteral("Denied by your team's rule: never run git push*"));
 
         core.manager.scanPending();
         QTest::qWait(100);

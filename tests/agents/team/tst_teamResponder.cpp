@@ -1,6 +1,6 @@
+#include "JsonText.h"
 #include "LogCapture.h"
 #include "TempHome.h"
-#include "JsonText.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamDenyResponder.h"
@@ -184,8 +184,8 @@ private slots:
     void deniedCallIsLoggedWithItsRule()
     {
         test::LogCapture log;
-        const QByteArray body =
-            TeamDenyResponder::answerFor({CodingAgent::codex, HookPhase::permissionRequest, "3"}, bashPayload("git push"), kRules);
+        const QByteArray body = TeamDenyResponder::answerFor(
+            {CodingAgent::codex, HookPhase::permissionRequest, "3"}, bashPayload("git push"), kRules);
         QVERIFY(!body.isEmpty());
         QCOMPARE(log.lines(), QStringList{"Norva team: denied codex's Bash call (never run git push*)"});
     }

@@ -1,5 +1,5 @@
-#include "TempHome.h"
 #include "JsonText.h"
+#include "TempHome.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamEnforcement.h"
