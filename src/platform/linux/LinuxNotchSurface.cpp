@@ -14,13 +14,21 @@
 namespace norva {
 namespace {
 
+// Qt's X11 interface exists whenever Qt was built with xcb, even on the offscreen platform, where
+// its connection is null: only a real one is worth talking to.
+xcb_connection_t* xConnection()
+{
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
 // Through XWayland only the input is shaped and the rest of the window is see-through: pixels
 // outside a bounding shape are never drawn again, and a Wayland compositor that shows the whole
 // window (weston) then shows what an earlier, larger notch left there.
 void setXInputShape(QWindow& window, const QRegion& shape)
 {
-    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11) {
+    xcb_connection_t* connection = xConnection();
+    if (!connection) {
         window.setMask(shape);
         return;
     }
@@ -32,22 +40,22 @@ void setXInputShape(QWindow& window, const QRegion& shape)
         rectangles.push_back({static_cast<int16_t>(native.x()), static_cast<int16_t>(native.y()),
                               static_cast<uint16_t>(native.width()), static_cast<uint16_t>(native.height())});
     }
-    xcb_shape_rectangles(x11->connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
                          static_cast<xcb_window_t>(window.winId()), 0, 0,
                          static_cast<uint32_t>(rectangles.size()), rectangles.data());
-    xcb_flush(x11->connection());
+    xcb_flush(connection);
 }
 
 // The window changes size with the notch, centred at the top: until it is drawn again at its new
 // size, the X server keeps its old pixels centred too, where the shape still is.
 void keepPixelsCentred(QWindow& window)
 {
-    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    xcb_connection_t* connection = xConnection();
+    if (!connection)
         return;
     const uint32_t gravity = XCB_GRAVITY_NORTH;
-    xcb_change_window_attributes(x11->connection(), static_cast<xcb_window_t>(window.winId()),
-                                 XCB_CW_BIT_GRAVITY, &gravity);
+    xcb_change_window_attributes(connection, static_cast<xcb_window_t>(window.winId()), XCB_CW_BIT_GRAVITY,
+                                 &gravity);
 }
 
 } // namespace
