@@ -53,6 +53,14 @@ SettingDescription text(const char* key, const char* group, const char* label, c
     return row;
 }
 
+// A key that opens something from anywhere, written as Qt writes shortcuts ("Ctrl+Alt+N").
+SettingDescription hotKey(const char* key, const char* label, const char* explanation, const char* fallback)
+{
+    SettingDescription row = text(key, "general", label, explanation);
+    row.fallback = QString::fromUtf8(fallback);
+    return row;
+}
+
 SettingOption option(const QVariant& value, const char* label)
 {
     return {value, QString::fromUtf8(label)};
@@ -109,6 +117,11 @@ QList<SettingDescription> makeSettings()
                       "Open, Settings and Quit in the panel; without it, Quit stays on the notch's Settings "
                       "page.",
                       true),
+               hotKey("hotkeys.open.v1", "Key that opens the notch",
+                      "Pressed anywhere it opens or closes the notch; empty turns it off.", "Ctrl+Alt+N"),
+               hotKey("hotkeys.jot.v1", "Key that opens the jot sheet",
+                      "Where the desktop keeps keys to itself, give norva --jot a key in its settings.",
+                      "Ctrl+Alt+J"),
                choice("notch.motion.v1", "general", "Motion",
                       "Reduced keeps the notch's changes short and still.", QStringLiteral("full"),
                       {option(QStringLiteral("full"), "Full"), option(QStringLiteral("reduced"), "Reduced")}),
@@ -186,9 +199,11 @@ QList<SettingDescription> makeSettings()
 
                // Notes
                choice("jot.mode.v1", "notes", "A jotted line",
-                      "Starts a note of its own, or joins the note it names.", QStringLiteral("new"),
+                      "Starts a note of its own, joins the note it names, or becomes a to-do.",
+                      QStringLiteral("new"),
                       {option(QStringLiteral("new"), "New note"),
-                       option(QStringLiteral("append"), "Joins a note")}),
+                       option(QStringLiteral("append"), "Joins a note"),
+                       option(QStringLiteral("todo"), "Files a to-do")}),
                toggle("notesMirror.enabled", "notes", "Mirror notes to Markdown",
                       "Each note is also kept as a Markdown file in the folder below.", false),
                text("notesMirror.folder", "notes", "Mirror folder", "Where the Markdown files go.",

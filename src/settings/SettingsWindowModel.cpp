@@ -13,6 +13,19 @@ namespace {
 const QString kSectionKey = QStringLiteral("settings.window.section.v1");
 const QString kFirstSection = QStringLiteral("general");
 
+// What an empty folder field shows, in the words of the folder it asks for.
+QString exampleFor(SettingNeed need)
+{
+    switch (need) {
+    case SettingNeed::calendarsFolder:
+        return QStringLiteral("a folder, such as ~/.local/share/calendars");
+    case SettingNeed::notesFolder:
+        return QStringLiteral("a folder, such as ~/Notes");
+    default:
+        return {};
+    }
+}
+
 QString kindWord(SettingDescription::Kind kind)
 {
     switch (kind) {
@@ -226,6 +239,7 @@ QVariantMap SettingsWindowModel::describe(const SettingDescription& row) const
             {QStringLiteral("step"), row.step},
             {QStringLiteral("unit"), row.unit},
             {QStringLiteral("options"), optionsOf(row)},
+            {QStringLiteral("example"), exampleFor(row.need)},
             {QStringLiteral("status"), statusMap(m_checks.status(row.need, m_settings))}};
 }
 

@@ -112,7 +112,7 @@ Item {
         SettingField {
             colors: row.colors
             text: row.row.value || ""
-            hint: row.row.kind === "folder" ? "a folder, such as ~/Notes" : ""
+            hint: row.row.example || ""
             onPicked: value => row.changed(value)
         }
     }
