@@ -32,6 +32,12 @@ norva=${NORVA_BINARY:-build/norva}
 
 home=$(mktemp -d)
 [ -z "$seed" ] || { cp -a "$seed/." "$home/"; chmod 700 "$home"; }
+# Pages are shot as a returning person sees them: the introduction and What's new have their own shots.
+version=$("$norva" --version | awk '{print $NF}')
+if [ ! -e "$home/.config/Norva/preferences.toml" ]; then
+    mkdir -p "$home/.config/Norva"
+    printf 'hasLaunchedBefore = true\n"whatsNew.lastSeen.v1" = "%s"\n' "$version" >"$home/.config/Norva/preferences.toml"
+fi
 display_number=$((90 + RANDOM % 100))
 Xvfb ":$display_number" -screen 0 1600x900x24 -wr -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!

@@ -237,7 +237,7 @@ const QList<Group>& groups()
 {
     static const QList<Group> list = {
         {QStringLiteral("general"), QStringLiteral("General"),
-         QStringLiteral("Starting Norva, the tray and motion.")},
+         QStringLiteral("Starting Norva, the tray, the keys and motion.")},
         {QStringLiteral("notch"), QStringLiteral("Notch and displays"),
          QStringLiteral("Where the notch is and how it opens.")},
         {QStringLiteral("activities"), QStringLiteral("Closed notch activities"),
