@@ -1,6 +1,9 @@
 #include "settings/SettingsCatalog.h"
 
 #include "activities/ActivitySettings.h"
+#include "hotkeys/HotKeys.h"
+
+#include <algorithm>
 
 namespace norva::SettingsCatalog {
 namespace {
@@ -53,11 +56,17 @@ SettingDescription text(const char* key, const char* group, const char* label, c
     return row;
 }
 
-// A key that opens something from anywhere, written as Qt writes shortcuts ("Ctrl+Alt+N").
-SettingDescription hotKey(const char* key, const char* label, const char* explanation, const char* fallback)
+// A key that opens something from anywhere, written as Qt writes shortcuts ("Ctrl+Alt+N"). Its
+// preference and default are the hot keys' own, so the window shows the key Norva really grabs.
+SettingDescription hotKey(const QString& name, const char* label, const char* explanation)
 {
-    SettingDescription row = text(key, "general", label, explanation);
-    row.fallback = QString::fromUtf8(fallback);
+    const auto& actions = HotKeys::actions();
+    const auto action = std::find_if(actions.begin(), actions.end(),
+                                     [&name](const HotKeys::Action& each) { return each.name == name; });
+    Q_ASSERT(action != actions.end());
+    SettingDescription row = text("", "general", label, explanation);
+    row.key = action->settingKey;
+    row.fallback = action->defaultKey;
     return row;
 }
 
@@ -117,11 +126,10 @@ QList<SettingDescription> makeSettings()
                       "Open, Settings and Quit in the panel; without it, Quit stays on the notch's Settings "
                       "page.",
                       true),
-               hotKey("hotkeys.open.v1", "Key that opens the notch",
-                      "Pressed anywhere it opens or closes the notch; empty turns it off.", "Ctrl+Alt+N"),
-               hotKey("hotkeys.jot.v1", "Key that opens the jot sheet",
-                      "Where the desktop keeps keys to itself, give norva --jot a key in its settings.",
-                      "Ctrl+Alt+J"),
+               hotKey(HotKeys::openName, "Key that opens the notch",
+                      "Pressed anywhere it opens or closes the notch; empty turns it off."),
+               hotKey(HotKeys::jotName, "Key that opens the jot sheet",
+                      "Where the desktop keeps keys to itself, give norva --jot a key in its settings."),
                choice("notch.motion.v1", "general", "Motion",
                       "Reduced keeps the notch's changes short and still.", QStringLiteral("full"),
                       {option(QStringLiteral("full"), "Full"), option(QStringLiteral("reduced"), "Reduced")}),
