@@ -1,48 +1,15 @@
 #pragma once
 
-#include "activities/ActivityDemo.h"
-#include "activities/ClosedFaceModel.h"
-#include "activities/LiveActivityCoordinator.h"
-#include "agents/hooks/AgentPromptSwitch.h"
-#include "agents/hooks/HookPresence.h"
-#include "agents/jump/TerminalJumper.h"
-#include "agents/jump/WindowActivator.h"
-#include "agents/prompts/AgentPromptActivities.h"
-#include "agents/prompts/AgentPromptsManager.h"
-#include "agents/prompts/AgentsPageModel.h"
-#include "agents/prompts/DesktopPromptAlerts.h"
-#include "agents/team/TeamPolicy.h"
-#include "agents/usage/UsageMonitor.h"
 #include "app/Clock.h"
-#include "app/PreferencesDatabase.h"
-#include "app/SettingsStore.h"
-#include "calendar/CalendarFeature.h"
-#include "clipboard/ClipboardManager.h"
-#include "clipboard/ClipboardPageModel.h"
-#include "clipboard/ClipboardSource.h"
-#include "hotkeys/HotKeyGrab.h"
-#include "hotkeys/HotKeys.h"
-#include "media/LyricsManager.h"
-#include "media/MusicManager.h"
-#include "media/VolumeActivityPublisher.h"
 #include "notch/WindowSystemChoice.h"
-#include "notes/NotesFeature.h"
-#include "reminders/TodosFeature.h"
-#include "settings/SettingsFeature.h"
-#include "shelf/ScreenshotSource.h"
-#include "shelf/ShelfActivityPublisher.h"
-#include "shelf/ShelfDesk.h"
-#include "shelf/ShelfManager.h"
-#include "timers/TimersFeature.h"
+#include "shell/Shell.h"
 #include "ui/CommandDoor.h"
 #include "ui/NotchOverlay.h"
 #include "ui/SettingsWindowHost.h"
 #include "ui/TrayIcon.h"
-#include "weather/WeatherFeature.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
-#include <QTemporaryDir>
 #include <QVariantList>
 
 #include <memory>
@@ -51,8 +18,9 @@
 
 namespace norva {
 
-// The running application: creates the settings store first, then every manager, then the notch
-// windows on the chosen displays and the tray icon, and hands the managers to QML.
+// The running application: starts the shell (the settings store, the activity coordinator and
+// every registered feature), then the notch windows on the chosen displays and the tray icon, and
+// hands the features' objects to QML.
 class NorvaApp : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariantList pages READ pages CONSTANT)
@@ -99,73 +67,21 @@ private:
     void exposeToQml();
     void rebuildOverlays();
     void noteFirstFrame();
-    void startAgents();
-    void startClipboardAndShelf();
-    void startMusic();
-    void startCalendar();
-    void startTodos();
-    void startLiveActivityProducers();
     void wireClosedFace(NotchOverlay& overlay);
-    void startAgentsTeam();
-    void startNotesAndTimer();
-    void applyUsageBridge();
-    void startSettings(bool firstLaunch);
-    void followGuide();
     void startCommands();
+    void followGuide();
     void toggleNotch();
 
     Options m_options;
     DrawingPath m_drawingPath = DrawingPath::x11;
-    std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
-    QString m_approvalsFolder; // the one the agents' parts share: the demo's, or the real one
     Clock& m_clock;
-    std::unique_ptr<PreferencesDatabase> m_preferences;
-    std::unique_ptr<SettingsStore> m_settings;
-    // The coordinator exists before any producer publishes to it, and outlives the overlays.
-    std::unique_ptr<LiveActivityCoordinator> m_activities;
-    std::unique_ptr<ClosedFaceModel> m_closedFace;
-    std::unique_ptr<ActivityDemo> m_demo;
-    // Coding agents: the prompt switch follows "answerPromptsOnNotch"; the manager runs the exchange.
-    std::unique_ptr<AgentPromptSwitch> m_promptSwitch;
-    std::unique_ptr<DesktopPromptAlerts> m_promptAlerts;
-    std::unique_ptr<AgentPromptsManager> m_agentPrompts;
-    std::unique_ptr<AgentsPageModel> m_agentsPage;
-    std::unique_ptr<HookPresence> m_hookPresence;
-    // Feature managers live longer than the QML engine that shows them.
-    std::unique_ptr<ClipboardSource> m_clipboardSource;
-    std::unique_ptr<ClipboardManager> m_clipboard;
-    std::unique_ptr<ClipboardPageModel> m_clipboardPage;
-    std::unique_ptr<ScreenshotSource> m_screenshots;
-    std::unique_ptr<ShelfManager> m_shelf;
-    std::unique_ptr<ShelfDesk> m_shelfDesk;
-    std::unique_ptr<LyricsManager> m_lyrics;
-    std::unique_ptr<MusicManager> m_music;
-    // Meetings: the calendars folder, Norva-only meetings, the calendar page and the notch's meeting.
-    std::unique_ptr<CalendarFeature> m_calendar;
-    std::unique_ptr<TodosFeature> m_todos;
-    // Team rules, Claude Code's usage windows and the terminal jump-back.
-    std::unique_ptr<TeamPolicy> m_team;
-    std::unique_ptr<UsageMonitor> m_usage;
-    std::unique_ptr<WindowActivator> m_windowActivator;
-    std::unique_ptr<TerminalJumper> m_terminalJumper;
-    std::optional<bool> m_usageBridgeOn;
-    // Quick notes with their mirror, and the timer with focus rounds.
-    std::unique_ptr<NotesFeature> m_notes;
-    std::unique_ptr<TimersFeature> m_timers;
-    std::unique_ptr<CommandDoor> m_door;
-    // The hot keys for the notch and the jot sheet, grabbed for the whole desktop.
-    std::unique_ptr<HotKeyGrab> m_hotKeyGrab;
-    std::unique_ptr<HotKeys> m_hotKeys;
-    // Producers that publish the features' live activities to the closed notch.
-    std::unique_ptr<AgentPromptActivities> m_agentActivities;
-    std::unique_ptr<ShelfActivityPublisher> m_shelfActivity;
-    std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;
-    std::unique_ptr<WeatherFeature> m_weather;
-    std::unique_ptr<SettingsFeature> m_settingsFeature; // outlives the QML that binds to it
+    // Outlives the QML engine and the overlays that show the features.
+    std::unique_ptr<Shell> m_shell;
     QQmlApplicationEngine m_engine;
     std::unique_ptr<SettingsWindowHost> m_settingsWindow; // made on first use, gone before the engine
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;
     std::unique_ptr<TrayIcon> m_tray;
+    std::unique_ptr<CommandDoor> m_door;
     QString m_displaySignature;
 };
 

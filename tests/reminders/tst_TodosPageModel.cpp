@@ -2,7 +2,7 @@
 #include "ManualClock.h"
 #include "TestMain.h"
 
-#include "reminders/TodosFeature.h"
+#include "reminders/RemindersModule.h"
 #include "reminders/TodosPageModel.h"
 
 #include <QtTest>
@@ -107,7 +107,7 @@ private slots:
     {
         ManualClock clock;
         LogCapture log;
-        auto store = TodosFeature::demoStore(clock);
+        auto store = RemindersModule::demoStore(clock);
         QVERIFY(store->isReadOnly());
         QVERIFY(store->reminders().size() >= 5);
         QVERIFY(!store->toggle(store->reminders().first().id));

@@ -4,28 +4,27 @@
 #include "settings/DesktopColorScheme.h"
 #include "settings/FirstRunGuide.h"
 #include "settings/SettingsWindowModel.h"
-
-#include <QList>
-#include <QObject>
+#include "shell/FeatureModule.h"
 
 #include <memory>
-#include <utility>
 
 namespace norva {
 
-class SettingsStore;
+class Shell;
 
-// The settings in one piece until the shell makes a module of them: the settings window's model,
-// the desktop's colour scheme it follows, and the first-run guide with What's new. The windows are
-// the app's: it makes the settings window from QML and opens the notch while the guide wants it.
-class SettingsFeature : public QObject {
+// The settings: the notch's Settings page, the settings window's model, the desktop's colour scheme
+// it follows, and the first-run guide with What's new. The windows are the app's: it makes the
+// settings window from QML and opens the notch while the guide wants it.
+class SettingsModule : public FeatureModule {
     Q_OBJECT
 public:
-    SettingsFeature(SettingsStore& settings, bool firstLaunch, bool demo);
-    ~SettingsFeature() override;
+    explicit SettingsModule(Shell& shell);
+    ~SettingsModule() override;
 
+    void start() override {}
+    QList<FeaturePage> pages() const override;
     // "settingsWindow", "firstRun" and "desktopScheme", the names the settings' QML uses.
-    QList<std::pair<QString, QObject*>> qmlObjects() const;
+    QList<QmlObject> qmlObjects() const override;
     FirstRunGuide& guide() const { return *m_guide; }
 
 private:

@@ -1,23 +1,46 @@
-#include "reminders/TodosFeature.h"
+#include "reminders/RemindersModule.h"
 
+#include "agents/prompts/DesktopPromptAlerts.h"
+#include "app/Platform.h"
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
+#include "shell/Shell.h"
 #include "storage/VdirRoot.h"
 
-namespace norva {
+#include <QGuiApplication>
+#include <QScreen>
 
-TodosFeature::TodosFeature(SettingsStore& settings, LiveActivityCoordinator& coordinator, Clock& clock,
-                           bool demo, Desktop desktop, QObject* parent)
-    : QObject(parent), m_settings(settings), m_clock(clock), m_desktop(std::move(desktop))
+namespace norva {
+namespace {
+
+// True while a full-screen window covers the notch, which then cannot show a due to-do.
+bool notchCovered()
 {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen && Platform::frontWindowIsFullscreenOn(screen->geometry());
+}
+
+} // namespace
+
+RemindersModule::RemindersModule(Shell& shell)
+    : m_shell(shell), m_notifications(std::make_unique<DesktopPromptAlerts>())
+{
+    const bool demo = shell.demo().on;
+    SettingsStore& settings = shell.settings();
     if (demo) {
-        m_store = demoStore(clock);
+        m_store = demoStore(shell.clock());
     } else {
-        m_store = std::make_unique<RemindersStore>(chosenRoot(), settings, clock);
+        m_store = std::make_unique<RemindersStore>(chosenRoot(), settings, shell.clock());
         connect(&settings, &SettingsStore::changed, this, [this] { m_store->setRoot(chosenRoot()); });
     }
-    m_page = std::make_unique<TodosPageModel>(*m_store, clock, demo ? nullptr : &settings);
+    m_page = std::make_unique<TodosPageModel>(*m_store, shell.clock(), demo ? nullptr : &settings);
+    m_alerts = std::make_unique<DueAlertMonitor>(shell.activities(), shell.clock(), alertOperations());
+}
 
+RemindersModule::~RemindersModule() = default;
+
+DueAlertMonitor::Operations RemindersModule::alertOperations()
+{
     DueAlertMonitor::Operations ops;
     ops.ensureStarted = [this] { m_store->start(); };
     ops.reminders = [this] { return m_store->reminders(); };
@@ -32,26 +55,35 @@ TodosFeature::TodosFeature(SettingsStore& settings, LiveActivityCoordinator& coo
                                    : DueAlertMonitor::Completion::refused;
     };
     ops.notifyDesktop = [this](const DueAlertMonitor::TaskDue& task) {
-        if (m_desktop.notify && m_desktop.notchCovered && m_desktop.notchCovered())
-            m_desktop.notify(tr("Due now"), task.title);
+        if (notchCovered())
+            m_notifications->notify(tr("Due now"), task.title);
     };
-    m_alerts = std::make_unique<DueAlertMonitor>(coordinator, clock, std::move(ops));
+    return ops;
 }
 
-TodosFeature::~TodosFeature() = default;
-
-void TodosFeature::start()
+void RemindersModule::start()
 {
     m_store->start();
     m_alerts->start();
 }
 
-QString TodosFeature::chosenRoot() const
+QList<FeaturePage> RemindersModule::pages() const
 {
-    return VdirRoot::locate(m_settings.storedText(SettingsKeys::calendarsFolder).value_or(QString()));
+    return {{QStringLiteral("todos"), QStringLiteral("To-dos"), QStringLiteral("TodosPage.qml"),
+             QStringLiteral("Your to-dos will be here."), 50}};
 }
 
-std::unique_ptr<RemindersStore> TodosFeature::demoStore(Clock& clock)
+QList<QmlObject> RemindersModule::qmlObjects() const
+{
+    return {{QStringLiteral("todos"), m_page.get()}};
+}
+
+QString RemindersModule::chosenRoot() const
+{
+    return VdirRoot::locate(m_shell.settings().storedText(SettingsKeys::calendarsFolder).value_or(QString()));
+}
+
+std::unique_ptr<RemindersStore> RemindersModule::demoStore(Clock& clock)
 {
     const QDateTime now = clock.now().toLocalTime();
     const QDate today = now.date();

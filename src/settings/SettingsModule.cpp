@@ -1,6 +1,7 @@
-#include "settings/SettingsFeature.h"
+#include "settings/SettingsModule.h"
 
 #include "app/SettingsStore.h"
+#include "shell/Shell.h"
 #include "storage/VdirRoot.h"
 
 #include <QCoreApplication>
@@ -20,9 +21,10 @@ QList<SettingsWindowModel::Display> connectedDisplays()
 
 } // namespace
 
-SettingsFeature::SettingsFeature(SettingsStore& settings, bool firstLaunch, bool demo)
+SettingsModule::SettingsModule(Shell& shell)
     : m_hooks(std::make_unique<HookPresence>()), m_scheme(std::make_unique<DesktopColorScheme>())
 {
+    SettingsStore& settings = shell.settings();
     m_hooks->live();
     HookPresence* hooks = m_hooks.get();
     SettingsChecks checks(
@@ -34,13 +36,20 @@ SettingsFeature::SettingsFeature(SettingsStore& settings, bool firstLaunch, bool
     const QString calendars =
         VdirRoot::locate(settings.storedText(QStringLiteral("calendars.folder.v1")).value_or(QString()));
     m_guide = std::make_unique<FirstRunGuide>(
-        settings, FirstRunGuide::Setup{firstLaunch, QCoreApplication::applicationVersion(),
-                                       SettingsChecks::homeShort(calendars), !demo});
+        settings, FirstRunGuide::Setup{shell.firstLaunch(), QCoreApplication::applicationVersion(),
+                                       SettingsChecks::homeShort(calendars), !shell.demo().on});
 }
 
-SettingsFeature::~SettingsFeature() = default;
+SettingsModule::~SettingsModule() = default;
 
-QList<std::pair<QString, QObject*>> SettingsFeature::qmlObjects() const
+// The notch's own settings page, last in the pager; the settings window holds the rest.
+QList<FeaturePage> SettingsModule::pages() const
+{
+    return {{QStringLiteral("settings"), QStringLiteral("Settings"), QStringLiteral("SettingsPage.qml"),
+             QStringLiteral("Settings will be here."), 90}};
+}
+
+QList<QmlObject> SettingsModule::qmlObjects() const
 {
     return {{QStringLiteral("settingsWindow"), m_window.get()},
             {QStringLiteral("firstRun"), m_guide.get()},

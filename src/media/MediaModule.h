@@ -1,0 +1,34 @@
+#pragma once
+
+#include "media/LyricsManager.h"
+#include "media/MusicManager.h"
+#include "media/VolumeActivityPublisher.h"
+#include "shell/FeatureModule.h"
+
+#include <memory>
+
+namespace norva {
+
+class Shell;
+
+// Now playing with its lyrics and the output volume: the music page, the music ears of the closed
+// notch and the volume changes shown there. The demo shows nothing of the person's own.
+class MediaModule : public FeatureModule {
+    Q_OBJECT
+public:
+    explicit MediaModule(Shell& shell);
+    ~MediaModule() override;
+
+    void start() override;
+    void stop() override;
+    QList<FeaturePage> pages() const override;
+    QList<QmlObject> qmlObjects() const override;
+
+private:
+    Shell& m_shell;
+    std::unique_ptr<LyricsManager> m_lyrics;
+    std::unique_ptr<MusicManager> m_music;
+    std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;
+};
+
+} // namespace norva

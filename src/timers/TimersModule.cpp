@@ -1,0 +1,36 @@
+#include "timers/TimersModule.h"
+
+#include "shell/Shell.h"
+#include "timers/TimerPlatform.h"
+
+#include <QDir>
+
+namespace norva {
+
+TimersModule::TimersModule(Shell& shell)
+    : m_shell(shell), m_sound(Platform::makeTimerSound()),
+      m_timer(std::make_unique<TimerManager>(shell.clock(), shell.activities(), *m_sound,
+                                             QDir(shell.dataFolder()).filePath(QStringLiteral("timer.json")),
+                                             &shell.settings()))
+{}
+
+TimersModule::~TimersModule() = default;
+
+void TimersModule::start()
+{
+    if (!m_shell.demo().on)
+        m_timer->restore();
+}
+
+QList<FeaturePage> TimersModule::pages() const
+{
+    return {{QStringLiteral("timer"), QStringLiteral("Timer"), QStringLiteral("TimerPage.qml"),
+             QStringLiteral("A timer and focus rounds will be here."), 54}};
+}
+
+QList<QmlObject> TimersModule::qmlObjects() const
+{
+    return {{QStringLiteral("timers"), m_timer.get()}};
+}
+
+} // namespace norva
