@@ -5,6 +5,7 @@
 #include "clipboard/ClipboardHistory.h"
 #include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardPlatform.h"
+#include "clipboard/ClipboardSettings.h"
 #include "platform/linux/PreferencesFile.h"
 #include "storage/StoredList.h"
 
@@ -121,8 +122,9 @@ void loadFigures()
     const QString data = home.filePath(QStringLiteral("data"));
     QDir().mkpath(data);
     PreferencesFile preferences(home.filePath(QStringLiteral("preferences.toml")));
-    SettingsStore settings(preferences);
-    settings.setClipboardLimit(kClips);
+    SettingsStore store(preferences);
+    ClipboardSettings settings(store);
+    settings.setLimit(kClips);
     const QList<ClipboardItem> list = clips(kClips);
     QList<double> saves;
     for (int run = 0; run < 5; ++run) {
@@ -169,7 +171,8 @@ int idleFigures(int seconds)
     }
     QTemporaryDir home;
     PreferencesFile preferences(home.filePath(QStringLiteral("preferences.toml")));
-    SettingsStore settings(preferences);
+    SettingsStore store(preferences);
+    ClipboardSettings settings(store);
     auto source = Platform::makeClipboardSource();
     ClipboardManager manager(*source, settings, systemClock(), home.filePath(QStringLiteral("data")));
     manager.start();

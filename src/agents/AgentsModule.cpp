@@ -1,6 +1,7 @@
 #include "agents/AgentsModule.h"
 
 #include "agents/CodingAgent.h"
+#include "agents/jump/JumpPlatform.h"
 #include "agents/prompts/AgentsDemo.h"
 #include "agents/usage/UsageBridge.h"
 #include "app/Paths.h"

@@ -2,7 +2,9 @@
 
 #include <QString>
 
-// The preference keys Norva reads and writes, character for character as they are stored.
+// The preference keys of the shell and of the features that have no settings type of their own yet,
+// character for character as they are stored. A feature with its own settings type (such as
+// ClipboardSettings) keeps its keys there.
 namespace norva::SettingsKeys {
 
 inline const QString openOnHover = QStringLiteral("openOnHover.v5");
@@ -11,56 +13,30 @@ inline const QString showMenuBarIcon = QStringLiteral("showMenuBarIcon");
 inline const QString fullscreenGuard = QStringLiteral("fullscreenGuard");
 inline const QString approvalChime = QStringLiteral("approvalChime");
 inline const QString approvalNotification = QStringLiteral("approvalNotification");
-inline const QString meetingChime = QStringLiteral("meetingChime");
-inline const QString autoRecordMeetings = QStringLiteral("autoRecordMeetings");
 inline const QString hoverHaptics = QStringLiteral("hoverHaptics");
-inline const QString frontForKeyboardTools = QStringLiteral("frontForKeyboardTools");
 inline const QString autoShelfScreenshots = QStringLiteral("autoShelfScreenshots");
-inline const QString screenshotFlash = QStringLiteral("screenshotFlash");
-inline const QString screenshotHotkey = QStringLiteral("screenshotHotkey");
 inline const QString displayChoice = QStringLiteral("displayChoice.v1");
 inline const QString showOnAllDisplays = QStringLiteral("showOnAllDisplays");
 inline const QString notesMirrorEnabled = QStringLiteral("notesMirror.enabled");
 inline const QString notesMirrorFolder = QStringLiteral("notesMirror.folder");
-inline const QString clipboardLimit = QStringLiteral("clipboardLimit");
-inline const QString keepAwake = QStringLiteral("keepAwake");
 inline const QString replaceSystemHUD = QStringLiteral("replaceSystemHUD");
-inline const QString mirrorNotifications = QStringLiteral("mirrorNotifications");
-inline const QString windowSnapping = QStringLiteral("windowSnapping");
-inline const QString showMusicInNotch = QStringLiteral("showMusicInNotch");
-inline const QString closedMusicStyle = QStringLiteral("closedMusicStyle");
 inline const QString autoHidePausedMedia = QStringLiteral("autoHidePausedMedia");
-inline const QString externalNotchStyle = QStringLiteral("externalNotchStyle");
 inline const QString answerPromptsOnNotch = QStringLiteral("answerPromptsOnNotch");
 
-inline const QString musicStyle = QStringLiteral("music.style.v1");
 inline const QString musicLeft = QStringLiteral("music.left.v1");
 inline const QString musicRight = QStringLiteral("music.right.v1");
-inline const QString musicArtShape = QStringLiteral("music.artShape.v1");
-inline const QString musicEqualiser = QStringLiteral("music.equaliser.v1");
-inline const QString musicEqualiserColour = QStringLiteral("music.equaliserColour.v1");
 inline const QString musicKeepPaused = QStringLiteral("music.keepPaused.v1");
 inline const QString musicSongPeek = QStringLiteral("music.songPeek.v1");
 inline const QString musicScrollVolume = QStringLiteral("music.scrollVolume.v1");
 inline const QString peekOnHover = QStringLiteral("notch.peekOnHover.v1");
 inline const QString peekDelay = QStringLiteral("notch.peekDelay.v1");
-inline const QString notchGlow = QStringLiteral("notch.glow.v1");
 inline const QString notchMotion = QStringLiteral("notch.motion.v1");
-inline const QString swipeDirection = QStringLiteral("notch.swipeDirection.v1");
 
-inline const QString questionsInNotch = QStringLiteral("agents.questionsInNotch.v1");
-inline const QString commandsInNotch = QStringLiteral("agents.commandsInNotch.v1");
 inline const QString openQuestions = QStringLiteral("agents.openQuestions.v1");
-inline const QString agentWaitGlow = QStringLiteral("agents.waitGlow.v1");
-inline const QString quotaWarnings = QStringLiteral("agents.quotaWarnings.v1");
 
-inline const QString snappingHold = QStringLiteral("snapping.hold.v1");
 inline const QString todosList = QStringLiteral("todos.list.v1");
-inline const QString todosShowCompleted = QStringLiteral("todos.showCompleted.v1");
 inline const QString shelfOpenOnDrop = QStringLiteral("shelf.openOnDrop.v1");
 inline const QString shelfKeep = QStringLiteral("shelf.keep.v1");
-inline const QString clipboardHistory = QStringLiteral("clipboard.history.v1");
-inline const QString settingsWindowSection = QStringLiteral("settings.window.section.v1");
 // Norva's own: whether Claude Code's usage windows show (the usage bridge is installed while on).
 inline const QString showClaudeUsage = QStringLiteral("agents.showClaudeUsage.v1");
 

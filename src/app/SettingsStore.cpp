@@ -22,8 +22,6 @@ constexpr double kHoverDelayCeiling = 1.5;
 constexpr double kHoverDelayDefault = 0.12;
 constexpr double kHoverDelaySpan = 1.41;
 constexpr double kPeekDelayDefault = 0.07;
-constexpr double kSnappingHoldDefault = 0.35;
-constexpr int kClipboardLimitDefault = 50;
 
 // Depth of the store's own writes on this thread, per store (keyed by the store's own-write key).
 thread_local QHash<QString, int> t_ownWriteDepth;
@@ -122,7 +120,8 @@ SettingsStore::SettingsStore(PreferencesDatabase& database, QObject* parent)
     : QObject(parent), m_database(database), m_ownWriteKey(QStringLiteral("SettingsStore.ownWrite.") +
                                                            QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
-    m_snapshot = takeSnapshot();
+    m_watched = watchedKeys();
+    m_snapshot = takeSnapshot(m_watched);
     connect(&m_database, &PreferencesDatabase::changed, this, &SettingsStore::onDatabaseChanged,
             Qt::DirectConnection);
 }
@@ -135,82 +134,88 @@ SettingsStore::~SettingsStore()
 const QStringList& SettingsStore::watchedKeys()
 {
     static const QStringList keys = [] {
-        QStringList list = {
-            K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard, K::approvalChime,
-            K::approvalNotification, K::meetingChime, K::autoRecordMeetings, K::hoverHaptics,
-            K::frontForKeyboardTools, K::autoShelfScreenshots, K::screenshotFlash, K::screenshotHotkey,
-            K::displayChoice, K::showOnAllDisplays, K::notesMirrorEnabled, K::notesMirrorFolder,
-            K::clipboardLimit, K::keepAwake, K::replaceSystemHUD, K::mirrorNotifications, K::windowSnapping,
-            K::showMusicInNotch, K::closedMusicStyle, K::autoHidePausedMedia, K::externalNotchStyle,
-            // music and notch
-            K::musicStyle, K::musicLeft, K::musicRight, K::musicArtShape, K::musicEqualiser,
-            K::musicEqualiserColour, K::musicKeepPaused, K::musicSongPeek, K::musicScrollVolume,
-            K::peekOnHover, K::peekDelay, K::notchGlow, K::notchMotion, K::swipeDirection};
+        QStringList list = {K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard,
+                            K::approvalChime, K::approvalNotification, K::hoverHaptics,
+                            K::autoShelfScreenshots, K::displayChoice, K::showOnAllDisplays,
+                            K::notesMirrorEnabled, K::notesMirrorFolder, K::replaceSystemHUD,
+                            K::autoHidePausedMedia,
+                            // music and notch
+                            K::musicLeft, K::musicRight, K::musicKeepPaused, K::musicSongPeek,
+                            K::musicScrollVolume, K::peekOnHover, K::peekDelay, K::notchMotion};
         // agents
         for (AgentSwitch which : {AgentSwitch::codex, AgentSwitch::copilot, AgentSwitch::promptSwitch})
             list << agentKey(which);
-        list << K::questionsInNotch << K::commandsInNotch << K::openQuestions << K::agentWaitGlow
-             << K::quotaWarnings;
+        list << K::openQuestions;
         for (const auto& [word, kind] : activityWords())
             list << activityKey(kind);
-        list << K::snappingHold << K::todosList << K::todosShowCompleted << K::shelfOpenOnDrop << K::shelfKeep
-             << K::clipboardHistory << K::settingsWindowSection << K::showClaudeUsage;
+        list << K::todosList << K::shelfOpenOnDrop << K::shelfKeep << K::showClaudeUsage;
         return list;
     }();
     return keys;
 }
 
-QVariantMap SettingsStore::takeSnapshot() const
+void SettingsStore::watch(const QStringList& keys)
+{
+    const QVariantMap values = takeSnapshot(keys);
+    QMutexLocker lock(&m_snapshotLock);
+    for (const QString& key : keys) {
+        if (m_watched.contains(key))
+            continue;
+        m_watched.append(key);
+        if (values.contains(key))
+            m_snapshot.insert(key, values.value(key));
+    }
+}
+
+QVariantMap SettingsStore::takeSnapshot(const QStringList& keys) const
 {
     QVariantMap snapshot;
-    for (const QString& key : watchedKeys()) {
-        if (auto value = m_database.value(key))
-            snapshot.insert(key, *value);
-    }
-    for (const QString& key : m_alsoWatched) {
+    for (const QString& key : keys) {
         if (auto value = m_database.value(key))
             snapshot.insert(key, *value);
     }
     return snapshot;
 }
 
-void SettingsStore::watch(const QStringList& keys)
-{
-    for (const QString& key : keys) {
-        if (!watchedKeys().contains(key) && !m_alsoWatched.contains(key))
-            m_alsoWatched << key;
-    }
-    const QVariantMap fresh = takeSnapshot();
-    QMutexLocker lock(&m_snapshotLock);
-    m_snapshot = fresh;
-}
-
 void SettingsStore::onDatabaseChanged()
 {
-    const QVariantMap fresh = takeSnapshot();
-    bool differs = false;
+    QStringList watched;
     {
         QMutexLocker lock(&m_snapshotLock);
-        differs = fresh != m_snapshot;
+        watched = m_watched;
+    }
+    const QVariantMap fresh = takeSnapshot(watched);
+    QStringList differing;
+    {
+        QMutexLocker lock(&m_snapshotLock);
+        for (const QString& key : watched) {
+            if (fresh.value(key) != m_snapshot.value(key) || fresh.contains(key) != m_snapshot.contains(key))
+                differing << key;
+        }
         // Refreshed even for our own writes, so the next outside change is compared with them.
         m_snapshot = fresh;
     }
-    if (differs && t_ownWriteDepth.value(m_ownWriteKey) == 0)
-        publish();
+    if (!differing.isEmpty() && t_ownWriteDepth.value(m_ownWriteKey) == 0)
+        publish(differing);
 }
 
-void SettingsStore::publish()
+void SettingsStore::publish(const QStringList& keys)
 {
+    const auto tell = [keys](SettingsStore* store) {
+        for (const QString& key : keys)
+            emit store->keyChanged(key);
+        emit store->changed();
+    };
     if (QThread::currentThread() == thread()) {
-        emit changed();
+        tell(this);
         return;
     }
     QPointer<SettingsStore> self(this);
     QMetaObject::invokeMethod(
         this,
-        [self] {
+        [self, tell] {
             if (self)
-                emit self->changed();
+                tell(self);
         },
         Qt::QueuedConnection);
 }
@@ -221,7 +226,7 @@ void SettingsStore::write(const std::optional<QVariant>& value, const QString& k
     m_database.setValue(key, value);
     if (--t_ownWriteDepth[m_ownWriteKey] == 0)
         t_ownWriteDepth.remove(m_ownWriteKey);
-    publish();
+    publish({key});
 }
 
 // ---- typed reading ----
@@ -393,21 +398,9 @@ void SettingsStore::setApprovalNotification(bool on)
 {
     write(on, K::approvalNotification);
 }
-bool SettingsStore::meetingChime() const
-{
-    return flag(K::meetingChime, true);
-}
-bool SettingsStore::autoRecordMeetings() const
-{
-    return flag(K::autoRecordMeetings, false);
-}
 bool SettingsStore::hoverHaptics() const
 {
     return flag(K::hoverHaptics, true);
-}
-bool SettingsStore::frontForKeyboardTools() const
-{
-    return flag(K::frontForKeyboardTools, false);
 }
 bool SettingsStore::autoShelfScreenshots() const
 {
@@ -416,14 +409,6 @@ bool SettingsStore::autoShelfScreenshots() const
 void SettingsStore::setAutoShelfScreenshots(bool on)
 {
     write(on, K::autoShelfScreenshots);
-}
-bool SettingsStore::screenshotFlash() const
-{
-    return flag(K::screenshotFlash, true);
-}
-bool SettingsStore::screenshotHotkey() const
-{
-    return flag(K::screenshotHotkey, true);
 }
 
 DisplayChoice SettingsStore::displayChoice() const
@@ -450,62 +435,11 @@ QString SettingsStore::notesMirrorFolder() const
     return storedText(K::notesMirrorFolder).value_or(QString());
 }
 
-int SettingsStore::clipboardLimit() const
-{
-    const auto stored = storedInteger(K::clipboardLimit);
-    return stored ? static_cast<int>(std::clamp<qint64>(*stored, -1, 1000000)) : kClipboardLimitDefault;
-}
-void SettingsStore::setClipboardLimit(int limit)
-{
-    write(qint64(limit), K::clipboardLimit);
-}
-
-bool SettingsStore::keepAwake() const
-{
-    return flag(K::keepAwake, false);
-}
 bool SettingsStore::replaceSystemHUD() const
 {
     return flag(K::replaceSystemHUD, false);
 }
-bool SettingsStore::mirrorNotifications() const
-{
-    return flag(K::mirrorNotifications, false);
-}
-bool SettingsStore::windowSnapping() const
-{
-    return flag(K::windowSnapping, true);
-}
-bool SettingsStore::showMusicInNotch() const
-{
-    return flag(K::showMusicInNotch, false);
-}
 
-ClosedMusicStyle SettingsStore::closedMusicStyle() const
-{
-    static const QList<std::pair<QString, ClosedMusicStyle>> cases = {
-        {QStringLiteral("twinCircles"), ClosedMusicStyle::twinCircles},
-        {QStringLiteral("progressRing"), ClosedMusicStyle::progressRing},
-        {QStringLiteral("bareEqualizer"), ClosedMusicStyle::bareEqualizer},
-        {QStringLiteral("miniTransport"), ClosedMusicStyle::miniTransport}};
-    return storedChoice(K::closedMusicStyle, QStringLiteral("a closed music style"), cases)
-        .value_or(ClosedMusicStyle::progressRing);
-}
-
-ExternalNotchStyle SettingsStore::externalNotchStyle() const
-{
-    static const QList<std::pair<QString, ExternalNotchStyle>> cases = {
-        {QStringLiteral("hidden"), ExternalNotchStyle::hidden},
-        {QStringLiteral("pill"), ExternalNotchStyle::pill},
-        {QStringLiteral("full"), ExternalNotchStyle::full}};
-    return storedChoice(K::externalNotchStyle, QStringLiteral("hidden, pill or full"), cases)
-        .value_or(ExternalNotchStyle::pill);
-}
-
-std::optional<bool> SettingsStore::storedAnswerPromptsOnNotch() const
-{
-    return storedFlag(K::answerPromptsOnNotch);
-}
 bool SettingsStore::answerPromptsOnNotch() const
 {
     return flag(K::answerPromptsOnNotch, false);
@@ -517,18 +451,6 @@ void SettingsStore::setAnswerPromptsOnNotch(bool on)
 
 // ---- music and notch ----
 
-std::optional<QString> SettingsStore::musicStyle() const
-{
-    static const QStringList styles = {QStringLiteral("hidden"), QStringLiteral("minimal"),
-                                       QStringLiteral("wings"), QStringLiteral("bubbles")};
-    const auto raw = readRaw(K::musicStyle);
-    if (!raw)
-        return std::nullopt;
-    if (raw->typeId() == QMetaType::QString && styles.contains(raw->toString()))
-        return raw->toString();
-    reportUnreadable(K::musicStyle, *raw, QStringLiteral("a Norva 5 music style"));
-    return std::nullopt;
-}
 std::optional<QString> SettingsStore::musicLeft() const
 {
     return storedText(K::musicLeft);
@@ -537,19 +459,6 @@ std::optional<QString> SettingsStore::musicRight() const
 {
     return storedText(K::musicRight);
 }
-std::optional<QString> SettingsStore::musicArtShape() const
-{
-    return storedText(K::musicArtShape);
-}
-std::optional<QString> SettingsStore::musicEqualiser() const
-{
-    return storedText(K::musicEqualiser, QStringLiteral("an equaliser style"));
-}
-std::optional<QString> SettingsStore::musicEqualiserColour() const
-{
-    return storedText(K::musicEqualiserColour, QStringLiteral("an equaliser colour"));
-}
-
 KeepPaused SettingsStore::keepPaused() const
 {
     const QString expected = QStringLiteral("10, 30, 60 or 0 seconds");
@@ -593,25 +502,11 @@ void SettingsStore::setPeekDelay(double seconds)
     write(clamp(seconds, 0.02, 0.5, 0.01), K::peekDelay);
 }
 
-bool SettingsStore::notchGlow() const
-{
-    return flag(K::notchGlow, true);
-}
-
 NotchMotion SettingsStore::motion() const
 {
     static const QList<std::pair<QString, NotchMotion>> cases = {
         {QStringLiteral("full"), NotchMotion::full}, {QStringLiteral("reduced"), NotchMotion::reduced}};
     return storedChoice(K::notchMotion, QStringLiteral("full or reduced"), cases).value_or(NotchMotion::full);
-}
-
-PageSwipeDirection SettingsStore::swipeDirection() const
-{
-    static const QList<std::pair<QString, PageSwipeDirection>> cases = {
-        {QStringLiteral("natural"), PageSwipeDirection::natural},
-        {QStringLiteral("inverted"), PageSwipeDirection::inverted}};
-    return storedChoice(K::swipeDirection, QStringLiteral("natural or inverted"), cases)
-        .value_or(PageSwipeDirection::natural);
 }
 
 // ---- agents ----
@@ -637,25 +532,9 @@ void SettingsStore::setAgentSwitch(AgentSwitch which, bool on)
 {
     write(on, agentKey(which));
 }
-bool SettingsStore::questionsInNotch() const
-{
-    return flag(K::questionsInNotch, true);
-}
-bool SettingsStore::commandsInNotch() const
-{
-    return flag(K::commandsInNotch, true);
-}
 bool SettingsStore::openQuestions() const
 {
     return flag(K::openQuestions, false);
-}
-bool SettingsStore::agentWaitGlow() const
-{
-    return flag(K::agentWaitGlow, true);
-}
-bool SettingsStore::quotaWarnings() const
-{
-    return flag(K::quotaWarnings, true);
 }
 
 // ---- live activities ----
@@ -678,21 +557,11 @@ void SettingsStore::setActivitySwitch(ActivitySwitch kind, bool on)
     write(on, activityKey(kind));
 }
 
-// ---- snapping, to-dos, shelf, clipboard, settings window ----
-
-double SettingsStore::snappingHold() const
-{
-    const auto stored = storedNumber(K::snappingHold);
-    return stored ? clamp(*stored, 0.15, 1.0, 0.05) : kSnappingHoldDefault;
-}
+// ---- to-dos, shelf, Claude Code's usage ----
 
 std::optional<QString> SettingsStore::todosList() const
 {
     return storedText(K::todosList, QStringLiteral("a Reminders list"));
-}
-bool SettingsStore::todosShowCompleted() const
-{
-    return flag(K::todosShowCompleted, false);
 }
 bool SettingsStore::shelfOpenOnDrop() const
 {
@@ -738,14 +607,6 @@ void SettingsStore::setShelfKeep(ShelfKeep keep)
     write(shelfKeepText(keep), K::shelfKeep);
 }
 
-bool SettingsStore::clipboardHistory() const
-{
-    return flag(K::clipboardHistory, true);
-}
-void SettingsStore::setClipboardHistory(bool on)
-{
-    write(on, K::clipboardHistory);
-}
 bool SettingsStore::showClaudeUsage() const
 {
     return flag(K::showClaudeUsage, false);
@@ -753,10 +614,6 @@ bool SettingsStore::showClaudeUsage() const
 void SettingsStore::setShowClaudeUsage(bool on)
 {
     write(on, K::showClaudeUsage);
-}
-std::optional<QString> SettingsStore::settingsWindowSection() const
-{
-    return storedText(K::settingsWindowSection);
 }
 
 // ---- launch at login ----

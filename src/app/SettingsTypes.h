@@ -10,11 +10,8 @@
 // The value types of Norva's preferences.
 namespace norva {
 
-enum class ClosedMusicStyle { twinCircles, progressRing, bareEqualizer, miniTransport };
-enum class ExternalNotchStyle { hidden, pill, full };
 enum class KeepPaused { tenSeconds = 10, thirtySeconds = 30, sixtySeconds = 60, never = 0 };
 enum class ShelfKeep { forever, day, week };
-enum class PageSwipeDirection { natural, inverted };
 enum class NotchMotion { full, reduced };
 
 // The per-kind switches of the closed notch's live activities, in their fixed order.

@@ -3,7 +3,7 @@
 #include "app/Background.h"
 #include "app/CountText.h"
 #include "app/Log.h"
-#include "app/SettingsStore.h"
+#include "clipboard/ClipboardSettings.h"
 #include "clipboard/ClipboardSource.h"
 #include "clipboard/ClipboardTexts.h"
 
@@ -67,7 +67,7 @@ const QStringList& ClipboardManager::excludedTypes()
     return types;
 }
 
-ClipboardManager::ClipboardManager(ClipboardSource& source, SettingsStore& settings, Clock& clock,
+ClipboardManager::ClipboardManager(ClipboardSource& source, ClipboardSettings& settings, Clock& clock,
                                    const QString& dataFolder, QObject* parent)
     : QObject(parent), m_source(source), m_settings(settings), m_clock(clock),
       m_list(QDir(dataFolder).filePath(kListFile), kArea, clock),
@@ -90,7 +90,7 @@ ClipboardManager::~ClipboardManager()
 
 bool ClipboardManager::historyOn() const
 {
-    return m_settings.clipboardHistory();
+    return m_settings.history();
 }
 
 void ClipboardManager::start()
@@ -99,14 +99,14 @@ void ClipboardManager::start()
     m_loading = true;
     runOffMain<ClipboardLoad::Result>(
         this,
-        [input = ClipboardLoad::Input{m_list.path(), m_images, m_settings.clipboardLimit(), m_clock.now()}] {
+        [input = ClipboardLoad::Input{m_list.path(), m_images, m_settings.limit(), m_clock.now()}] {
             return ClipboardLoad::run(input);
         },
         [this](ClipboardLoad::Result result) { finishLoad(result); });
     m_lastChangeCount = m_source.changeCount();
     m_lastHistoryOn = historyOn();
     connect(&m_source, &ClipboardSource::changed, this, &ClipboardManager::poll, Qt::UniqueConnection);
-    connect(&m_settings, &SettingsStore::changed, this, [this] {
+    connect(&m_settings, &ClipboardSettings::historyChanged, this, [this] {
         if (historyOn() != m_lastHistoryOn) {
             m_lastHistoryOn = historyOn();
             emit historyOnChanged();
@@ -154,7 +154,7 @@ void ClipboardManager::finishLoad(const ClipboardLoad::Result& result)
                     QStringLiteral("): Norva keeps only .png pictures there"));
     }
 
-    const int limit = m_settings.clipboardLimit();
+    const int limit = m_settings.limit();
     int pinned = 0;
     for (const auto& clip : m_history.recency())
         pinned += clip.pinned ? 1 : 0;
@@ -181,7 +181,7 @@ void ClipboardManager::logLoad(const ClipboardLoad::Result& result) const
     if (result.keptWholeAs)
         logLine(kArea + QStringLiteral(": kept the whole ") + listName + QStringLiteral(" as ") +
                 *result.keptWholeAs + QStringLiteral(" (it held ") + clips(result.held) +
-                QStringLiteral(", far past the limit of ") + QString::number(m_settings.clipboardLimit()) +
+                QStringLiteral(", far past the limit of ") + QString::number(m_settings.limit()) +
                 QLatin1Char(')'));
     else if (!result.keepWholeFailure.isEmpty())
         logLine(kArea + QStringLiteral(": could not keep the whole ") + listName + QStringLiteral(" (") +
@@ -353,7 +353,7 @@ void ClipboardManager::file(Item clip)
 // After each record: the limit, the save, the views.
 void ClipboardManager::changed()
 {
-    letGo(m_history.trim(m_settings.clipboardLimit()));
+    letGo(m_history.trim(m_settings.limit()));
     saveLater();
     emit itemsChanged();
 }
@@ -364,7 +364,7 @@ void ClipboardManager::letGo(const QList<Item>& gone)
         return;
     for (const auto& clip : gone)
         deletePicture(clip);
-    const int limit = m_settings.clipboardLimit();
+    const int limit = m_settings.limit();
     if (m_letGoToldAt == limit)
         return;
     m_letGoToldAt = limit;
@@ -376,14 +376,14 @@ void ClipboardManager::endLetGoStreakIfRoom()
     const auto& items = m_history.recency();
     const auto unpinned =
         std::count_if(items.begin(), items.end(), [](const Item& clip) { return !clip.pinned; });
-    if (unpinned < m_settings.clipboardLimit())
+    if (unpinned < m_settings.limit())
         m_letGoToldAt.reset();
 }
 
 QString ClipboardManager::letGoLine(qsizetype count) const
 {
     return kArea + QStringLiteral(": let go of ") + clips(int(count)) +
-           QStringLiteral(" past the limit of ") + QString::number(m_settings.clipboardLimit()) +
+           QStringLiteral(" past the limit of ") + QString::number(m_settings.limit()) +
            QStringLiteral(" (Settings: Keep up to)");
 }
 
@@ -499,7 +499,7 @@ void ClipboardManager::setPinned(const QUuid& id, bool pinned)
         return;
     // Unpinning can put the history over its limit at once.
     if (!pinned)
-        letGo(m_history.trim(m_settings.clipboardLimit()));
+        letGo(m_history.trim(m_settings.limit()));
     saveLater();
     emit itemsChanged();
 }

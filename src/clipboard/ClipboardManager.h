@@ -17,7 +17,7 @@
 namespace norva {
 
 class ClipboardSource;
-class SettingsStore;
+class ClipboardSettings;
 
 // Keeps the history of what the person copies: watches the clipboard, files each new copy
 // (private copies never), keeps pictures as PNG files of its own in "ClipboardImages", stores
@@ -40,7 +40,7 @@ public:
         QString message;
     };
 
-    ClipboardManager(ClipboardSource& source, SettingsStore& settings, Clock& clock,
+    ClipboardManager(ClipboardSource& source, ClipboardSettings& settings, Clock& clock,
                      const QString& dataFolder, QObject* parent = nullptr);
     ~ClipboardManager() override;
 
@@ -109,7 +109,7 @@ private:
     static QStringList localFiles(const QByteArray& uriList);
 
     ClipboardSource& m_source;
-    SettingsStore& m_settings;
+    ClipboardSettings& m_settings;
     Clock& m_clock;
     ClipboardHistory m_history;
     StoredList m_list;

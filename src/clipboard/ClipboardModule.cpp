@@ -8,9 +8,10 @@ namespace norva {
 
 ClipboardModule::ClipboardModule(Shell& shell) : m_shell(shell)
 {
+    m_settings = std::make_unique<ClipboardSettings>(shell.settings());
     m_source = Platform::makeClipboardSource();
     m_history =
-        std::make_unique<ClipboardManager>(*m_source, shell.settings(), shell.clock(), Paths::dataFolder());
+        std::make_unique<ClipboardManager>(*m_source, *m_settings, shell.clock(), Paths::dataFolder());
     m_page = std::make_unique<ClipboardPageModel>(*m_history);
 }
 
@@ -30,7 +31,8 @@ QList<FeaturePage> ClipboardModule::pages() const
 
 QList<QmlObject> ClipboardModule::qmlObjects() const
 {
-    return {{QStringLiteral("clipboardPage"), m_page.get()}};
+    return {{QStringLiteral("clipboardPage"), m_page.get()},
+            {QStringLiteral("clipboardSettings"), m_settings.get()}};
 }
 
 } // namespace norva

@@ -2,6 +2,7 @@
 
 #include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardPageModel.h"
+#include "clipboard/ClipboardSettings.h"
 #include "clipboard/ClipboardSource.h"
 #include "shell/FeatureModule.h"
 
@@ -29,6 +30,7 @@ public:
 
 private:
     Shell& m_shell;
+    std::unique_ptr<ClipboardSettings> m_settings;
     std::unique_ptr<ClipboardSource> m_source;
     std::unique_ptr<ClipboardManager> m_history;
     std::unique_ptr<ClipboardPageModel> m_page;

@@ -12,6 +12,8 @@ namespace {
 const QString kToday = QStringLiteral("today");
 const QString kScheduled = QStringLiteral("scheduled");
 const QString kAll = QStringLiteral("all");
+// Whether the list shows done to-dos too (off when absent).
+const QString kShowCompletedKey = QStringLiteral("todos.showCompleted.v1");
 
 QString dueStateWord(DueState state)
 {
@@ -36,7 +38,7 @@ TodosPageModel::TodosPageModel(RemindersStore& store, Clock& clock, SettingsStor
     : QObject(parent), m_store(store), m_clock(clock), m_settings(settings), m_draft(clock)
 {
     if (m_settings)
-        m_showCompleted = m_settings->todosShowCompleted();
+        m_showCompleted = m_settings->flag(kShowCompletedKey, false);
     connect(&m_store, &RemindersStore::changed, this, &TodosPageModel::changed);
 }
 
@@ -167,7 +169,7 @@ void TodosPageModel::setShowCompleted(bool on)
         return;
     m_showCompleted = on;
     if (m_settings && !m_store.isReadOnly())
-        m_settings->write(QVariant(on), QStringLiteral("todos.showCompleted.v1"));
+        m_settings->write(QVariant(on), kShowCompletedKey);
     emit changed();
 }
 

@@ -105,7 +105,7 @@ private slots:
         SettingsStore store(file);
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(store.openOnHover(), false);
-            QCOMPARE(store.clipboardLimit(), 50);
+            QCOMPARE(store.storedInteger(QStringLiteral("clipboardLimit")), std::nullopt);
             QCOMPARE(store.peekDelay(), 0.07);
         }
         QCOMPARE(
@@ -228,7 +228,7 @@ private slots:
         const QString path = home.file(QStringLiteral("prefs/preferences.toml"));
         PreferencesFile file(path);
         SettingsStore store(file);
-        store.setClipboardLimit(30);
+        store.setPeekDelay(0.3);
         QSignalSpy spy(&store, &SettingsStore::changed);
         // Our own write reaches the watcher too, and must not publish a second time.
         QTest::qWait(200);
@@ -237,7 +237,7 @@ private slots:
         writeFromAnotherProcess(path, TempHome::read(path) + "\"openOnHover.v5\" = true\n");
         QTRY_COMPARE(spy.count(), 1);
         QCOMPARE(store.openOnHover(), true);
-        QCOMPARE(store.clipboardLimit(), 30);
+        QCOMPARE(store.peekDelay(), 0.3);
 
         // A key Norva does not watch publishes nothing.
         writeFromAnotherProcess(path, TempHome::read(path) + "someoneElses = 1\n");
@@ -246,8 +246,8 @@ private slots:
         QCOMPARE(spy.count(), 1);
 
         // And a second outside change still arrives after the file was replaced.
-        writeFromAnotherProcess(path, "clipboardLimit = 7\n");
-        QTRY_COMPARE(store.clipboardLimit(), 7);
+        writeFromAnotherProcess(path, "\"notch.peekDelay.v1\" = 0.2\n");
+        QTRY_COMPARE(store.peekDelay(), 0.2);
         QCOMPARE(spy.count(), 2);
         QCOMPARE(store.openOnHover(), false);
     }

@@ -27,16 +27,39 @@ private slots:
         QCOMPARE(prefs.value(SettingsKeys::openOnHover), std::optional<QVariant>(true));
     }
 
-    void outsideChangeOfWatchedKeyPublishesOnce()
+    void outsideChangeOfWatchedKeyPublishesOnceNamingTheKey()
     {
         MemoryPreferences prefs;
         SettingsStore store(prefs);
         QSignalSpy spy(&store, &SettingsStore::changed);
-        prefs.outsideChange(SettingsKeys::clipboardLimit, qint64(20));
+        QSignalSpy keys(&store, &SettingsStore::keyChanged);
+        prefs.outsideChange(SettingsKeys::peekDelay, 0.2);
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(store.clipboardLimit(), 20);
-        prefs.outsideChange(SettingsKeys::clipboardLimit, qint64(20)); // the same value again
+        QCOMPARE(keys.count(), 1);
+        QCOMPARE(keys.at(0).at(0).toString(), SettingsKeys::peekDelay);
+        QCOMPARE(store.peekDelay(), 0.2);
+        prefs.outsideChange(SettingsKeys::peekDelay, 0.2); // the same value again
         QCOMPARE(spy.count(), 1);
+        QCOMPARE(keys.count(), 1);
+    }
+
+    // A feature's own keys are the store's business only once the feature's settings watch them.
+    void featureKeysAreToldOnceWatched()
+    {
+        const QString key = QStringLiteral("sample.feature.v1");
+        MemoryPreferences prefs;
+        SettingsStore store(prefs);
+        QSignalSpy keys(&store, &SettingsStore::keyChanged);
+        prefs.outsideChange(key, true);
+        QCOMPARE(keys.count(), 0);
+        store.watch({key});
+        prefs.outsideChange(key, true); // what the store already saw when it began to watch
+        QCOMPARE(keys.count(), 0);
+        prefs.outsideChange(key, false);
+        QCOMPARE(keys.count(), 1);
+        QCOMPARE(keys.at(0).at(0).toString(), key);
+        store.write(true, key);
+        QCOMPARE(keys.count(), 2);
     }
 
     void outsideChangeOfUnwatchedKeyPublishesNothing()
@@ -53,9 +76,9 @@ private slots:
     {
         MemoryPreferences prefs;
         SettingsStore store(prefs);
-        store.setClipboardLimit(10);
+        store.setPeekDelay(0.3);
         QSignalSpy spy(&store, &SettingsStore::changed);
-        prefs.outsideChange(SettingsKeys::clipboardLimit, qint64(10)); // what the store itself wrote
+        prefs.outsideChange(SettingsKeys::peekDelay, 0.3); // what the store itself wrote
         QCOMPARE(spy.count(), 0);
     }
 
@@ -65,7 +88,7 @@ private slots:
         SettingsStore store(prefs);
         QThread* publishedOn = nullptr;
         connect(&store, &SettingsStore::changed, this, [&] { publishedOn = QThread::currentThread(); });
-        std::thread writer([&] { prefs.outsideChange(SettingsKeys::keepAwake, true); });
+        std::thread writer([&] { prefs.outsideChange(SettingsKeys::peekOnHover, false); });
         writer.join();
         QTRY_VERIFY(publishedOn != nullptr);
         QCOMPARE(publishedOn, QThread::currentThread());
@@ -82,13 +105,9 @@ private slots:
             << SettingsKeys::openOnHover << QVariant(QStringLiteral("yes")) << "on or off";
         QTest::newRow("number holding text")
             << SettingsKeys::openHoverDelay << QVariant(QStringLiteral("0,3")) << "a number";
-        QTest::newRow("swipe direction")
-            << SettingsKeys::swipeDirection << QVariant(QStringLiteral("sideways")) << "natural or inverted";
         QTest::newRow("motion") << SettingsKeys::notchMotion << QVariant(true) << "full or reduced";
         QTest::newRow("shelf keep") << SettingsKeys::shelfKeep << QVariant(QStringLiteral("month"))
                                     << "forever, a day or a week";
-        QTest::newRow("music style") << SettingsKeys::musicStyle << QVariant(QStringLiteral("disco"))
-                                     << "a Norva 5 music style";
         QTest::newRow("todos list") << SettingsKeys::todosList << QVariant(qint64(3)) << "a Reminders list";
         QTest::newRow("not finite") << SettingsKeys::peekDelay << QVariant(qQNaN()) << "a number";
     }
@@ -109,10 +128,8 @@ private slots:
             QCOMPARE(store.keepPaused(), defaults.keepPaused());
             QCOMPARE(store.openOnHover(), defaults.openOnHover());
             QCOMPARE(store.openHoverDelay(), defaults.openHoverDelay());
-            QCOMPARE(store.swipeDirection(), defaults.swipeDirection());
             QCOMPARE(store.motion(), defaults.motion());
             QCOMPARE(store.shelfKeep(), defaults.shelfKeep());
-            QCOMPARE(store.musicStyle(), defaults.musicStyle());
             QCOMPARE(store.todosList(), defaults.todosList());
             QCOMPARE(store.peekDelay(), defaults.peekDelay());
         }
@@ -150,9 +167,6 @@ private slots:
         QTest::newRow("peek below") << SettingsKeys::peekDelay << QVariant(0.013) << 0.02;
         QTest::newRow("peek absent") << SettingsKeys::peekDelay << QVariant() << 0.07;
         QTest::newRow("peek integer") << SettingsKeys::peekDelay << QVariant(qint64(0)) << 0.02;
-        QTest::newRow("snap down") << SettingsKeys::snappingHold << QVariant(0.37) << 0.35;
-        QTest::newRow("snap up") << SettingsKeys::snappingHold << QVariant(0.38) << 0.4;
-        QTest::newRow("snap absent") << SettingsKeys::snappingHold << QVariant() << 0.35;
         QTest::newRow("hover absent") << SettingsKeys::openHoverDelay << QVariant() << 0.12;
         QTest::newRow("hover low") << SettingsKeys::openHoverDelay << QVariant(0.01) << 0.09;
         QTest::newRow("hover high") << SettingsKeys::openHoverDelay << QVariant(qint64(3)) << 1.5;
@@ -168,9 +182,7 @@ private slots:
         if (stored.isValid())
             prefs.setValue(key, stored);
         SettingsStore store(prefs);
-        const double value = key == SettingsKeys::peekDelay      ? store.peekDelay()
-                             : key == SettingsKeys::snappingHold ? store.snappingHold()
-                                                                 : store.openHoverDelay();
+        const double value = key == SettingsKeys::peekDelay ? store.peekDelay() : store.openHoverDelay();
         QVERIFY2(qAbs(value - reads) < 1e-9, qPrintable(QString::number(value, 'g', 17)));
     }
 

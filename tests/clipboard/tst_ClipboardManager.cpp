@@ -7,6 +7,7 @@
 #include "app/SettingsStore.h"
 #include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardPageModel.h"
+#include "clipboard/ClipboardSettings.h"
 #include "clipboard/ClipboardTexts.h"
 #include "platform/linux/PreferencesFile.h"
 
@@ -26,7 +27,8 @@ struct Rig {
     TempHome home;
     ManualClock clock;
     PreferencesFile preferences{home.file(QStringLiteral("config/preferences.toml"))};
-    SettingsStore settings{preferences};
+    SettingsStore store{preferences};
+    ClipboardSettings settings{store};
     FakeClipboard clipboard;
     std::unique_ptr<ClipboardManager> manager;
 
@@ -157,7 +159,7 @@ private slots:
         Rig rig;
         rig.start();
         rig.copyText(QStringLiteral("kept"));
-        rig.settings.setClipboardHistory(false);
+        rig.settings.setHistory(false);
         rig.copyText(QStringLiteral("not kept"));
         QCOMPARE(rig.manager->items().size(), 1);
         ClipboardPageModel page(*rig.manager);
@@ -169,7 +171,7 @@ private slots:
             QStringList{QStringLiteral(
                 "Norva clipboard: a dropped text was not kept (the clipboard history is off in Settings)")});
         // Turned on again, the copy made while it was off is not filed after the fact.
-        rig.settings.setClipboardHistory(true);
+        rig.settings.setHistory(true);
         rig.clock.advance(ClipboardManager::kPollInterval);
         QCOMPARE(rig.manager->items().size(), 1);
     }
@@ -221,7 +223,7 @@ private slots:
     void limitLetsTheOldestUnpinnedGoWithTheirPictures()
     {
         Rig rig;
-        rig.settings.setClipboardLimit(2);
+        rig.settings.setLimit(2);
         rig.start();
         rig.copyPicture(pngBytes(Qt::green));
         const QString picture = rig.manager->imagePath(rig.manager->items().first());
@@ -241,7 +243,7 @@ private slots:
     void aFullHistorySaysItLetsGoOncePerStreak()
     {
         Rig rig;
-        rig.settings.setClipboardLimit(2);
+        rig.settings.setLimit(2);
         rig.start();
         LogCapture log;
         const QString atTwo =
@@ -255,7 +257,7 @@ private slots:
         rig.copyText(QStringLiteral("past it"));
         rig.copyText(QStringLiteral("past it again"));
         QCOMPARE(log.lines(), (QStringList{atTwo, atTwo}));
-        rig.settings.setClipboardLimit(1);
+        rig.settings.setLimit(1);
         rig.copyText(QStringLiteral("at the new limit"));
         rig.copyText(QStringLiteral("and again"));
         QCOMPARE(log.lines().mid(2),
@@ -284,7 +286,7 @@ private slots:
     void loadingRules()
     {
         Rig rig;
-        rig.settings.setClipboardLimit(3);
+        rig.settings.setLimit(3);
         const QString kept =
             rig.home.write(QStringLiteral("data/ClipboardImages/kept.png"), pngBytes(Qt::red));
         rig.home.write(QStringLiteral("data/ClipboardImages/stray.png"), pngBytes(Qt::yellow));
@@ -366,7 +368,7 @@ private slots:
         QFETCH(int, stored);
         QFETCH(bool, keptWhole);
         Rig rig;
-        rig.settings.setClipboardLimit(2);
+        rig.settings.setLimit(2);
         QJsonArray list;
         const QDateTime first =
             QDateTime::fromString(QStringLiteral("2026-11-18T09:00:00.000Z"), Qt::ISODateWithMs);

@@ -6,6 +6,7 @@
 
 #include "app/SettingsStore.h"
 #include "clipboard/ClipboardManager.h"
+#include "clipboard/ClipboardSettings.h"
 #include "platform/linux/PreferencesFile.h"
 #include "platform/linux/QtClipboardSource.h"
 
@@ -54,7 +55,8 @@ class X11ClipboardTest : public QObject {
     std::unique_ptr<TempHome> m_home;
     std::unique_ptr<ManualClock> m_clock;
     std::unique_ptr<PreferencesFile> m_preferences;
-    std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<SettingsStore> m_store;
+    std::unique_ptr<ClipboardSettings> m_settings;
     std::unique_ptr<QtClipboardSource> m_source;
     std::unique_ptr<ClipboardManager> m_manager;
     QList<QProcess*> m_helpers;
@@ -94,7 +96,8 @@ private slots:
         m_home = std::make_unique<TempHome>();
         m_clock = std::make_unique<ManualClock>();
         m_preferences = std::make_unique<PreferencesFile>(m_home->file(QStringLiteral("preferences.toml")));
-        m_settings = std::make_unique<SettingsStore>(*m_preferences);
+        m_store = std::make_unique<SettingsStore>(*m_preferences);
+        m_settings = std::make_unique<ClipboardSettings>(*m_store);
         m_source = std::make_unique<QtClipboardSource>();
         m_manager = std::make_unique<ClipboardManager>(*m_source, *m_settings, *m_clock,
                                                        m_home->file(QStringLiteral("data")));
@@ -116,6 +119,7 @@ private slots:
         m_manager.reset();
         m_source.reset();
         m_settings.reset();
+        m_store.reset();
         m_preferences.reset();
     }
 

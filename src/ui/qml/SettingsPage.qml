@@ -42,8 +42,8 @@ Item {
         ToggleRow {
             width: parent.cell
             label: "Keep clipboard history"
-            checked: settings.clipboardHistory
-            onToggled: on => settings.clipboardHistory = on
+            checked: clipboardSettings.history
+            onToggled: on => clipboardSettings.history = on
         }
         ToggleRow {
             width: parent.cell
