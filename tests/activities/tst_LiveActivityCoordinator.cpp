@@ -257,61 +257,66 @@ private slots:
         QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
     }
 
-    void aToastLeavesWhenItsHoldRunsOut()
+    // A toast's hold, step by step: "toast 2" publishes the volume toast held for 2 s, "lasting" the
+    // same without a hold, "wait 1.5" lets the clock run, and "pause", "resume", "resumeAfterGrace",
+    // "remove" do what the coordinator's calls of those names do. After the steps the toast has
+    // leavesAfter seconds left to show (infinity: it stays).
+    void aToastsHoldRunsFromItsLatestPublish_data()
     {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<double>("leavesAfter");
+        const double stays = qInf();
+        QTest::newRow("it leaves when its hold runs out") << "toast 1.5" << 1.5;
+        QTest::newRow("publishing again restarts the hold from the new value")
+            << "toast 2, wait 1.5, toast 3" << 3.0;
+        QTest::newRow("an update without a hold makes it lasting") << "toast 1, lasting" << stays;
+        QTest::newRow("a replaced hold does not end the new toast")
+            << "toast 1, wait 0.5, remove, toast 2" << 2.0;
+        QTest::newRow("a negative hold ends at once") << "toast -3" << 0.0;
+        QTest::newRow("published while paused, it waits for the resume")
+            << "pause, toast 1, wait 5, resume" << 1.0;
+        QTest::newRow("coming back within the grace keeps it paused")
+            << "toast 1, pause, resumeAfterGrace, wait 0.5, pause" << stays;
+    }
+    void aToastsHoldRunsFromItsLatestPublish()
+    {
+        QFETCH(QString, steps);
+        QFETCH(double, leavesAfter);
         Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, 1.5));
-        rig.clock.advance(Seconds(1.49));
-        QVERIFY(rig.coordinator.find("volume"));
-        rig.clock.advance(Seconds(0.01));
+        for (const QString& step : steps.split(QStringLiteral(", "))) {
+            const QString verb = step.section(QLatin1Char(' '), 0, 0);
+            const double number = step.section(QLatin1Char(' '), 1).toDouble();
+            if (verb == QLatin1String("toast") || verb == QLatin1String("lasting")) {
+                LiveActivity toast = volumeChange(0.4, number);
+                if (verb == QLatin1String("lasting"))
+                    toast.hold.reset();
+                rig.coordinator.upsert(toast);
+            } else if (verb == QLatin1String("wait"))
+                rig.clock.advance(Seconds(number));
+            else if (verb == QLatin1String("remove"))
+                rig.coordinator.remove(QStringLiteral("volume"));
+            else if (verb == QLatin1String("pause"))
+                rig.coordinator.pauseHolds();
+            else if (verb == QLatin1String("resume"))
+                rig.coordinator.resumeHolds();
+            else if (verb == QLatin1String("resumeAfterGrace"))
+                rig.coordinator.resumeHoldsAfterGrace();
+            else
+                QFAIL(qPrintable(QStringLiteral("unknown step ") + step));
+        }
+        if (qIsInf(leavesAfter)) {
+            rig.clock.advance(Seconds(60));
+            QVERIFY(rig.coordinator.find("volume"));
+            return;
+        }
+        QCOMPARE(*rig.coordinator.holdRemaining("volume"), leavesAfter);
+        if (leavesAfter > 0) {
+            rig.clock.advance(Seconds(leavesAfter - 0.01));
+            QVERIFY(rig.coordinator.find("volume"));
+        }
+        rig.clock.advance(Seconds(qMin(leavesAfter, 0.01)));
         QVERIFY(!rig.coordinator.find("volume"));
         QVERIFY(!rig.coordinator.holdRemaining("volume"));
-    }
-
-    void upsertingAToastAgainRestartsItsHoldFromTheNewValue()
-    {
-        Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, 2.0));
-        rig.clock.advance(Seconds(1.5));
-        rig.coordinator.upsert(volumeChange(0.5, 3.0));
-        QCOMPARE(*rig.coordinator.holdRemaining("volume"), 3.0);
-        rig.clock.advance(Seconds(2.9)); // the first hold would have ended 2.4 s ago
-        QVERIFY(rig.coordinator.find("volume"));
-        rig.clock.advance(Seconds(0.1));
-        QVERIFY(!rig.coordinator.find("volume"));
-    }
-
-    void aToastMadeLastingByAnUpdateStays()
-    {
-        Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, 1.0));
-        LiveActivity lastingNow = volumeChange(0.4, 1.0);
-        lastingNow.hold.reset();
-        rig.coordinator.upsert(lastingNow);
-        rig.clock.advance(Seconds(60));
-        QVERIFY(rig.coordinator.find("volume"));
-    }
-
-    void aHoldThatWasReplacedDoesNotEndTheNewActivity()
-    {
-        Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, 1.0));
-        rig.clock.advance(Seconds(0.5));
-        rig.coordinator.remove(QStringLiteral("volume"));
-        rig.coordinator.upsert(volumeChange(0.6, 2.0));
-        rig.clock.advance(Seconds(0.6)); // the first hold's instant has passed
-        QVERIFY(rig.coordinator.find("volume"));
-        rig.clock.advance(Seconds(1.4));
-        QVERIFY(!rig.coordinator.find("volume"));
-    }
-
-    void negativeHoldsEndAtOnce()
-    {
-        Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, -3.0));
-        QCOMPARE(*rig.coordinator.holdRemaining("volume"), 0.0);
-        rig.clock.advance(Seconds(0));
-        QVERIFY(!rig.coordinator.find("volume"));
     }
 
     void pausedHoldsKeepToastsAndResumeWithWhatWasLeftAfterTheGrace()
@@ -338,31 +343,6 @@ private slots:
         rig.clock.advance(Seconds(1.49));
         QVERIFY(rig.coordinator.find("volume"));
         rig.clock.advance(Seconds(0.01));
-        QVERIFY(!rig.coordinator.find("volume"));
-    }
-
-    void comingBackWithinTheGraceKeepsHoldsPaused()
-    {
-        Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, 1.0));
-        rig.coordinator.pauseHolds();
-        rig.coordinator.resumeHoldsAfterGrace();
-        rig.clock.advance(Seconds(0.5));
-        rig.coordinator.pauseHolds(); // the pointer is back over the notch
-        rig.clock.advance(Seconds(10));
-        QVERIFY(rig.coordinator.holdsPaused());
-        QVERIFY(rig.coordinator.find("volume"));
-    }
-
-    void aToastPublishedWhileHoldsArePausedWaitsForTheResume()
-    {
-        Rig rig;
-        rig.coordinator.pauseHolds();
-        rig.coordinator.upsert(volumeChange(0.4, 1.0));
-        rig.clock.advance(Seconds(5));
-        QVERIFY(rig.coordinator.find("volume"));
-        rig.coordinator.resumeHolds();
-        rig.clock.advance(Seconds(1.0));
         QVERIFY(!rig.coordinator.find("volume"));
     }
 
