@@ -1,7 +1,7 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "MediaTestSupport.h"
-#include "TempHome.h"
+#include "MemoryPreferences.h"
 #include "TestMain.h"
 
 #include "activities/LiveActivityCoordinator.h"
@@ -12,7 +12,6 @@
 #include "media/MusicManager.h"
 #include "media/ScriptedOutputVolume.h"
 #include "media/VolumeActivityPublisher.h"
-#include "platform/linux/PreferencesFile.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -81,9 +80,8 @@ class MusicManagerTest : public QObject {
     Q_OBJECT
 
     struct Rig {
-        test::TempHome home;
         ManualClock clock;
-        PreferencesFile preferences{home.file(QStringLiteral("config/Norva/preferences.toml"))};
+        test::MemoryPreferences preferences;
         SettingsStore settings{preferences};
         QStringList journal;
         FakeBackend* adapter = nullptr;
@@ -122,22 +120,41 @@ class MusicManagerTest : public QObject {
     };
 
 private slots:
-    void adapterIsPreferred()
+    // The adapter when it is there, else the scripting backend, else nothing.
+    void startPicksTheFirstBackendThatExists_data()
     {
-        Rig rig;
-        rig.manager->start();
-        QCOMPARE(rig.manager->source(), MusicManager::Source::adapter);
-        QCOMPARE(rig.journal, QStringList{QStringLiteral("adapter started")});
+        QTest::addColumn<bool>("adapterFound");
+        QTest::addColumn<bool>("scriptingExists");
+        QTest::addColumn<int>("source");
+        QTest::addColumn<QString>("started");
+        QTest::addColumn<QString>("logged");
+        using S = MusicManager::Source;
+        QTest::newRow("the adapter is preferred") << true << true << int(S::adapter) << "adapter started"
+                                                  << "";
+        QTest::newRow("no adapter: scripting") << false << true << int(S::scripting) << "scripting started"
+                                               << "Norva: media adapter not found, using AppleScript backend";
+        QTest::newRow("neither: nothing plays")
+            << false << false << int(S::none) << ""
+            << "Norva: media adapter not found, using AppleScript backend,"
+               "Norva music: no player can be asked what plays (osascript is not on this system)";
     }
-
-    void missingAdapterUsesScripting()
+    void startPicksTheFirstBackendThatExists()
     {
+        QFETCH(bool, adapterFound);
+        QFETCH(bool, scriptingExists);
+        QFETCH(int, source);
+        QFETCH(QString, started);
+        QFETCH(QString, logged);
         test::LogCapture log;
         Rig rig;
-        rig.adapterFound = false;
+        rig.adapterFound = adapterFound;
+        rig.scriptingExists = scriptingExists;
         rig.manager->start();
-        QCOMPARE(rig.manager->source(), MusicManager::Source::scripting);
-        QCOMPARE(log.count(QStringLiteral("Norva: media adapter not found, using AppleScript backend")), 1);
+        QCOMPARE(int(rig.manager->source()), source);
+        QCOMPARE(rig.journal.join(QLatin1Char(',')), started);
+        QCOMPARE(log.lines().join(QLatin1Char(',')), logged);
+        QVERIFY(!rig.manager->hasTrack());
+        QVERIFY(!rig.manager->hasActiveSession());
     }
 
     void adapterFailureFallsBackOnceForTheSession()
@@ -159,17 +176,6 @@ private slots:
         QTest::qWait(20);
         QCOMPARE(rig.manager->source(), MusicManager::Source::scripting);
         QCOMPARE(rig.journal.size(), 3);
-    }
-
-    void withoutAnyBackendNothingPlays()
-    {
-        Rig rig;
-        rig.adapterFound = false;
-        rig.scriptingExists = false;
-        rig.manager->start();
-        QCOMPARE(rig.manager->source(), MusicManager::Source::none);
-        QVERIFY(!rig.manager->hasTrack());
-        QVERIFY(!rig.manager->hasActiveSession());
     }
 
     void commandsGoToTheRunningBackend()
