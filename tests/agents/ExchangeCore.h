@@ -1,11 +1,11 @@
 #pragma once
 
+#include "MemoryPreferences.h"
 #include "agents/prompts/AgentPromptsManager.h"
 #include "agents/prompts/AgentsPageModel.h"
 #include "agents/prompts/PromptAlerts.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
-#include "platform/linux/PreferencesFile.h"
 
 #include <QStringList>
 
@@ -23,16 +23,16 @@ public:
 };
 
 // The pieces of a running Norva core that the exchange needs, inside the current (temporary) HOME:
-// preferences, settings, the prompts manager on the given clock, and the Agents page model.
+// in-memory preferences, settings, the prompts manager on the given clock, and the Agents page model.
 struct ExchangeCore {
-    explicit ExchangeCore(Clock& clock) : prefs(Paths::preferencesFile()), settings(prefs)
+    explicit ExchangeCore(Clock& clock) : settings(prefs)
     {
         manager = std::make_unique<AgentPromptsManager>(clock, settings, alerts, Paths::approvalsFolder());
         model = std::make_unique<AgentsPageModel>(*manager);
     }
     ApprovalsFolder folder() const { return ApprovalsFolder(Paths::approvalsFolder()); }
 
-    PreferencesFile prefs;
+    MemoryPreferences prefs;
     SettingsStore settings;
     CountingAlerts alerts;
     std::unique_ptr<AgentPromptsManager> manager;

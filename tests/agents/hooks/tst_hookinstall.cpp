@@ -1,4 +1,5 @@
 #include "LogCapture.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -11,7 +12,6 @@
 #include "agents/hooks/HookScripts.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
-#include "platform/linux/PreferencesFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -414,7 +414,7 @@ private slots:
     {
         test::TempHome home;
         FakePath path(home, {"codex", "copilot"});
-        PreferencesFile prefs(Paths::preferencesFile());
+        test::MemoryPreferences prefs;
         SettingsStore settings(prefs);
         AgentPromptSwitch promptSwitch(settings);
         test::LogCapture log;
@@ -436,11 +436,8 @@ private slots:
         QCOMPARE(presence.statusText(CodingAgent::codex), QStringLiteral("Installed in ~/.codex/hooks.json"));
 
         // An outside change to the preference (another process, an editor) is followed too.
-        QFile file(Paths::preferencesFile());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("\"answerPromptsOnNotch\" = false\n");
-        file.close();
-        QTRY_VERIFY_WITH_TIMEOUT(!ApprovalHook::isInstalled(), 5000);
+        prefs.outsideChange(QStringLiteral("answerPromptsOnNotch"), false);
+        QVERIFY(!ApprovalHook::isInstalled());
         QVERIFY(!CodexHook::isInstalled());
         QVERIFY(!CopilotCLIHook::isInstalled());
         QVERIFY(!QFileInfo::exists(Paths::approvalsFolder() + "/notch-off"));
@@ -452,7 +449,7 @@ private slots:
     {
         test::TempHome home;
         FakePath path(home, {"copilot"});
-        PreferencesFile prefs(Paths::preferencesFile());
+        test::MemoryPreferences prefs;
         SettingsStore settings(prefs);
         settings.setAgentSwitch(AgentSwitch::copilot, false);
         AgentPromptSwitch promptSwitch(settings);
@@ -465,7 +462,7 @@ private slots:
     void teamRulesKeepTheHooksWithTheNotchOffMarker()
     {
         test::TempHome home;
-        PreferencesFile prefs(Paths::preferencesFile());
+        test::MemoryPreferences prefs;
         SettingsStore settings(prefs);
         AgentPromptSwitch promptSwitch(settings);
         promptSwitch.setTeamNeedsHooks(true);
@@ -482,7 +479,7 @@ private slots:
     {
         test::TempHome home;
         QDir().mkpath(home.file(".claude/settings.json")); // a folder where the file should be
-        PreferencesFile prefs(Paths::preferencesFile());
+        test::MemoryPreferences prefs;
         SettingsStore settings(prefs);
         AgentPromptSwitch promptSwitch(settings);
         test::LogCapture log;

@@ -53,7 +53,37 @@ QByteArray copilotPayload(const QString& session = "cp-1", const QString& prompt
         .toUtf8();
 }
 
+// One agent's call to a hook: the script with its arguments and payload, what the agent reads
+// when Norva leaves the prompt to it, and the name a waiting hook gives its pending file.
+struct AgentCall {
+    QString script;
+    QStringList args;
+    QByteArray payload;
+    QByteArray handBack;
+    QString pendingPrefix; // empty: the call never waits for the notch
+};
+
+// Every agent's calls by name; `waiting` keeps those that wait for the notch's answer.
+QList<std::pair<const char*, AgentCall>> agentCalls(bool waiting = false)
+{
+    QList<std::pair<const char*, AgentCall>> calls = {
+        {"claude permission",
+         {"permissionrequest.sh", {}, claudePermissionPayload(), {}, "pending-claude-s-1-"}},
+        {"claude tool call", {"pretooluse.sh", {}, claudePayload("Bash", "default", "t4"), {}, {}}},
+        {"claude question",
+         {"pretooluse.sh", {"question"}, claudePayload("AskUserQuestion", "default", "t5"), {}, {}}},
+        {"codex", {"codex-hook.sh", {}, codexPayload("PermissionRequest"), "{}", "pending-codex-cx-1-"}},
+        {"copilot",
+         {"copilot-hook.sh", {"permissionRequest"}, copilotPayload(), {}, "pending-copilot-cp-1-"}},
+    };
+    if (waiting)
+        calls.removeIf([](const auto& call) { return call.second.pendingPrefix.isEmpty(); });
+    return calls;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(AgentCall)
 
 // The hook scripts, run for real with sh on real payloads: liveness, the wait and its answers, the
 // never-allow check, questions, session ends, the identity record and Copilot's autonomy test.
@@ -107,39 +137,23 @@ private slots:
     // answers empty (the person chose the terminal) or stops beating.
     void waitingHookHandsBackInEachAgentsWay_data()
     {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<QByteArray>("expected");
+        QTest::addColumn<AgentCall>("call");
         QTest::addColumn<bool>("heartbeatStops"); // else Norva answers empty
         for (const bool stops : {false, true}) {
-            const char* how = stops ? "heartbeat stops" : "empty answer";
-            QTest::addRow("claude, %s", how)
-                << "permissionrequest.sh" << QStringList() << claudePermissionPayload()
-                << "pending-claude-s-1-" << QByteArray() << stops;
-            QTest::addRow("codex, %s", how)
-                << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
-                << "pending-codex-cx-1-" << QByteArray("{}") << stops;
-            QTest::addRow("copilot, %s", how)
-                << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
-                << "pending-copilot-cp-1-" << QByteArray() << stops;
+            for (const auto& [name, call] : agentCalls(/*waiting*/ true))
+                QTest::addRow("%s, %s", name, stops ? "heartbeat stops" : "empty answer") << call << stops;
         }
     }
     void waitingHookHandsBackInEachAgentsWay()
     {
-        QFETCH(QString, script);
-        QFETCH(QStringList, args);
-        QFETCH(QByteArray, payload);
-        QFETCH(QString, prefix);
-        QFETCH(QByteArray, expected);
+        QFETCH(AgentCall, call);
         QFETCH(bool, heartbeatStops);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.setEnv("NORVA_COPILOT_ARGS", " ");
         hooks.freshHeartbeat();
-        auto process = hooks.start(script, payload, args);
-        const QString pending = hooks.waitFor(prefix, ".json");
+        auto process = hooks.start(call.script, call.payload, call.args);
+        const QString pending = hooks.waitFor(call.pendingPrefix, ".json");
         QVERIFY(!pending.isEmpty());
         const QString id = pending.mid(8, pending.size() - 8 - 5);
         QTRY_VERIFY(hooks.exists("alive-" + id));
@@ -152,7 +166,7 @@ private slots:
         }
         const auto result = HookRunner::finish(*process, heartbeatStops ? 5000 : 20000);
         QCOMPARE(result.exitCode, 0);
-        QCOMPARE(result.out.trimmed(), expected);
+        QCOMPARE(result.out.trimmed(), call.handBack);
         QVERIFY(hooks.names("pending-").isEmpty());
         QVERIFY(hooks.names("alive-").isEmpty());
         QVERIFY(hooks.names("resp-").isEmpty());
@@ -160,33 +174,19 @@ private slots:
 
     void noNorvaMeansNoFilesAndAnImmediateAnswer_data()
     {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude permission")
-            << "permissionrequest.sh" << QStringList() << claudePermissionPayload() << QByteArray();
-        QTest::newRow("claude tool call")
-            << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t4") << QByteArray();
-        QTest::newRow("claude question") << "pretooluse.sh" << QStringList{"question"}
-                                         << claudePayload("AskUserQuestion", "default", "t5") << QByteArray();
-        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
-                               << QByteArray("{}");
-        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
-                                 << QByteArray();
+        QTest::addColumn<AgentCall>("call");
+        for (const auto& [name, call] : agentCalls())
+            QTest::newRow(name) << call;
     }
     void noNorvaMeansNoFilesAndAnImmediateAnswer()
     {
-        QFETCH(QString, script);
-        QFETCH(QStringList, args);
-        QFETCH(QByteArray, payload);
-        QFETCH(QByteArray, expected);
+        QFETCH(AgentCall, call);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.setEnv("NORVA_COPILOT_ARGS", " ");
-        const auto result = hooks.run(script, payload, args);
+        const auto result = hooks.run(call.script, call.payload, call.args);
         QCOMPARE(result.exitCode, 0);
-        QCOMPARE(result.out.trimmed(), expected);
+        QCOMPARE(result.out.trimmed(), call.handBack);
         QVERIFY(hooks.names("pending-").isEmpty());
         QVERIFY(hooks.names("alive-").isEmpty());
     }
@@ -268,37 +268,17 @@ private slots:
         QVERIFY(hooks.names("denycheck-").isEmpty());
     }
 
-    void notchOffRunsOnlyTheCheck_data()
-    {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<QByteArray>("payload");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("claude") << "pretooluse.sh" << QStringList() << claudePayload("Bash", "default", "t9")
-                                << QByteArray();
-        QTest::newRow("claude permission")
-            << "permissionrequest.sh" << QStringList() << claudePermissionPayload() << QByteArray();
-        QTest::newRow("claude question")
-            << "pretooluse.sh" << QStringList{"question"}
-            << claudePayload("AskUserQuestion", "default", "t10") << QByteArray();
-        QTest::newRow("codex") << "codex-hook.sh" << QStringList() << codexPayload("PermissionRequest")
-                               << QByteArray("{}");
-        QTest::newRow("copilot") << "copilot-hook.sh" << QStringList{"permissionRequest"} << copilotPayload()
-                                 << QByteArray();
-    }
+    void notchOffRunsOnlyTheCheck_data() { noNorvaMeansNoFilesAndAnImmediateAnswer_data(); }
     void notchOffRunsOnlyTheCheck()
     {
-        QFETCH(QString, script);
-        QFETCH(QStringList, args);
-        QFETCH(QByteArray, payload);
-        QFETCH(QByteArray, expected);
+        QFETCH(AgentCall, call);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.setEnv("NORVA_COPILOT_ARGS", " ");
         hooks.freshHeartbeat();
         hooks.answer("notch-off", QByteArray());
-        const auto result = hooks.run(script, payload, args);
-        QCOMPARE(result.out.trimmed(), expected);
+        const auto result = hooks.run(call.script, call.payload, call.args);
+        QCOMPARE(result.out.trimmed(), call.handBack);
         QVERIFY(hooks.names("pending-").isEmpty());
     }
 

@@ -223,48 +223,44 @@ private slots:
         QVERIFY(!s.jumper.jumpTmux(t));
     }
 
-    void itermScriptSelectsBySessionOrTty()
+    // iTerm2 and Terminal are asked by script to select the session's tab; only when the script
+    // finds none does the app come forward by its process.
+    void scriptedTerminalsSelectTheSessionOrComeForward_data()
     {
-        Stand s;
-        s.mode("found");
-        QVERIFY(s.jumper.jumpNow(target("iTerm.app", "ttys004", 4242, "w0t1p0:6F3A-11")));
-        QVERIFY(s.lastScript().contains("set wantedSession to \"6F3A-11\""));
-        QVERIFY(s.lastScript().contains("set wantedTTY to \"/dev/ttys004\""));
-        QVERIFY(s.lastScript().contains("tell application \"iTerm2\""));
-        QCOMPARE(s.activator.activated, QList<qint64>{}); // the script itself brought iTerm2 forward
-
-        // No session identifier: the tty comparison alone still finds it.
-        QVERIFY(s.jumper.jumpNow(target("iTerm.app", "ttys004", 4242)));
-        QVERIFY(s.lastScript().contains("set wantedSession to \"\""));
-        QVERIFY(s.lastScript().contains("tty of aSession ends with wantedTTY"));
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("session");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("app");
+        QTest::addColumn<bool>("broughtForward");
+        QTest::newRow("iTerm2 by session") << "iTerm.app"
+                                           << "w0t1p0:6F3A-11" << QByteArray("found") << "iTerm2" << false;
+        QTest::newRow("iTerm2 by tty alone") << "iTerm.app"
+                                             << "" << QByteArray("found") << "iTerm2" << false;
+        QTest::newRow("Terminal") << "Apple_Terminal"
+                                  << "" << QByteArray("found") << "Terminal" << false;
+        QTest::newRow("Terminal finds nothing") << "Apple_Terminal"
+                                                << "" << QByteArray("missing") << "Terminal" << true;
     }
-
-    void terminalScriptMatchesTheBareDeviceName()
+    void scriptedTerminalsSelectTheSessionOrComeForward()
     {
+        QFETCH(QString, program);
+        QFETCH(QString, session);
+        QFETCH(QByteArray, answer);
+        QFETCH(QString, app);
+        QFETCH(bool, broughtForward);
         Stand s;
-        s.mode("found");
-        const auto parsed =
-            TerminalJumper::parse(j("{'tty':'ttys003','term_program':'Apple_Terminal','term_pid':'4242'}"));
-        QVERIFY(s.jumper.jumpNow(*parsed));
-        QVERIFY(s.lastScript().contains("set wantedTTY to \"/dev/ttys003\""));
-        QVERIFY(s.lastScript().contains("tell application \"Terminal\""));
-        QVERIFY(s.lastScript().contains("set selected of aTab to true"));
+        test::LogCapture log;
+        s.mode(answer);
+        QVERIFY(s.jumper.jumpNow(target(program, "ttys004", 4242, session)));
+        QVERIFY(s.lastScript().contains("tell application \"" + app + "\""));
+        QCOMPARE(s.activator.activated, broughtForward ? QList<qint64>{4242} : QList<qint64>{});
+        QCOMPARE(log.lines(), QStringList{});
     }
 
     void scriptTextIsQuotedForAppleScript()
     {
         const QString script = TerminalJumper::terminalScript(target("Apple_Terminal", "tty\"x\\", 1));
         QVERIFY(script.contains("set wantedTTY to \"/dev/tty\\\"x\\\\\""));
-    }
-
-    void scriptThatFindsNothingBringsTheAppForward()
-    {
-        Stand s;
-        test::LogCapture log;
-        s.mode("missing");
-        QVERIFY(s.jumper.jumpNow(target("Apple_Terminal", "ttys009", 4242)));
-        QCOMPARE(s.activator.activated, QList<qint64>{4242});
-        QCOMPARE(log.lines(), QStringList{});
     }
 
     void scriptErrorIsLoggedAndTheAppComesForward()

@@ -1,12 +1,12 @@
 #include "JsonText.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
 #include "agents/team/TeamPolicy.h"
 #include "app/SettingsStore.h"
-#include "platform/linux/PreferencesFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,7 +29,7 @@ const QByteArray kTeamRules = j("{'rules':["
 struct Fixture {
     test::TempHome home;
     test::ManualClock clock;
-    PreferencesFile preferences{home.file("config/preferences.toml")};
+    test::MemoryPreferences preferences;
     SettingsStore settings{preferences};
     QString approvals = home.file("data/Norva/approvals");
     QString userFile = home.file("data/Norva/team-rules.json");
@@ -211,8 +211,7 @@ private slots:
         QCOMPARE(f.policy.decidePrompt("Bash", status, false).outcome, TeamDecision::Outcome::none);
         QCOMPARE(f.policy.rulesForView().at(1).toMap().value("on").toBool(), false);
         // The switch-off is a preference: a new policy over the same preferences keeps it.
-        PreferencesFile again(f.home.file("config/preferences.toml"));
-        SettingsStore settings(again);
+        SettingsStore settings(f.preferences);
         TeamPolicy other(settings, f.clock, f.approvals, f.userFile, f.managedFile);
         other.start();
         QCOMPARE(other.switchedOff(), QSet<QString>{"status"});

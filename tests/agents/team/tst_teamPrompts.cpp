@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -8,7 +9,6 @@
 #include "agents/team/TeamPolicy.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
-#include "platform/linux/PreferencesFile.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -39,7 +39,7 @@ QByteArray bash(const QString& id, const QString& command)
 // A running Norva's prompt manager with the team's rules answering before a card shows.
 struct Core {
     test::ManualClock clock{QDateTime::currentDateTimeUtc()};
-    PreferencesFile prefs{Paths::preferencesFile()};
+    test::MemoryPreferences prefs;
     SettingsStore settings{prefs};
     SilentAlerts alerts;
     QString rulesFile = Paths::dataFolder() + "/team-rules.json";
