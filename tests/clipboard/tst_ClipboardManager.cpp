@@ -1,6 +1,7 @@
 #include "FakeClipboard.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -9,7 +10,6 @@
 #include "clipboard/ClipboardPageModel.h"
 #include "clipboard/ClipboardSettings.h"
 #include "clipboard/ClipboardTexts.h"
-#include "platform/linux/PreferencesFile.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -26,7 +26,7 @@ namespace {
 struct Rig {
     TempHome home;
     ManualClock clock;
-    PreferencesFile preferences{home.file(QStringLiteral("config/preferences.toml"))};
+    MemoryPreferences preferences;
     SettingsStore store{preferences};
     ClipboardSettings settings{store};
     FakeClipboard clipboard;

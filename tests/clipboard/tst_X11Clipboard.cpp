@@ -1,13 +1,13 @@
-#include "FakeClipboard.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
+#include "TestImages.h"
 #include "TestMain.h"
 
 #include "app/SettingsStore.h"
 #include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardSettings.h"
-#include "platform/linux/PreferencesFile.h"
 #include "platform/linux/QtClipboardSource.h"
 
 #include <QBuffer>
@@ -54,7 +54,7 @@ class X11ClipboardTest : public QObject {
 
     std::unique_ptr<TempHome> m_home;
     std::unique_ptr<ManualClock> m_clock;
-    std::unique_ptr<PreferencesFile> m_preferences;
+    std::unique_ptr<MemoryPreferences> m_preferences;
     std::unique_ptr<SettingsStore> m_store;
     std::unique_ptr<ClipboardSettings> m_settings;
     std::unique_ptr<QtClipboardSource> m_source;
@@ -95,7 +95,7 @@ private slots:
     {
         m_home = std::make_unique<TempHome>();
         m_clock = std::make_unique<ManualClock>();
-        m_preferences = std::make_unique<PreferencesFile>(m_home->file(QStringLiteral("preferences.toml")));
+        m_preferences = std::make_unique<MemoryPreferences>();
         m_store = std::make_unique<SettingsStore>(*m_preferences);
         m_settings = std::make_unique<ClipboardSettings>(*m_store);
         m_source = std::make_unique<QtClipboardSource>();

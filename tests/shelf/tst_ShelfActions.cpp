@@ -1,11 +1,11 @@
+#include "FakeClipboard.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
 #include "app/SettingsStore.h"
-#include "clipboard/ClipboardSource.h"
-#include "platform/linux/PreferencesFile.h"
 #include "shelf/ShelfActions.h"
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
@@ -24,24 +24,6 @@ using namespace norva;
 using namespace norva::test;
 
 namespace {
-
-class FakeClipboard final : public ClipboardSource {
-public:
-    quint64 changeCount() const override { return 0; }
-    QStringList formats() const override { return m_formats; }
-    QByteArray data(const QString& format) const override { return m_data.value(format); }
-    QString text() const override { return {}; }
-    std::optional<QString> frontmostApplication() const override { return std::nullopt; }
-    bool put(std::unique_ptr<QMimeData> content) override
-    {
-        m_formats = content->formats();
-        for (const QString& format : m_formats)
-            m_data.insert(format, content->data(format));
-        return true;
-    }
-    QStringList m_formats;
-    QMap<QString, QByteArray> m_data;
-};
 
 QString unzip(const QStringList& arguments, int* status = nullptr)
 {
@@ -256,7 +238,7 @@ class ShelfDeskTest : public QObject {
     struct Rig {
         TempHome home;
         ManualClock clock;
-        PreferencesFile preferences{home.file(QStringLiteral("config/preferences.toml"))};
+        MemoryPreferences preferences;
         SettingsStore settings{preferences};
         FakeClipboard clipboard;
         ShelfManager shelf{settings, clock, home.file(QStringLiteral("data"))};

@@ -1,10 +1,10 @@
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
 #include "activities/LiveActivityCoordinator.h"
 #include "app/SettingsStore.h"
-#include "platform/linux/PreferencesFile.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfActivityPublisher.h"
 #include "shelf/ShelfManager.h"
@@ -36,7 +36,7 @@ private slots:
     {
         TempHome home;
         ManualClock clock;
-        PreferencesFile preferences(home.file(QStringLiteral("preferences.toml")));
+        MemoryPreferences preferences;
         SettingsStore settings(preferences);
         LiveActivityCoordinator coordinator(clock);
         ShelfManager shelf(settings, clock, home.file(QStringLiteral("data")));

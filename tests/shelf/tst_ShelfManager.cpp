@@ -1,10 +1,10 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
 #include "app/SettingsStore.h"
-#include "platform/linux/PreferencesFile.h"
 #include "platform/linux/ScreenshotFolderWatcher.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfManager.h"
@@ -43,7 +43,7 @@ QByteArray picture(const char* format)
 struct Rig {
     TempHome home;
     ManualClock clock;
-    PreferencesFile preferences{home.file(QStringLiteral("config/preferences.toml"))};
+    MemoryPreferences preferences;
     SettingsStore settings{preferences};
     std::unique_ptr<ShelfManager> shelf;
     QStringList droppedTexts;

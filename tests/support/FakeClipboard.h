@@ -8,8 +8,11 @@
 #include <QMap>
 #include <QMimeData>
 
-// A clipboard the test fills by hand: formats with their bytes, a change count, a front program.
-class FakeClipboard final : public norva::ClipboardSource {
+namespace norva::test {
+
+// A clipboard the test fills by hand: formats with their bytes, a change count, a front program;
+// what Norva puts on it can be read back by format.
+class FakeClipboard final : public ClipboardSource {
 public:
     void set(const QMap<QString, QByteArray>& content, std::optional<QString> app = std::nullopt)
     {
@@ -49,3 +52,5 @@ private:
     std::optional<QString> m_app;
     quint64 m_count = 0;
 };
+
+} // namespace norva::test
