@@ -2,16 +2,6 @@
 
 namespace norva {
 
-bool isBuiltInConnector(const QString& connector)
-{
-    static const QStringList panels = {QStringLiteral("eDP"), QStringLiteral("LVDS"), QStringLiteral("DSI")};
-    for (const QString& prefix : panels) {
-        if (connector.startsWith(prefix, Qt::CaseInsensitive))
-            return true;
-    }
-    return false;
-}
-
 QList<DisplayInfo> pickDisplays(const DisplayChoice& choice, const QList<DisplayInfo>& connected)
 {
     if (connected.isEmpty())

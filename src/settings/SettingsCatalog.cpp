@@ -135,7 +135,9 @@ QList<SettingDescription> makeSettings()
                       {option(QStringLiteral("full"), "Full"), option(QStringLiteral("reduced"), "Reduced")}),
 
                // Notch and displays
-               choice("displayChoice.v1", "notch", "Displays", "Which displays get a notch.",
+               choice("displayChoice.v1", "notch", "Displays",
+                      "Which displays get a notch. Built-in is the laptop's own panel, or the primary "
+                      "display where there is none.",
                       QStringLiteral("builtIn"),
                       {option(QStringLiteral("builtIn"), "Built-in"),
                        option(QStringLiteral("all"), "All displays")}),

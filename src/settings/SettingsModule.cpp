@@ -1,6 +1,7 @@
 #include "settings/SettingsModule.h"
 
 #include "app/SettingsStore.h"
+#include "notch/ConnectedDisplays.h"
 #include "shell/Shell.h"
 #include "storage/VdirRoot.h"
 
@@ -9,17 +10,6 @@
 #include <QScreen>
 
 namespace norva {
-namespace {
-
-QList<SettingsWindowModel::Display> connectedDisplays()
-{
-    QList<SettingsWindowModel::Display> displays;
-    for (const QScreen* screen : QGuiApplication::screens())
-        displays.append({screen->name(), screen->model().isEmpty() ? screen->name() : screen->model()});
-    return displays;
-}
-
-} // namespace
 
 SettingsModule::SettingsModule(Shell& shell)
     : m_hooks(std::make_unique<HookPresence>()), m_scheme(std::make_unique<DesktopColorScheme>())
@@ -30,8 +20,12 @@ SettingsModule::SettingsModule(Shell& shell)
     SettingsChecks checks(
         SettingsChecks::desktopProbes([hooks] { return hooks->isOn(CodingAgent::claude); },
                                       [hooks] { return hooks->statusText(CodingAgent::claude); }));
-    m_window = std::make_unique<SettingsWindowModel>(settings, std::move(checks), connectedDisplays);
+    m_window = std::make_unique<SettingsWindowModel>(settings, std::move(checks), connectedDisplayInfos);
     connect(m_hooks.get(), &HookPresence::changed, m_window.get(), &SettingsWindowModel::refresh);
+    // The display choice offers the displays connected now.
+    for (auto changed : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved,
+                         &QGuiApplication::primaryScreenChanged})
+        connect(qGuiApp, changed, m_window.get(), &SettingsWindowModel::refresh);
 
     const QString calendars =
         VdirRoot::locate(settings.storedText(QStringLiteral("calendars.folder.v1")).value_or(QString()));

@@ -207,7 +207,7 @@ QVariantList SettingsWindowModel::optionsOf(const SettingDescription& row) const
     if (row.key == SettingsCatalog::displayChoiceKey && m_displays) {
         const DisplayChoice chosen = m_settings.displayChoice();
         bool chosenIsHere = chosen.kind != DisplayChoice::Kind::display;
-        for (const Display& display : m_displays()) {
+        for (const DisplayInfo& display : m_displays()) {
             // The chosen display keeps its stored text, so the choice shows as taken.
             const bool isChosen =
                 chosen.kind == DisplayChoice::Kind::display && display.id == chosen.displayId;
@@ -215,8 +215,8 @@ QVariantList SettingsWindowModel::optionsOf(const SettingDescription& row) const
             const QString raw =
                 isChosen ? chosen.raw()
                          : DisplayChoice{DisplayChoice::Kind::display, display.id, display.name}.raw();
-            options.append(
-                QVariantMap{{QStringLiteral("value"), raw}, {QStringLiteral("label"), display.name}});
+            const QString label = display.primary ? display.name + QStringLiteral(", primary") : display.name;
+            options.append(QVariantMap{{QStringLiteral("value"), raw}, {QStringLiteral("label"), label}});
         }
         // The notch falls back to the built-in display meanwhile; the choice is kept for its return.
         if (!chosenIsHere)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notch/DisplayInfo.h"
 #include "settings/SettingDescription.h"
 #include "settings/SettingsChecks.h"
 
@@ -23,12 +24,8 @@ class SettingsWindowModel : public QObject {
     Q_PROPERTY(QString summary READ summary NOTIFY sectionChanged)
 
 public:
-    // A display the notch may be put on: its identifier and the name shown for it.
-    struct Display {
-        QString id;
-        QString name;
-    };
-    using ListDisplays = std::function<QList<Display>()>;
+    // The displays the notch may be put on.
+    using ListDisplays = std::function<QList<DisplayInfo>()>;
 
     SettingsWindowModel(SettingsStore& settings, SettingsChecks checks, ListDisplays displays,
                         QObject* parent = nullptr);

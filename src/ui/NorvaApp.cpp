@@ -4,6 +4,7 @@
 #include "app/Paths.h"
 #include "app/Platform.h"
 #include "hotkeys/HotKeysModule.h"
+#include "notch/ConnectedDisplays.h"
 #include "notch/DisplayPicker.h"
 #include "notes/NotesModule.h"
 #include "settings/SettingsModule.h"
@@ -21,17 +22,6 @@
 
 namespace norva {
 namespace {
-
-QList<DisplayInfo> connectedDisplays()
-{
-    QList<DisplayInfo> displays;
-    const QScreen* primary = QGuiApplication::primaryScreen();
-    for (QScreen* screen : QGuiApplication::screens()) {
-        const QString model = screen->model().isEmpty() ? screen->name() : screen->model();
-        displays.append({screen->name(), model, isBuiltInConnector(screen->name()), screen == primary});
-    }
-    return displays;
-}
 
 QVariantMap describe(const FeaturePage& page)
 {
@@ -89,6 +79,7 @@ bool NorvaApp::start()
     connect(&settings, &SettingsStore::changed, this, &NorvaApp::rebuildOverlays);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, &NorvaApp::rebuildOverlays);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &NorvaApp::rebuildOverlays);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &NorvaApp::rebuildOverlays);
 
     m_tray = std::make_unique<TrayIcon>(settings);
     connect(m_tray.get(), &TrayIcon::openRequested, this, [this] { openNotch(); });
@@ -180,7 +171,11 @@ void NorvaApp::wireClosedFace(NotchOverlay& overlay)
 void NorvaApp::rebuildOverlays()
 {
     SettingsStore& settings = m_shell->settings();
-    const QList<DisplayInfo> chosen = pickDisplays(settings.displayChoice(), connectedDisplays());
+    const QList<ConnectedDisplay> connected = connectedDisplays();
+    QList<DisplayInfo> displays;
+    for (const ConnectedDisplay& each : connected)
+        displays.append(each.display);
+    const QList<DisplayInfo> chosen = pickDisplays(settings.displayChoice(), displays);
     QString signature;
     for (const DisplayInfo& display : chosen)
         signature += display.id + QLatin1Char(';');
@@ -188,15 +183,18 @@ void NorvaApp::rebuildOverlays()
         return;
     m_displaySignature = signature;
     m_overlays.clear();
+    QStringList names;
+    for (const DisplayInfo& display : chosen)
+        names << display.name;
+    logLine(names.isEmpty()
+                ? QStringLiteral("Norva: no display is connected; the notch waits for one")
+                : QStringLiteral("Norva: the notch shows on ") + names.join(QStringLiteral(", ")));
     QStringList pageIds;
     for (const FeaturePage& page : m_shell->pages())
         pageIds << page.id;
     for (const DisplayInfo& display : chosen) {
-        QScreen* screen = nullptr;
-        for (QScreen* candidate : QGuiApplication::screens()) {
-            if (candidate->name() == display.id)
-                screen = candidate;
-        }
+        // Found by the identifier, which tells apart screens that share a connector name.
+        QScreen* screen = connected[displays.indexOf(display)].screen;
         auto overlay =
             std::make_unique<NotchOverlay>(m_engine, screen, display, m_clock, settings, m_drawingPath);
         if (!overlay->isValid())

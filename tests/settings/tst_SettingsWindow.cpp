@@ -166,7 +166,8 @@ private slots:
         SettingsStore store(preferences);
         preferences.setValue(QStringLiteral("displayChoice.v1"), QStringLiteral("display:HDMI-1|Studio"));
         SettingsWindowModel model(store, quietChecks(), [] {
-            return QList<SettingsWindowModel::Display>{{"eDP-1", "Built-in"}};
+            return QList<DisplayInfo>{{"eDP-1", "Built-in display", true, false},
+                                      {"HDMI-2", "DELL U2720Q", false, true}};
         });
         model.setSection(QStringLiteral("notch"));
         QStringList labels;
@@ -178,7 +179,8 @@ private slots:
                     labels << option.toMap().value(QStringLiteral("label")).toString();
             }
         }
-        QCOMPARE(labels, (QStringList{"Built-in", "All displays", "Built-in", "Studio (away)"}));
+        QCOMPARE(labels, (QStringList{"Built-in", "All displays", "Built-in display", "DELL U2720Q, primary",
+                                      "Studio (away)"}));
     }
 
     void launchAtLoginIsTheAutostartEntry()
