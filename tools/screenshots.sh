@@ -55,7 +55,7 @@ stop_norva() {
     wait "$norva_pid" 2>/dev/null || true
 }
 shot() { # name: the top of the screen, where the notch lives
-    import -window root -crop 900x520+350+0 +repage "$out/$1.png"
+    import -window root -crop 900x600+350+0 +repage "$out/$1.png"
     echo "$out/$1.png"
 }
 

@@ -63,4 +63,16 @@ double modulePanelHeight(double need)
     return need + moduleChrome;
 }
 
+double pageNeed(double contentHeight, double chrome)
+{
+    return std::max(defaultPageNeed, contentHeight + chrome - moduleChrome);
+}
+
+double maxPanelHeight(double displayHeight)
+{
+    if (displayHeight <= 0)
+        return maxPanelHeightWithoutDisplay;
+    return std::max(modulePanelHeight(defaultPageNeed), std::floor(displayHeight * panelShareOfDisplay));
+}
+
 } // namespace norva::NotchLayout

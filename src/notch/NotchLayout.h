@@ -16,8 +16,12 @@ inline constexpr double closedHeight = 32;
 // Peeking, the closed notch grows by this much.
 inline constexpr double peekWidthGrowth = 48;
 inline constexpr double peekHeightGrowth = 16;
-// The open panel is never taller than this before its banners.
-inline constexpr double maxPanelHeight = 520;
+// The open panel grows with what its page holds, down to this share of its display's height
+// (before its banners); below that the page scrolls. With no display known the limit is fixed.
+inline constexpr double panelShareOfDisplay = 0.6;
+inline constexpr double maxPanelHeightWithoutDisplay = 520;
+// What a page needs when it says nothing of its content, and the least any page gets.
+inline constexpr double defaultPageNeed = 200;
 inline constexpr double fixedHeight = 206;
 inline constexpr double rowHeight = 84;
 inline constexpr double rowGap = 8;
@@ -47,5 +51,10 @@ double stageHeight(int rows);
 double panelHeight(double stageHeight);
 // Panel height around a module that needs `need` points; a negative need is logged and treated as 0.
 double modulePanelHeight(double need);
+// The need of a page whose content wants `contentHeight` inside the panel's `chrome` (the tabs and
+// margins the panel draws around its pages): enough to show it all, never less than the default.
+double pageNeed(double contentHeight, double chrome);
+// The tallest the open panel gets on a display `displayHeight` high (0: not known), before banners.
+double maxPanelHeight(double displayHeight);
 
 } // namespace norva::NotchLayout

@@ -359,6 +359,19 @@ void NotchViewModel::setPageNeed(double need)
     emit sizeChanged();
 }
 
+double NotchViewModel::pageNeedFor(double contentHeight, double chrome) const
+{
+    return NotchLayout::pageNeed(contentHeight, chrome);
+}
+
+void NotchViewModel::setDisplayHeight(double height)
+{
+    if (m_displayHeight == height)
+        return;
+    m_displayHeight = height;
+    emit sizeChanged();
+}
+
 void NotchViewModel::setMeetingBannerShowing(bool on)
 {
     if (m_meetingBanner == on)
@@ -426,7 +439,7 @@ QSizeF NotchViewModel::currentOpenSize() const
         height = NotchLayout::modulePanelHeight(m_pageNeed);
         break;
     }
-    height = std::min(height, NotchLayout::maxPanelHeight);
+    height = std::min(height, maxOpenHeight());
     if (m_meetingBanner)
         height += NotchLayout::meetingBanner;
     if (m_alertBanner)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "notch/NotchLayout.h"
 
 #include <QObject>
 #include <QSizeF>
@@ -42,6 +43,7 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(bool alertBannerShowing READ alertBannerShowing WRITE setAlertBannerShowing NOTIFY sizeChanged)
     Q_PROPERTY(double openWidth READ openWidth CONSTANT)
     Q_PROPERTY(double openHeight READ openHeight NOTIFY sizeChanged)
+    Q_PROPERTY(double maxOpenHeight READ maxOpenHeight NOTIFY sizeChanged)
     Q_PROPERTY(QSizeF faceSize READ faceSize WRITE setFaceSize NOTIFY sizeChanged)
     Q_PROPERTY(double shownWidth READ shownWidth NOTIFY shownSizeChanged)
     Q_PROPERTY(double shownHeight READ shownHeight NOTIFY shownSizeChanged)
@@ -135,12 +137,19 @@ public:
 
     double pageNeed() const { return m_pageNeed; }
     void setPageNeed(double need);
+    // The need of a page whose content wants `contentHeight` inside the panel's `chrome`.
+    Q_INVOKABLE double pageNeedFor(double contentHeight, double chrome) const;
+    // The height of this notch's display, which limits how far the open panel grows (0: unknown).
+    double displayHeight() const { return m_displayHeight; }
+    void setDisplayHeight(double height);
     bool meetingBannerShowing() const { return m_meetingBanner; }
     void setMeetingBannerShowing(bool on);
     bool alertBannerShowing() const { return m_alertBanner; }
     void setAlertBannerShowing(bool on);
     double openWidth() const;
     double openHeight() const { return currentOpenSize().height(); }
+    // The tallest the open panel gets on this display, before its banners.
+    double maxOpenHeight() const { return NotchLayout::maxPanelHeight(m_displayHeight); }
     // What the closed face asks for (its implicit size); the closed notch is never smaller than
     // Norva's own closed size.
     QSizeF faceSize() const { return m_faceSize; }
@@ -197,7 +206,8 @@ private:
     bool m_typingInPanel = false;
     bool m_arranging = false;
     bool m_fullscreenOnDisplay = false;
-    double m_pageNeed = 200;
+    double m_pageNeed = NotchLayout::defaultPageNeed;
+    double m_displayHeight = 0;
     QSizeF m_faceSize;
     bool m_meetingBanner = false;
     bool m_alertBanner = false;

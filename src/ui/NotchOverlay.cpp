@@ -30,6 +30,12 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
         const QSize native = (QSizeF(logical.size()) * m_screen->devicePixelRatio()).toSize();
         return Platform::frontWindowIsFullscreenOn(QRect(logical.topLeft(), native));
     });
+    // The open panel grows with its page as far as this display has room for.
+    const auto followDisplayHeight = [this] {
+        if (m_screen)
+            m_notch.setDisplayHeight(m_screen->geometry().height());
+    };
+    followDisplayHeight();
     m_notch.setPointerProbe([this] {
         return m_window && m_window->mask().contains(m_window->mapFromGlobal(QCursor::pos(m_screen)));
     });
@@ -51,6 +57,7 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
     place();
     applyShape();
     connect(screen, &QScreen::geometryChanged, this, &NotchOverlay::place);
+    connect(screen, &QScreen::geometryChanged, this, followDisplayHeight);
     m_keyboard = Platform::makeKeyboardHandback();
     connect(&m_notch, &NotchViewModel::stateChanged, this, &NotchOverlay::followKeyboard);
     // Shown without taking the keyboard (on X11 a user time of 0 asks the window manager not to

@@ -347,30 +347,68 @@ private slots:
         QCOMPARE(rig.notch.currentPage(), QStringLiteral("agents"));
     }
 
+    // The open panel grows with its page as far as its display has room for (0: no display known),
+    // before the banners.
     void openSize_data()
     {
         QTest::addColumn<double>("need");
+        QTest::addColumn<double>("display");
         QTest::addColumn<bool>("meeting");
         QTest::addColumn<bool>("alert");
         QTest::addColumn<double>("height");
-        QTest::newRow("module") << 200.0 << false << false << 334.0;
-        QTest::newRow("capped") << 900.0 << false << false << NotchLayout::maxPanelHeight;
-        QTest::newRow("capped then banners") << 900.0 << true << true << NotchLayout::maxPanelHeight + 94;
-        QTest::newRow("meeting banner") << 100.0 << true << false << 284.0;
-        QTest::newRow("alert banner") << 100.0 << false << true << 278.0;
+        QTest::newRow("module") << 200.0 << 0.0 << false << false << 334.0;
+        QTest::newRow("capped without a display") << 900.0 << 0.0 << false << false << 520.0;
+        QTest::newRow("capped then banners") << 900.0 << 0.0 << true << true << 614.0;
+        QTest::newRow("meeting banner") << 100.0 << 0.0 << true << false << 284.0;
+        QTest::newRow("alert banner") << 100.0 << 0.0 << false << true << 278.0;
+        QTest::newRow("grows on a tall display") << 500.0 << 1080.0 << false << false << 634.0;
+        QTest::newRow("capped at 60% of the display") << 900.0 << 1080.0 << false << false << 648.0;
+        QTest::newRow("a small display still shows a usual page")
+            << 900.0 << 400.0 << false << false << 334.0;
     }
 
     void openSize()
     {
         QFETCH(double, need);
+        QFETCH(double, display);
         QFETCH(bool, meeting);
         QFETCH(bool, alert);
         QFETCH(double, height);
         Rig rig;
+        rig.notch.setDisplayHeight(display);
         rig.notch.setPageNeed(need);
         rig.notch.setMeetingBannerShowing(meeting);
         rig.notch.setAlertBannerShowing(alert);
         QCOMPARE(rig.notch.currentOpenSize(), QSizeF(760, height));
+    }
+
+    // A page's need from what its content wants inside the panel's tabs and margins: all of it
+    // shows, and a page with little (or nothing said) keeps the usual size.
+    void pageNeedFollowsTheContent_data()
+    {
+        QTest::addColumn<double>("content");
+        QTest::addColumn<double>("chrome");
+        QTest::addColumn<double>("panelHeight");
+        QTest::newRow("nothing said") << 0.0 << 86.0 << 334.0;
+        QTest::newRow("less than the usual page") << 180.0 << 86.0 << 334.0;
+        QTest::newRow("a third card") << 420.0 << 86.0 << 506.0;
+    }
+
+    void pageNeedFollowsTheContent()
+    {
+        QFETCH(double, content);
+        QFETCH(double, chrome);
+        QFETCH(double, panelHeight);
+        Rig rig;
+        rig.notch.setDisplayHeight(1080);
+        QSignalSpy moved(&rig.notch, &NotchViewModel::shownSizeChanged);
+        rig.notch.openPage(QStringLiteral("agents"));
+        rig.notch.setPageNeed(rig.notch.pageNeedFor(content, chrome));
+        QCOMPARE(rig.notch.shownSize(), QSizeF(760, panelHeight));
+        // The page's content fits the panel's body exactly when it is below the limit.
+        if (panelHeight > NotchLayout::modulePanelHeight(NotchLayout::defaultPageNeed))
+            QCOMPARE(panelHeight - chrome, content);
+        QVERIFY(!moved.isEmpty());
     }
 
     // The shape's size in each state: the closed notch never smaller than Norva's own, the peek

@@ -105,6 +105,37 @@ private slots:
         QCoreApplication::processEvents();
         QCOMPARE(model.answers, QStringList{"allow first"}); // neither the gap nor the guarded card answered
     }
+
+    // A third card does not fit the usual page: the page asks for the room its cards take (the
+    // panel grows to it where the display allows), and while it has less, the list shows that it
+    // scrolls; given the room, the sign goes.
+    void moreCardsThanFitShowThatThePageScrolls()
+    {
+        test::QmlViews views;
+        FakeAgentsPage model;
+        model.add("first", "make deploy");
+        model.add("second", "rm -rf build");
+        model.add("third", "npm publish --access public");
+        views.engine().rootContext()->setContextProperty("agentsPage", &model);
+        views.engine().rootContext()->setContextProperty(
+            "settings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
+        QQuickWindow window;
+        window.resize(720, 700);
+        auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
+        QVERIFY(page);
+        page->setParentItem(window.contentItem());
+        page->setSize(QSizeF(720, 250)); // the usual page's body
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+        const QList<QQuickItem*> cues = test::QmlViews::made(page.get(), QStringLiteral("ScrollCue"));
+        QCOMPARE(cues.size(), 1);
+        QTRY_VERIFY(page->implicitHeight() > 250);
+        QVERIFY(cues.first()->isVisible());
+
+        page->setHeight(page->implicitHeight());
+        QTRY_VERIFY(!cues.first()->isVisible());
+    }
 };
 
 NORVA_TEST(AgentsPageTest)

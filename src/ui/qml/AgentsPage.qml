@@ -11,6 +11,7 @@ Item {
     // stays as a gap meanwhile, so the second click of a double click never answers the card that
     // would have slid under the pointer.
     readonly property int answerPause: 400
+    implicitHeight: (usageWindows.visible ? usageWindows.height + Theme.spacing : 0) + list.contentHeight
     property var gap: null // {id, index, height} of the card just answered
     function answered(id, index, height) {
         gap = {"id": id, "index": index, "height": height}
@@ -72,6 +73,8 @@ Item {
             }
         }
     }
+
+    ScrollCue { view: list }
 
     EmptyPage {
         anchors.fill: list

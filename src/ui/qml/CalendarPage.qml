@@ -69,6 +69,8 @@ Item {
         font.pixelSize: Theme.fontBody
     }
 
+    ScrollCue { view: days }
+
     PlainText {
         id: notice
         anchors { bottom: parent.bottom; right: parent.right }

@@ -5,6 +5,7 @@ import QtQuick
 Item {
     id: page
     readonly property var model: clipboardPage
+    implicitHeight: top.height + Theme.spacing + list.contentHeight + 6 + footer.height
 
     Row {
         id: top
@@ -63,6 +64,8 @@ Item {
             onRemoveRequested: page.model.remove(modelData.id)
         }
     }
+
+    ScrollCue { view: list }
 
     PlainText {
         anchors.centerIn: list

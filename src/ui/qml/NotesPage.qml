@@ -6,6 +6,7 @@ Item {
     id: page
     readonly property var desk: notesDesk
     readonly property var mirror: notesMirror
+    implicitHeight: trouble.height + listTop.height + 6 + noteList.contentHeight + Theme.spacing + mirrorRow.height
 
     PlainText {
         id: trouble
@@ -45,6 +46,7 @@ Item {
             }
         }
         ListView {
+            id: noteList
             anchors { top: listTop.bottom; topMargin: 6; left: parent.left; right: parent.right; bottom: parent.bottom }
             clip: true
             spacing: 2
@@ -90,6 +92,7 @@ Item {
                 FocusRing { onActivated: page.desk.select(modelData.id) }
             }
         }
+        ScrollCue { view: noteList }
         PlainText {
             anchors.centerIn: parent
             visible: page.desk.rows.length === 0

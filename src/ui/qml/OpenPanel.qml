@@ -6,6 +6,17 @@ Item {
     id: panel
     required property var notch
     readonly property var currentPageInfo: app.pageInfo(notch.currentPage)
+    // What the panel draws around a page: the tabs above it and the margins.
+    readonly property real pageChrome: tabs.anchors.topMargin + tabs.height + body.anchors.topMargin
+                                       + body.anchors.bottomMargin
+    // A page says how tall its content wants to be (its implicit height); the panel grows to show
+    // it all, as far as the display has room, and the page scrolls beyond that.
+    readonly property real pageWants: pageLoader.item ? pageLoader.item.implicitHeight : 0
+    Binding {
+        target: panel.notch
+        property: "pageNeed"
+        value: panel.notch.pageNeedFor(panel.pageWants, panel.pageChrome)
+    }
 
     Row {
         id: tabs

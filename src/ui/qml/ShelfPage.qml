@@ -5,6 +5,7 @@ import QtQuick
 Item {
     id: page
     readonly property var desk: shelfDesk
+    implicitHeight: top.height + Theme.spacing + grid.contentHeight + toast.height
 
     Row {
         id: top
@@ -41,6 +42,8 @@ Item {
             }
         }
     }
+
+    ScrollCue { view: grid }
 
     PlainText {
         anchors.centerIn: grid

@@ -7,6 +7,8 @@ Item {
     id: page
     readonly property var model: todos
     property bool trashShown: false
+    implicitHeight: Math.max(side.implicitHeight, header.height + 6 + (trashShown ? 2 : add.height + 6)
+                             + (trashShown ? trash.contentHeight : rows.contentHeight) + message.height)
 
     Column {
         id: side
@@ -151,6 +153,7 @@ Item {
                 }
             }
         }
+        ScrollCue { view: rows }
         PlainText {
             anchors.centerIn: rows
             visible: !page.trashShown && rows.count === 0
@@ -191,6 +194,7 @@ Item {
                 }
             }
         }
+        ScrollCue { view: trash }
         PlainText {
             anchors.centerIn: trash
             visible: page.trashShown && trash.count === 0
