@@ -56,6 +56,11 @@ private slots:
                                            << "allow"
                                            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','"
                                                 "decision':{'behavior':'allow'}}}");
+        QTest::newRow("claude perm deny")
+            << "claude-7"
+            << "deny"
+            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'deny',"
+                 "'message':'Denied from the Norva notch'}}}");
         QTest::newRow("codex allow") << "codex-s-7"
                                      << "allow"
                                      << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','"

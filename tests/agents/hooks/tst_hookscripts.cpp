@@ -2,6 +2,8 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "agents/prompts/ApprovalExchange.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
@@ -13,8 +15,6 @@ using test::HookRunner;
 
 namespace {
 
-const QByteArray codexAllow =
-    R"({"hookSpecificOutput":{"hookEventName":"PermissionRequest","decision":{"behavior":"allow"}}})";
 const QByteArray denyBody =
     R"({"hookSpecificOutput":{"hookEventName":"PreToolUse","permissionDecision":"deny","permissionDecisionReason":"Denied by your team's rule: never run git push*"}})";
 
@@ -289,7 +289,9 @@ private slots:
         hooks.freshHeartbeat();
         const auto result =
             hooks.run("codex-hook.sh", codexPayload("PermissionRequest", "bypassPermissions"));
-        QCOMPARE(result.out.trimmed(), codexAllow);
+        // The script's own allow speaks the dialect of Norva's answers.
+        QCOMPARE(QJsonDocument::fromJson(result.out).object(),
+                 ApprovalExchange::decisionBody("codex-cx-1", ApprovalExchange::Decision::allow));
         QVERIFY(hooks.names("pending-").isEmpty());
     }
 
