@@ -106,10 +106,11 @@ int main(int argc, char* argv[])
     test::MemoryPreferences prefs;
     SettingsStore settings(prefs);
     const QString base = server.address().toString();
-    settings.write(base, WeatherSettings::forecastAddressKey);
-    settings.write(base + QStringLiteral("/where"), WeatherSettings::locationAddressKey);
+    settings.write(base, WeatherSettings::kForecastAddressKey);
+    settings.write(base + QStringLiteral("/where"), WeatherSettings::kLocationAddressKey);
+    WeatherSettings weatherSettings(settings);
     QTemporaryDir folder;
-    WeatherService weather(systemClock(), settings, TemperatureUnit::celsius,
+    WeatherService weather(systemClock(), weatherSettings, TemperatureUnit::celsius,
                            folder.filePath("weather.json"));
 
     const auto waitForRefresh = [&] {

@@ -4,7 +4,6 @@
 #include "app/Background.h"
 #include "app/JsonNumber.h"
 #include "app/Log.h"
-#include "app/Paths.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -22,9 +21,9 @@ const QString kAnswer = QStringLiteral("answer");
 
 } // namespace
 
-QString KeptForecast::defaultPath()
+QString KeptForecast::pathIn(const QString& dataFolder)
 {
-    return Paths::dataFolder() + QStringLiteral("/weather.json");
+    return dataFolder + QStringLiteral("/weather.json");
 }
 
 QByteArray KeptForecast::toJson() const

@@ -22,7 +22,7 @@ struct KeptForecast {
     QByteArray answer;
     bool operator==(const KeptForecast&) const = default;
 
-    static QString defaultPath(); // "weather.json" in Norva's data folder
+    static QString pathIn(const QString& dataFolder); // "weather.json" in Norva's data folder
 
     // Nothing when there is no file; an unreadable one is logged and set aside under a name of
     // its own, so the next save does not overwrite it.

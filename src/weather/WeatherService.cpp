@@ -1,13 +1,14 @@
 #include "weather/WeatherService.h"
 
 #include "app/Log.h"
-#include "app/SettingsStore.h"
 #include "weather/KeptForecast.h"
 #include "weather/WeatherCondition.h"
 #include "weather/WeatherDisplay.h"
 #include "weather/WeatherTexts.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace norva {
 namespace {
@@ -46,7 +47,7 @@ void logFailure(const QString& what, const QString& cause)
 
 } // namespace
 
-WeatherService::WeatherService(Clock& clock, SettingsStore& settings, TemperatureUnit desktopUnit,
+WeatherService::WeatherService(Clock& clock, WeatherSettings& settings, TemperatureUnit desktopUnit,
                                QString keptPath, QObject* parent)
     : QObject(parent), m_clock(clock), m_settings(settings), m_desktopUnit(desktopUnit),
       m_keptPath(std::move(keptPath)), m_http(clock)
@@ -54,13 +55,16 @@ WeatherService::WeatherService(Clock& clock, SettingsStore& settings, Temperatur
     m_wanted = readWanted();
     m_isManualPlace = m_wanted.pinned.has_value();
     m_placeName = m_wanted.pinned ? m_wanted.pinned->name : QString();
-    connect(&settings, &SettingsStore::changed, this, &WeatherService::followSettings);
+    connect(&m_settings, &WeatherSettings::placeChanged, this, &WeatherService::followPlaceAndUnit);
+    connect(&m_settings, &WeatherSettings::unitChanged, this, &WeatherService::followPlaceAndUnit);
+    connect(&m_settings, &WeatherSettings::closedNotchChanged, this, &WeatherService::changed);
+    // The services' addresses need no following: each request reads its address as it is made, so
+    // one under way finishes where it went and the next goes to the new address.
 }
 
 WeatherService::Wanted WeatherService::readWanted() const
 {
-    return {WeatherSettings::pinnedPlace(m_settings), WeatherSettings::unit(m_settings, m_desktopUnit),
-            WeatherSettings::addresses(m_settings)};
+    return {m_settings.pinnedPlace(), m_settings.chosenUnit().value_or(m_desktopUnit)};
 }
 
 TemperatureUnit WeatherService::unit() const
@@ -100,23 +104,48 @@ void WeatherService::restoreKept()
     showForecast(*outcome.forecast, kept->place.name, m_wanted.pinned.has_value(), kept->fetchedAt);
 }
 
-void WeatherService::followSettings()
+// A place pinned or a unit chosen anywhere (the page, the settings window, a hand edit of the
+// preferences) is asked for at once once the service runs; the place's three keys change one by
+// one, so only a change of what is wanted counts.
+void WeatherService::followPlaceAndUnit()
 {
     if (m_writing)
-        return; // the place or unit being written is applied once the writes are done
+        return; // the place being written is applied once the writes are done
     const Wanted wanted = readWanted();
-    if (wanted == m_wanted)
+    if (wanted == m_wanted) {
+        emit changed(); // the unit's label reads the choice, which may say the same unit anew
         return;
-    const bool placeOrUnitChanged = wanted.pinned != m_wanted.pinned || wanted.unit != m_wanted.unit;
+    }
     m_wanted = wanted;
-    emit changed(); // the unit choice and switches read from the store
-    if (placeOrUnitChanged && m_timer.isArmed())
+    emit changed();
+    if (m_samples)
+        showSample();
+    else if (m_timer.isArmed())
         refresh();
 }
 
 void WeatherService::refresh()
 {
+    if (m_samples) {
+        showSample();
+        return;
+    }
     begin(!m_wanted.pinned.has_value());
+}
+
+void WeatherService::showSamples(WeatherSamples samples)
+{
+    stop();
+    m_samples = std::move(samples);
+    showSample();
+}
+
+void WeatherService::showSample()
+{
+    const GeoPlace& place = m_samplePin ? *m_samplePin : m_samples->place;
+    const QDateTime now = m_clock.now();
+    m_status = Status::ready;
+    showForecast(m_samples->forecast(now, m_wanted.unit), place.name, m_samplePin.has_value(), now);
 }
 
 void WeatherService::begin(bool locating)
@@ -139,7 +168,8 @@ void WeatherService::locate(quint64 generation)
 // The first location service, and the second when the first gives no position.
 void WeatherService::askLocationService(quint64 generation, int index, QStringList reasons)
 {
-    const QUrl address = index == 0 ? m_wanted.addresses.location : m_wanted.addresses.locationFallback;
+    const auto addresses = m_settings.addresses();
+    const QUrl address = index == 0 ? addresses.location : addresses.locationFallback;
     m_http.get(address, locationTimeout,
                [this, generation, index, address, reasons](const HttpAnswer& answer) mutable {
                    if (generation != m_generation)
@@ -164,8 +194,9 @@ void WeatherService::askLocationService(quint64 generation, int index, QStringLi
 
 void WeatherService::fetch(quint64 generation, const GeoPlace& place, bool manual)
 {
+    const QUrl service = m_settings.addresses().forecast;
     const auto address = HttpClient::address(
-        m_wanted.addresses.forecast, QStringLiteral("/v1/forecast"),
+        service, QStringLiteral("/v1/forecast"),
         {{QStringLiteral("latitude"), coordinateText(place.latitude)},
          {QStringLiteral("longitude"), coordinateText(place.longitude)},
          {QStringLiteral("current"), QStringLiteral("temperature_2m,is_day,weather_code")},
@@ -176,7 +207,7 @@ void WeatherService::fetch(quint64 generation, const GeoPlace& place, bool manua
          {QStringLiteral("temperature_unit"), unitWord(m_wanted.unit)}});
     if (!address) {
         noteFailure(T::forecastMissing, T::forecastAddressFailed,
-                    m_wanted.addresses.forecast.toString() + QStringLiteral(" is not a web address"));
+                    service.toString() + QStringLiteral(" is not a web address"));
         return;
     }
     m_http.get(*address, forecastTimeout, [this, generation, place, manual](const HttpAnswer& answer) {
@@ -246,14 +277,22 @@ void WeatherService::searchPlaces(const QString& query, PlacesDone done)
         return;
     }
     logLine(T::logPrefix + T::searchingOpening + name + QLatin1Char('"'));
-    const auto address = HttpClient::address(m_wanted.addresses.geocoding, QStringLiteral("/v1/search"),
+    if (m_samples) {
+        QList<GeoPlace> found;
+        std::copy_if(
+            m_samples->places.cbegin(), m_samples->places.cend(), std::back_inserter(found),
+            [&name](const GeoPlace& place) { return place.name.contains(name, Qt::CaseInsensitive); });
+        done(found);
+        return;
+    }
+    const QUrl service = m_settings.addresses().geocoding;
+    const auto address = HttpClient::address(service, QStringLiteral("/v1/search"),
                                              {{QStringLiteral("name"), name},
                                               {QStringLiteral("count"), kGeocodingCount},
                                               {QStringLiteral("language"), QStringLiteral("en")},
                                               {QStringLiteral("format"), QStringLiteral("json")}});
     if (!address) {
-        logFailure(T::searchFailed,
-                   m_wanted.addresses.geocoding.toString() + QStringLiteral(" is not a web address"));
+        logFailure(T::searchFailed, service.toString() + QStringLiteral(" is not a web address"));
         done(std::nullopt);
         return;
     }
@@ -272,8 +311,13 @@ void WeatherService::searchPlaces(const QString& query, PlacesDone done)
 
 void WeatherService::usePlace(const GeoPlace& place)
 {
+    if (m_samples) {
+        m_samplePin = place;
+        showSample();
+        return;
+    }
     m_writing = true;
-    WeatherSettings::pin(m_settings, place);
+    m_settings.pin(place);
     m_writing = false;
     m_wanted = readWanted();
     m_placeName = place.name;
@@ -283,8 +327,13 @@ void WeatherService::usePlace(const GeoPlace& place)
 
 void WeatherService::useAutomaticLocation()
 {
+    if (m_samples) {
+        m_samplePin.reset();
+        showSample();
+        return;
+    }
     m_writing = true;
-    WeatherSettings::unpin(m_settings);
+    m_settings.unpin();
     m_writing = false;
     m_wanted = readWanted();
     m_isManualPlace = false;
@@ -340,26 +389,25 @@ QVariantList WeatherService::dayRows() const
 
 QString WeatherService::unitChoice() const
 {
-    const auto chosen = WeatherSettings::chosenUnit(m_settings);
+    const auto chosen = m_settings.chosenUnit();
     return chosen ? unitWord(*chosen) : QStringLiteral("system");
 }
 
 void WeatherService::setUnitChoice(const QString& choice)
 {
-    WeatherSettings::chooseUnit(m_settings, unitFromWord(choice));
-    followSettings();
+    m_settings.chooseUnit(unitFromWord(choice));
 }
 
 QString WeatherService::unitLabel() const
 {
     const QString symbol =
         unit() == TemperatureUnit::fahrenheit ? QStringLiteral("\u00B0F") : QStringLiteral("\u00B0C");
-    return WeatherSettings::chosenUnit(m_settings) ? symbol : symbol + QStringLiteral(" (system)");
+    return m_settings.chosenUnit() ? symbol : symbol + QStringLiteral(" (system)");
 }
 
 void WeatherService::nextUnitChoice()
 {
-    const auto chosen = WeatherSettings::chosenUnit(m_settings);
+    const auto chosen = m_settings.chosenUnit();
     if (!chosen)
         setUnitChoice(unitWord(TemperatureUnit::celsius));
     else if (*chosen == TemperatureUnit::celsius)
@@ -370,15 +418,13 @@ void WeatherService::nextUnitChoice()
 
 bool WeatherService::showOnClosedNotch() const
 {
-    return WeatherSettings::showsOnClosedNotch(m_settings);
+    return m_settings.closedNotch();
 }
 
 void WeatherService::setShowOnClosedNotch(bool on)
 {
-    if (on == showOnClosedNotch())
-        return;
-    m_settings.write(on, WeatherSettings::closedNotchKey);
-    emit changed();
+    if (on != showOnClosedNotch())
+        m_settings.setClosedNotch(on);
 }
 
 } // namespace norva

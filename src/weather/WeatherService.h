@@ -5,6 +5,7 @@
 #include "weather/Forecast.h"
 #include "weather/GeoPlace.h"
 #include "weather/TemperatureUnit.h"
+#include "weather/WeatherSamples.h"
 #include "weather/WeatherSettings.h"
 
 #include <QDateTime>
@@ -17,12 +18,11 @@
 
 namespace norva {
 
-class SettingsStore;
-
 // The current conditions and short forecasts for one place: the one the person pinned, or the
 // machine's approximate place found from its network address. Fetches from Open-Meteo every
 // 15 minutes and nothing in between; keeps the last good forecast on disk so a start or an
-// offline hour shows it with its age. All state lives on the main thread.
+// offline hour shows it with its age. Follows its preferences as they change: a new place or unit
+// refreshes at once, a new address serves the next request. All state lives on the main thread.
 class WeatherService : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool hasReading READ hasReading NOTIFY changed)
@@ -54,13 +54,16 @@ public:
     static constexpr int hoursShown = 6;
 
     // `desktopUnit` is the desktop's temperature unit; "weather.unit.v1" overrides it.
-    WeatherService(Clock& clock, SettingsStore& settings, TemperatureUnit desktopUnit, QString keptPath,
+    WeatherService(Clock& clock, WeatherSettings& settings, TemperatureUnit desktopUnit, QString keptPath,
                    QObject* parent = nullptr);
 
     // Reads the kept forecast, arms the 15-minute refresh and refreshes now when the last fetch
     // is 15 minutes old or there was none. stop() disarms the refresh.
     void start();
     void stop();
+    // The demo: shows the samples now and at every refresh, pins and searches among them, and
+    // asks no service and keeps nothing on disk.
+    void showSamples(WeatherSamples samples);
     // Locates first unless a place is pinned, then fetches. A refresh under way is replaced.
     Q_INVOKABLE void refresh();
 
@@ -113,11 +116,11 @@ private:
     struct Wanted { // what the forecast is asked for, from the preferences
         std::optional<GeoPlace> pinned;
         TemperatureUnit unit = TemperatureUnit::celsius;
-        WeatherSettings::Addresses addresses;
         bool operator==(const Wanted&) const = default;
     };
     Wanted readWanted() const;
-    void followSettings();
+    void followPlaceAndUnit();
+    void showSample();
     void begin(bool locating);
     void locate(quint64 generation);
     void askLocationService(quint64 generation, int index, QStringList reasons);
@@ -129,14 +132,16 @@ private:
     void restoreKept();
 
     Clock& m_clock;
-    SettingsStore& m_settings;
+    WeatherSettings& m_settings;
     const TemperatureUnit m_desktopUnit;
     const QString m_keptPath;
     HttpClient m_http;
     ScheduledWork m_timer;
     Wanted m_wanted;
-    bool m_writing = false;   // the service's own writes of the pinned place are under way
-    quint64 m_generation = 0; // answers of an older refresh are dropped
+    std::optional<WeatherSamples> m_samples;
+    std::optional<GeoPlace> m_samplePin; // the demo's pinned place, never written to the preferences
+    bool m_writing = false;              // the service's own writes of the pinned place are under way
+    quint64 m_generation = 0;            // answers of an older refresh are dropped
     std::optional<Forecast> m_forecast;
 
     std::optional<CurrentReading> m_weather;

@@ -3,6 +3,7 @@
 #include "weather/GeoPlace.h"
 #include "weather/TemperatureUnit.h"
 
+#include <QObject>
 #include <QString>
 #include <QUrl>
 
@@ -12,51 +13,64 @@ namespace norva {
 
 class SettingsStore;
 
-// The weather's preferences: where each service is reached, the pinned place, the unit and
-// whether the closed notch shows the weather. Addresses that are absent or not http(s) fall back
-// to the public services, so a person (or a test) can point any of them elsewhere.
-namespace WeatherSettings {
+// The weather's own preferences, read and written through the settings store: where each service
+// is reached, the pinned place, the unit and whether the closed notch shows the weather. Addresses
+// that are absent or not http(s) fall back to the public services, so a person (or a test) can
+// point any of them elsewhere. Each preference tells its own changes, Norva's writes and hand
+// edits of the preferences alike, so a change elsewhere wakes nobody here.
+class WeatherSettings : public QObject {
+    Q_OBJECT
+public:
+    static const QString kForecastAddressKey;         // "weather.forecastAddress.v1"
+    static const QString kGeocodingAddressKey;        // "weather.geocodingAddress.v1"
+    static const QString kLocationAddressKey;         // "weather.locationAddress.v1"
+    static const QString kLocationFallbackAddressKey; // "weather.locationFallbackAddress.v1"
+    static const QString kPlaceLatitudeKey;           // "weatherPlaceLat"
+    static const QString kPlaceLongitudeKey;          // "weatherPlaceLon"
+    static const QString kPlaceNameKey;               // "weatherPlaceName"
+    // "celsius" or "fahrenheit" over the desktop's unit; absent (or another word) follows the desktop.
+    static const QString kUnitKey; // "weather.unit.v1"
+    // The closed notch shows the temperature and its glyph; off when absent.
+    static const QString kClosedNotchKey; // "activities.weather.v1"
 
-inline const QString forecastAddressKey = QStringLiteral("weather.forecastAddress.v1");
-inline const QString geocodingAddressKey = QStringLiteral("weather.geocodingAddress.v1");
-inline const QString locationAddressKey = QStringLiteral("weather.locationAddress.v1");
-inline const QString locationFallbackAddressKey = QStringLiteral("weather.locationFallbackAddress.v1");
-inline const QString placeLatitudeKey = QStringLiteral("weatherPlaceLat");
-inline const QString placeLongitudeKey = QStringLiteral("weatherPlaceLon");
-inline const QString placeNameKey = QStringLiteral("weatherPlaceName");
-// Norva's own: "celsius" or "fahrenheit" over the desktop's unit; absent follows the desktop.
-inline const QString unitKey = QStringLiteral("weather.unit.v1");
-// Norva's own: the closed notch shows the temperature and its glyph (off unless switched on).
-inline const QString closedNotchKey = QStringLiteral("activities.weather.v1");
+    // Open-Meteo's forecast and geocoding services (the paths are appended), and two keyless
+    // network-address location services that answer JSON with latitude, longitude and city.
+    static const QString kDefaultForecastAddress;
+    static const QString kDefaultGeocodingAddress;
+    static const QString kDefaultLocationAddress;
+    static const QString kDefaultLocationFallbackAddress;
 
-// Open-Meteo's forecast and geocoding services (the paths are appended), and two keyless
-// network-address location services that answer JSON with latitude, longitude and city.
-inline const QString defaultForecastAddress = QStringLiteral("https://api.open-meteo.com");
-inline const QString defaultGeocodingAddress = QStringLiteral("https://geocoding-api.open-meteo.com");
-inline const QString defaultLocationAddress = QStringLiteral("https://ipapi.co/json/");
-inline const QString defaultLocationFallbackAddress = QStringLiteral("https://get.geojs.io/v1/ip/geo.json");
+    struct Addresses {
+        QUrl forecast;
+        QUrl geocoding;
+        QUrl location;
+        QUrl locationFallback;
+        bool operator==(const Addresses&) const = default;
+    };
 
-struct Addresses {
-    QUrl forecast;
-    QUrl geocoding;
-    QUrl location;
-    QUrl locationFallback;
-    bool operator==(const Addresses&) const = default;
+    explicit WeatherSettings(SettingsStore& store, QObject* parent = nullptr);
+
+    Addresses addresses() const;
+    // The pinned place, when all three keys hold a usable value (a real position and a name).
+    std::optional<GeoPlace> pinnedPlace() const;
+    void pin(const GeoPlace& place);
+    void unpin();
+    // Norva's own unit when one is chosen; nothing follows the desktop.
+    std::optional<TemperatureUnit> chosenUnit() const;
+    void chooseUnit(std::optional<TemperatureUnit> unit);
+    bool closedNotch() const;
+    void setClosedNotch(bool on);
+
+signals:
+    void addressesChanged(); // any of the four services' addresses
+    void placeChanged();     // any of the pinned place's three keys
+    void unitChanged();
+    void closedNotchChanged();
+
+private:
+    QUrl addressOf(const QString& key, const QString& fallback) const;
+
+    SettingsStore& m_store;
 };
 
-Addresses addresses(const SettingsStore& settings);
-
-// The pinned place, when all three keys hold a usable value.
-std::optional<GeoPlace> pinnedPlace(const SettingsStore& settings);
-void pin(SettingsStore& settings, const GeoPlace& place);
-void unpin(SettingsStore& settings);
-
-// The unit to ask for: Norva's own choice when set, else the desktop's.
-TemperatureUnit unit(const SettingsStore& settings, TemperatureUnit desktop);
-std::optional<TemperatureUnit> chosenUnit(const SettingsStore& settings);
-void chooseUnit(SettingsStore& settings, std::optional<TemperatureUnit> unit);
-
-bool showsOnClosedNotch(const SettingsStore& settings);
-
-} // namespace WeatherSettings
 } // namespace norva

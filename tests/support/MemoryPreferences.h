@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QStringList>
+#include <QVariantMap>
 
 namespace norva::test {
 
@@ -32,6 +33,17 @@ public:
         return list;
     }
     void outsideChange(const QString& key, const std::optional<QVariant>& value) { setValue(key, value); }
+    // One save by another process that changes several keys; an invalid value removes its key.
+    void outsideChanges(const QVariantMap& values)
+    {
+        for (auto it = values.cbegin(); it != values.cend(); ++it) {
+            if (it->isValid())
+                m_values.insert(it.key(), *it);
+            else
+                m_values.remove(it.key());
+        }
+        emit changed();
+    }
 
 private:
     QHash<QString, QVariant> m_values;

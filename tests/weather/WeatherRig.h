@@ -24,6 +24,7 @@ struct WeatherRig {
     ManualClock clock;
     MemoryPreferences prefs;
     SettingsStore settings{prefs};
+    WeatherSettings weatherSettings{settings};
     QTemporaryDir folder;
     QHash<QString, LocalHttpServer::Response> answers;
     LocalHttpServer server{[this](const LocalHttpServer::Request& request) {
@@ -34,10 +35,10 @@ struct WeatherRig {
     explicit WeatherRig(TemperatureUnit desktopUnit = TemperatureUnit::celsius)
     {
         const QString base = server.address().toString();
-        settings.write(base, WeatherSettings::forecastAddressKey);
-        settings.write(base, WeatherSettings::geocodingAddressKey);
-        settings.write(base + QStringLiteral("/where"), WeatherSettings::locationAddressKey);
-        settings.write(base + QStringLiteral("/where-else"), WeatherSettings::locationFallbackAddressKey);
+        settings.write(base, WeatherSettings::kForecastAddressKey);
+        settings.write(base, WeatherSettings::kGeocodingAddressKey);
+        settings.write(base + QStringLiteral("/where"), WeatherSettings::kLocationAddressKey);
+        settings.write(base + QStringLiteral("/where-else"), WeatherSettings::kLocationFallbackAddressKey);
         answers.insert(QStringLiteral("/v1/forecast"), {200, WeatherAnswers::berlin});
         answers.insert(QStringLiteral("/where"), {200, WeatherAnswers::located});
         make(desktopUnit);
@@ -53,16 +54,16 @@ struct WeatherRig {
     void make(TemperatureUnit desktopUnit = TemperatureUnit::celsius)
     {
         weather.reset();
-        weather = std::make_unique<WeatherService>(clock, settings, desktopUnit, keptPath());
+        weather = std::make_unique<WeatherService>(clock, weatherSettings, desktopUnit, keptPath());
     }
 
     QString keptPath() const { return folder.filePath(QStringLiteral("weather.json")); }
 
     void pinBerlin()
     {
-        settings.write(52.52, WeatherSettings::placeLatitudeKey);
-        settings.write(13.405, WeatherSettings::placeLongitudeKey);
-        settings.write(QStringLiteral("Berlin"), WeatherSettings::placeNameKey);
+        settings.write(52.52, WeatherSettings::kPlaceLatitudeKey);
+        settings.write(13.405, WeatherSettings::kPlaceLongitudeKey);
+        settings.write(QStringLiteral("Berlin"), WeatherSettings::kPlaceNameKey);
     }
 
     QStringList paths() const

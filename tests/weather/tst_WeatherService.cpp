@@ -3,8 +3,10 @@
 #include "WeatherRig.h"
 
 #include "app/AtomicFile.h"
+#include "shell/Shell.h"
 #include "weather/KeptForecast.h"
 #include "weather/WeatherDisplay.h"
+#include "weather/WeatherModule.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -57,7 +59,7 @@ private slots:
         QFETCH(QByteArray, unit);
         WeatherRig rig{TemperatureUnit(desktop)};
         if (!choice.isEmpty()) {
-            rig.settings.write(choice, WeatherSettings::unitKey);
+            rig.settings.write(choice, WeatherSettings::kUnitKey);
             rig.make(TemperatureUnit(desktop));
         }
         rig.weather->start();
@@ -260,7 +262,7 @@ private slots:
         if (pinElsewhere)
             rig.pinBerlin();
         if (!unit.isEmpty())
-            rig.settings.write(unit, WeatherSettings::unitKey);
+            rig.settings.write(unit, WeatherSettings::kUnitKey);
         rig.make();
         rig.answers.insert("/v1/forecast", {200, {}, true}); // held: the start's fetch stays under way
         rig.weather->start();
@@ -316,9 +318,9 @@ private slots:
         rig.weather->start();
         QVERIFY(rig.settled());
         rig.weather->usePlace({"Reykjavík, Iceland", 64.13548, -21.89541});
-        QCOMPARE(rig.prefs.value(WeatherSettings::placeLatitudeKey), std::optional<QVariant>(64.13548));
-        QCOMPARE(rig.prefs.value(WeatherSettings::placeLongitudeKey), std::optional<QVariant>(-21.89541));
-        QCOMPARE(rig.prefs.value(WeatherSettings::placeNameKey),
+        QCOMPARE(rig.prefs.value(WeatherSettings::kPlaceLatitudeKey), std::optional<QVariant>(64.13548));
+        QCOMPARE(rig.prefs.value(WeatherSettings::kPlaceLongitudeKey), std::optional<QVariant>(-21.89541));
+        QCOMPARE(rig.prefs.value(WeatherSettings::kPlaceNameKey),
                  std::optional<QVariant>(QStringLiteral("Reykjavík, Iceland")));
         QVERIFY(rig.settled());
         QCOMPARE(rig.paths(),
@@ -329,8 +331,8 @@ private slots:
         QVERIFY(rig.weather->isManualPlace());
 
         rig.weather->useAutomaticLocation();
-        for (const QString& key : {WeatherSettings::placeLatitudeKey, WeatherSettings::placeLongitudeKey,
-                                   WeatherSettings::placeNameKey})
+        for (const QString& key : {WeatherSettings::kPlaceLatitudeKey, WeatherSettings::kPlaceLongitudeKey,
+                                   WeatherSettings::kPlaceNameKey})
             QCOMPARE(rig.prefs.value(key), std::nullopt);
         QVERIFY(rig.settled());
         QCOMPARE(rig.paths().mid(3), (QStringList{"/where", "/v1/forecast"}));
@@ -365,18 +367,192 @@ private slots:
         QTRY_COMPARE(rig.server.requests().size(), 2);
         QVERIFY(rig.server.requests().last().target.endsWith("&temperature_unit=fahrenheit"));
         rig.weather->setUnitChoice(QStringLiteral("system"));
-        QCOMPARE(rig.prefs.value(WeatherSettings::unitKey), std::nullopt);
+        QCOMPARE(rig.prefs.value(WeatherSettings::kUnitKey), std::nullopt);
         QTRY_COMPARE(rig.server.requests().size(), 3);
         QVERIFY(rig.server.requests().last().target.endsWith("&temperature_unit=celsius"));
+    }
+
+    // Each preference edited outside Norva (by hand, or from the settings window) is told by its
+    // own signal and followed at once: a new place or unit is asked for now, a new address serves
+    // the next request. The weather starts pinned to Berlin; "next" is the 15-minute refresh and a
+    // search for "Oslo".
+    void preferencesEditedOutsideAreFollowed_data()
+    {
+        QTest::addColumn<QVariantMap>("edits"); // an invalid value removes the key; "BASE" is the server
+        QTest::addColumn<QStringList>("told");
+        QTest::addColumn<QStringList>("atOnce"); // the requests' starts, in order
+        QTest::addColumn<QStringList>("next");
+        QTest::addColumn<QString>("unit"); // every forecast asked after the edit is in this unit
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<bool>("closedFace");
+
+        const QString berlin = "/v1/forecast?latitude=52.52&longitude=13.405&";
+        const QString lisbon = "/v1/forecast?latitude=38.7223&longitude=-9.1393&";
+        const QString reykjavik = "/v1/forecast?latitude=64.1355&longitude=-21.8954&";
+        const QString oslo = "/v1/search?name=Oslo&";
+        const QVariantMap unpinned{{WeatherSettings::kPlaceLatitudeKey, QVariant()},
+                                   {WeatherSettings::kPlaceLongitudeKey, QVariant()},
+                                   {WeatherSettings::kPlaceNameKey, QVariant()}};
+        QTest::newRow("a place pinned") << QVariantMap{{WeatherSettings::kPlaceLatitudeKey, 64.13548},
+                                                       {WeatherSettings::kPlaceLongitudeKey, -21.89541},
+                                                       {WeatherSettings::kPlaceNameKey, "Reykjavík"}}
+                                        << QStringList{"placeChanged"} << QStringList{reykjavik}
+                                        << QStringList{reykjavik, oslo} << "celsius"
+                                        << "Reykjavík" << false;
+        QTest::newRow("the place unpinned")
+            << unpinned << QStringList{"placeChanged"} << QStringList{"/where", lisbon}
+            << QStringList{"/where", lisbon, oslo} << "celsius"
+            << "Lisbon" << false;
+        QTest::newRow("a latitude past the pole is no place")
+            << QVariantMap{{WeatherSettings::kPlaceLatitudeKey, 95.0}} << QStringList{"placeChanged"}
+            << QStringList{"/where", lisbon} << QStringList{"/where", lisbon, oslo} << "celsius"
+            << "Lisbon" << false;
+        QTest::newRow("a unit chosen")
+            << QVariantMap{{WeatherSettings::kUnitKey, "fahrenheit"}} << QStringList{"unitChanged"}
+            << QStringList{berlin} << QStringList{berlin, oslo} << "fahrenheit"
+            << "Berlin" << false;
+        QTest::newRow("an unknown unit follows the desktop")
+            << QVariantMap{{WeatherSettings::kUnitKey, "kelvin"}} << QStringList{"unitChanged"}
+            << QStringList{} << QStringList{berlin, oslo} << "celsius"
+            << "Berlin" << false;
+        QTest::newRow("the forecast moved")
+            << QVariantMap{{WeatherSettings::kForecastAddressKey, "BASE/moved"}}
+            << QStringList{"addressesChanged"} << QStringList{} << QStringList{"/moved" + berlin, oslo}
+            << "celsius"
+            << "Berlin" << false;
+        QTest::newRow("the geocoder moved")
+            << QVariantMap{{WeatherSettings::kGeocodingAddressKey, "BASE/moved/"}}
+            << QStringList{"addressesChanged"} << QStringList{} << QStringList{berlin, "/moved" + oslo}
+            << "celsius"
+            << "Berlin" << false;
+        QVariantMap locatedElsewhere = unpinned;
+        locatedElsewhere.insert(WeatherSettings::kLocationAddressKey, "BASE/moved/where");
+        locatedElsewhere.insert(WeatherSettings::kLocationFallbackAddressKey, "not an address");
+        QTest::newRow("the place unpinned and located elsewhere in one save")
+            << locatedElsewhere << QStringList{"addressesChanged", "placeChanged"}
+            << QStringList{"/moved/where", lisbon} << QStringList{"/moved/where", lisbon, oslo} << "celsius"
+            << "Lisbon" << false;
+        QTest::newRow("the closed notch switched on")
+            << QVariantMap{{WeatherSettings::kClosedNotchKey, true}} << QStringList{"closedNotchChanged"}
+            << QStringList{} << QStringList{berlin, oslo} << "celsius"
+            << "Berlin" << true;
+    }
+    void preferencesEditedOutsideAreFollowed()
+    {
+        QFETCH(QVariantMap, edits);
+        QFETCH(QStringList, told);
+        QFETCH(QStringList, atOnce);
+        QFETCH(QStringList, next);
+        QFETCH(QString, unit);
+        QFETCH(QString, place);
+        QFETCH(bool, closedFace);
+        WeatherRig rig;
+        for (const QString path : {"/moved/v1/forecast", "/moved/v1/search", "/moved/where"})
+            rig.answers.insert(path, rig.answers.value(path.mid(6), {200, Answers::geocoded}));
+        rig.pinBerlin();
+        rig.make();
+        rig.weather->start();
+        QVERIFY(rig.settled());
+        const qsizetype before = rig.server.requests().size();
+        const QMetaObject& meta = WeatherSettings::staticMetaObject;
+        std::vector<std::unique_ptr<QSignalSpy>> spies;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+            if (meta.method(i).methodType() == QMetaMethod::Signal)
+                spies.push_back(std::make_unique<QSignalSpy>(&rig.weatherSettings, meta.method(i)));
+        }
+        for (auto edit = edits.begin(); edit != edits.end(); ++edit) {
+            if (edit->typeId() == QMetaType::QString)
+                edit.value() = edit->toString().replace("BASE", rig.server.address().toString());
+        }
+
+        rig.prefs.outsideChanges(edits);
+        QStringList signalsTold;
+        for (const auto& spy : spies) {
+            if (!spy->isEmpty())
+                signalsTold << QString::fromLatin1(spy->signal()).section('(', 0, 0);
+        }
+        QCOMPARE(signalsTold, told);
+        QVERIFY(rig.settled());
+        QCOMPARE(rig.weather->placeName(), place);
+        QCOMPARE(rig.weather->closedFaceReady(), closedFace);
+        const auto asked = [&rig](qsizetype from) {
+            QStringList targets;
+            for (const auto& request : rig.server.requests().mid(from))
+                targets << QString::fromUtf8(request.target);
+            return targets;
+        };
+        const auto compareStarts = [&unit](const QStringList& targets, const QStringList& starts) {
+            QCOMPARE(targets.size(), starts.size());
+            for (qsizetype i = 0; i < starts.size(); ++i) {
+                QVERIFY2(targets.at(i).startsWith(starts.at(i)), qPrintable(targets.at(i)));
+                if (targets.at(i).contains("/v1/forecast?"))
+                    QVERIFY(targets.at(i).endsWith("&temperature_unit=" + unit));
+            }
+        };
+        compareStarts(asked(before), atOnce);
+        if (QTest::currentTestFailed())
+            return;
+
+        const qsizetype beforeNext = rig.server.requests().size();
+        rig.clock.advance(WeatherService::refreshInterval);
+        QVERIFY(rig.settled());
+        bool searched = false;
+        rig.weather->searchPlaces("Oslo", [&searched](const auto&) { searched = true; });
+        QTRY_VERIFY(searched);
+        compareStarts(asked(beforeNext), next);
+    }
+
+    // The demo shows its samples on the page, the tile and the closed notch, and asks nothing of
+    // the services even where the preferences point them at a server that would answer.
+    void demoShowsSamplesAndAsksNoService()
+    {
+        WeatherRig rig; // its server answers every service
+        auto prefs = std::make_unique<test::MemoryPreferences>();
+        for (const QString& key :
+             {WeatherSettings::kForecastAddressKey, WeatherSettings::kGeocodingAddressKey,
+              WeatherSettings::kLocationAddressKey, WeatherSettings::kLocationFallbackAddressKey})
+            prefs->setValue(key, rig.prefs.value(key));
+        prefs->setValue(WeatherSettings::kUnitKey, QStringLiteral("fahrenheit"));
+        test::MemoryPreferences& stored = *prefs;
+        Shell shell(std::move(prefs), rig.clock, Shell::Demo{true, {}});
+        shell.add<WeatherModule>();
+        const QStringList keys = stored.keys();
+        shell.start();
+        WeatherService* weather = nullptr;
+        for (const QmlObject& object : shell.qmlObjects()) {
+            if (object.name == QLatin1String("weather"))
+                weather = qobject_cast<WeatherService*>(object.object);
+        }
+        QVERIFY(weather);
+        QCOMPARE(weather->status(), WeatherService::Status::ready);
+        QCOMPARE(weather->placeName(), QStringLiteral("Lisbon, Portugal"));
+        QCOMPARE(weather->nextHours().size(), WeatherService::hoursShown);
+        QCOMPARE(weather->dayForecasts().size(), 5);
+        QVERIFY(weather->weather()->temperature > 50); // asked in Fahrenheit
+
+        rig.clock.advance(WeatherService::refreshInterval);
+        QVERIFY(!weather->isLoading());
+        QList<GeoPlace> found;
+        weather->searchPlaces("oslo",
+                              [&found](const auto& places) { found = places.value_or(QList<GeoPlace>{}); });
+        QCOMPARE(found.size(), 1);
+        weather->usePlace(found.first());
+        QCOMPARE(weather->placeName(), QStringLiteral("Oslo, Norway"));
+        QVERIFY(weather->isManualPlace());
+        weather->useAutomaticLocation();
+        QCOMPARE(weather->placeName(), QStringLiteral("Lisbon, Portugal"));
+        QTest::qWait(50);
+        QCOMPARE(rig.server.requests().size(), 0);
+        QCOMPARE(stored.keys(), keys); // no place pinned among the person's preferences
     }
 
     void addressesThatAreNotWebAddressesFallBackToThePublicServices()
     {
         WeatherRig rig;
-        rig.settings.write(QStringLiteral("ftp://example.org"), WeatherSettings::forecastAddressKey);
-        rig.settings.write(QStringLiteral("not an address"), WeatherSettings::locationAddressKey);
-        rig.prefs.setValue(WeatherSettings::geocodingAddressKey, std::nullopt);
-        const auto addresses = WeatherSettings::addresses(rig.settings);
+        rig.settings.write(QStringLiteral("ftp://example.org"), WeatherSettings::kForecastAddressKey);
+        rig.settings.write(QStringLiteral("not an address"), WeatherSettings::kLocationAddressKey);
+        rig.prefs.setValue(WeatherSettings::kGeocodingAddressKey, std::nullopt);
+        const auto addresses = rig.weatherSettings.addresses();
         QCOMPARE(addresses.forecast, QUrl("https://api.open-meteo.com"));
         QCOMPARE(addresses.geocoding, QUrl("https://geocoding-api.open-meteo.com"));
         QCOMPARE(addresses.location, QUrl("https://ipapi.co/json/"));
