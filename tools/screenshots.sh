@@ -3,9 +3,11 @@
 # closed, peeking and open (and of each page given with --pages). Usage:
 #   tools/screenshots.sh [--out DIR] [--pages "music clipboard ..."] [--seed DIR]
 #                        [--settings "general agents ..." | --settings all] [--intro "0 1 2 3 4" | --intro all]
-#                        [-- norva arguments]
+#                        [--music] [-- norva arguments]
 # --seed copies DIR's contents into the throw-away HOME first (preferences, agent files...).
 # --settings shoots the settings window on each group; --intro each step of the first-run introduction.
+# --music plays a sample song (tools/music-sample.sh) on a private session bus that Norva sees, and
+# also shoots the closed notch 5 s later, once the new song's short peek has gone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=build/screenshots
@@ -13,6 +15,7 @@ pages=""
 seed=""
 settings_groups=""
 intro_steps=""
+music=""
 while [ $# -gt 0 ]; do
     case "$1" in
         --out) out=$2; shift 2 ;;
@@ -20,6 +23,7 @@ while [ $# -gt 0 ]; do
         --seed) seed=$2; shift 2 ;;
         --settings) settings_groups=$2; shift 2 ;;
         --intro) intro_steps=$2; shift 2 ;;
+        --music) music=1; shift ;;
         --) shift; break ;;
         *) break ;;
     esac
@@ -42,8 +46,14 @@ display_number=$((90 + RANDOM % 100))
 Xvfb ":$display_number" -screen 0 1600x900x24 -wr -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 norva_pid=
-trap 'kill $norva_pid $xvfb 2>/dev/null; rm -rf "$home"' EXIT
+SAMPLE_PID=
+trap 'kill $norva_pid $SAMPLE_PID $xvfb 2>/dev/null; rm -rf "$home"' EXIT
 export DISPLAY=":$display_number"
+if [ -n "$music" ]; then
+    coproc SAMPLE { exec tools/music-sample.sh; }
+    read -r address <&"${SAMPLE[0]}"
+    export DBUS_SESSION_BUS_ADDRESS=$address
+fi
 sleep 1
 start_norva() {
     HOME="$home" XDG_RUNTIME_DIR="$home" "$norva" "$@" 2>>"$out/norva.log" &
@@ -61,6 +71,10 @@ shot() { # name: the top of the screen, where the notch lives
 
 start_norva "$@"
 shot closed
+if [ -n "$music" ]; then
+    sleep 5
+    shot closed-later
+fi
 xdotool mousemove 800 14
 sleep 0.4
 shot peek

@@ -2,8 +2,10 @@
 # Idle CPU of Norva under a private Xvfb with a throw-away HOME, measured from /proc/<pid>/stat
 # (utime + stime) over a window of seconds, the pointer away from the notch: once with no live
 # activity, once with three live activities taking turns (a timer and a download that update every
-# second, and an agent prompt). Then, over 20 s more, the wake-ups (poll and sleep calls, as
-# bench/footprint counts them with strace) and the notch window's size. Usage:
+# second, and an agent prompt), and once with a song playing (tools/music-sample.sh: mpv on a
+# private session bus, so the closed notch shows its cover and moving level bars). Then, over 20 s
+# more, the wake-ups (poll and sleep calls, as bench/footprint counts them with strace) and the
+# notch window's size. Usage:
 #   bench/activities/idle-cpu.sh [SECONDS]      (default 60)
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -16,8 +18,10 @@ Xvfb ":$display_number" -screen 0 1600x900x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 norva_pid=""
 home=""
+SAMPLE_PID=""
 cleanup() {
     [ -n "$norva_pid" ] && kill "$norva_pid" 2>/dev/null || true
+    [ -n "$SAMPLE_PID" ] && kill "$SAMPLE_PID" 2>/dev/null || true
     kill "$xvfb" 2>/dev/null || true
     [ -n "$home" ] && rm -rf "$home"
 }
@@ -57,3 +61,7 @@ measure() { # label, norva arguments...
 
 measure "no live activity, pointer away"
 measure "three live activities, pointer away" --demo-scene three
+coproc SAMPLE { exec tools/music-sample.sh; }
+read -r address <&"${SAMPLE[0]}"
+export DBUS_SESSION_BUS_ADDRESS=$address
+measure "a song playing, pointer away"

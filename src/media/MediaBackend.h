@@ -5,18 +5,17 @@
 #include "media/MusicTrouble.h"
 
 #include <QByteArray>
-#include <QImage>
 
 #include <functional>
 
 namespace norva {
 
-// One delivery of a backend: the snapshot, and the artwork when it changed with it.
+// One delivery of a backend: the snapshot, and the artwork when it changed with it. The bytes are
+// handed on as they came: the music manager decodes them off the main thread.
 struct MediaUpdate {
     MediaSnapshot snapshot;
     bool artworkChanged = false;
-    QImage artwork;         // null when the track has none (or it did not decode)
-    QByteArray artworkData; // the artwork's encoded bytes as the source gave them
+    QByteArray artworkData; // the artwork's encoded bytes as the source gave them; empty: none
 };
 
 // Where a backend delivers, always on the main thread. onFailure is called once, when the backend

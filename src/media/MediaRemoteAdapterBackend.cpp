@@ -212,12 +212,10 @@ void MediaRemoteAdapterBackend::publish()
     MediaUpdate update;
     update.snapshot = snapshotFrom(m_state, m_clock.now());
     if (update.snapshot.artworkKey != m_artworkKey) {
-        // Decoded only when it changed: a diff of the position keeps the held picture.
+        // Handed on only when it changed: a diff of the position keeps the held picture.
         m_artworkKey = update.snapshot.artworkKey;
         update.artworkChanged = true;
         update.artworkData = QByteArray::fromBase64(text(m_state, QStringLiteral("artworkData")).toLatin1());
-        if (!update.artworkData.isEmpty())
-            update.artwork = QImage::fromData(update.artworkData);
     }
     if (m_sink.onUpdate)
         m_sink.onUpdate(update);

@@ -4,47 +4,15 @@
 #include "app/Log.h"
 #include "app/SettingsStore.h"
 #include "media/AlbumTintReader.h"
-#include "media/AlbumWashMaker.h"
 #include "media/LyricsManager.h"
 #include "media/MediaPlatform.h"
 #include "media/MediaRemoteAdapterBackend.h"
 #include "media/ScriptingBackend.h"
 
-#include <QBuffer>
-#include <QImageReader>
-
 #include <cmath>
 #include <utility>
 
 namespace norva {
-namespace {
-
-QString dataUrl(const QByteArray& bytes)
-{
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    const QByteArray format = QImageReader::imageFormat(&buffer);
-    const QByteArray mime = format.isEmpty() ? QByteArrayLiteral("image") : "image/" + format;
-    return QStringLiteral("data:%1;base64,%2")
-        .arg(QString::fromLatin1(mime), QString::fromLatin1(bytes.toBase64()));
-}
-
-QString pngDataUrl(const QImage& image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(bytes.toBase64());
-}
-
-struct AlbumColours {
-    std::optional<QColor> accent;
-    QImage wash;
-};
-
-} // namespace
 
 MusicManager::Backends MusicManager::systemBackends(Clock& clock)
 {
@@ -67,8 +35,9 @@ MusicManager::Backends MusicManager::systemBackends(Clock& clock)
 MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics,
                            std::unique_ptr<OutputVolume> outputVolume, QObject* parent)
     : QObject(parent), m_clock(clock), m_settings(settings), m_backends(std::move(backends)),
-      m_lyrics(lyrics), m_outputVolume(std::move(outputVolume))
+      m_lyrics(lyrics), m_outputVolume(std::move(outputVolume)), m_songPeek(clock)
 {
+    connect(&m_songPeek, &SongPeek::showingChanged, this, &MusicManager::songPeekingChanged);
     if (m_outputVolume)
         connect(m_outputVolume.get(), &OutputVolume::changed, this, [this](double level, bool muted) {
             if (std::exchange(m_volumeKnown, true) && level == m_volume && muted == m_volumeMuted)
@@ -166,7 +135,7 @@ void MusicManager::switchToScripting()
         QStringLiteral("Norva music: no player can be asked what plays (osascript is not on this system)"));
     MediaUpdate nothing;
     nothing.snapshot.timestamp = m_clock.now();
-    nothing.artworkChanged = !m_artwork.isNull();
+    nothing.artworkChanged = m_art.hasBitmap();
     take(nothing);
 }
 
@@ -199,51 +168,54 @@ void MusicManager::take(const MediaUpdate& update)
         emit snapshotChanged();
         emit positionChanged();
     }
+    bool peeks = false;
     if (newTrack) {
         prefetchLyrics();
         if (next.hasTrack && key != m_peekedTrackKey && (!m_settings || m_settings->songPeek())) {
             m_peekedTrackKey = key;
+            peeks = true;
             emit songChanged(key);
         }
     }
     updateActiveSession();
+    // Only a song that has the notch peeks: a dismissed one stays out of sight.
+    if (peeks && m_active)
+        m_songPeek.show();
 }
 
 void MusicManager::takeArtwork(const MediaUpdate& update)
 {
-    m_artwork = update.artwork;
-    m_artworkSource = m_artwork.isNull() ? QString() : dataUrl(update.artworkData);
-    emit artworkChanged();
-    m_accent = Qt::white;
-    m_tint = QColor();
-    m_wash = QImage();
-    m_washSource.clear();
-    if (m_artwork.isNull()) {
-        if (!update.artworkData.isEmpty()) {
-            logLine(
-                QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)"));
-            logLine(QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)"));
-        }
-        emit albumColoursChanged();
-        return;
-    }
-    emit albumColoursChanged();
-    const QImage artwork = m_artwork;
-    const QString artworkKey = m_snapshot.artworkKey;
-    runOffMain<AlbumColours>(
-        this,
-        [artwork] {
-            return AlbumColours{AlbumTintReader::accentColor(artwork), AlbumWashMaker::wash(artwork)};
-        },
-        [this, artworkKey](AlbumColours colours) {
-            if (artworkKey != m_snapshot.artworkKey || !colours.accent)
+    const QString key = m_snapshot.artworkKey;
+    if (update.artworkData.isEmpty())
+        return showArtwork({});
+    if (const PreparedArtwork* kept = key.isEmpty() ? nullptr : m_preparedCovers.object(key))
+        return showArtwork(*kept);
+    // Until the new cover is decoded, the old one would belong to another song.
+    showArtwork({});
+    const QByteArray bytes = update.artworkData;
+    runOffMain<PreparedArtwork>(
+        this, [bytes] { return PreparedArtwork::from(bytes); },
+        [this, key](PreparedArtwork art) {
+            if (key != m_snapshot.artworkKey)
                 return; // the artwork changed again meanwhile
-            m_accent = *colours.accent;
-            m_tint = AlbumTintReader::tint(m_accent);
-            m_wash = colours.wash;
-            m_washSource = pngDataUrl(m_wash);
-            emit albumColoursChanged();
+            if (!art.hasBitmap()) {
+                logLine(QStringLiteral(
+                    "Norva music: reading the album colour failed (the artwork has no bitmap)"));
+                logLine(
+                    QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)"));
+            } else if (!key.isEmpty()) {
+                m_preparedCovers.insert(key, new PreparedArtwork(art));
+            }
+            showArtwork(art);
         });
+}
+
+void MusicManager::showArtwork(const PreparedArtwork& art)
+{
+    m_art = art;
+    m_tint = art.accent ? AlbumTintReader::tint(*art.accent) : QColor();
+    emit artworkChanged();
+    emit albumColoursChanged();
 }
 
 void MusicManager::noteTrouble(const MusicTrouble& trouble)
@@ -292,6 +264,8 @@ void MusicManager::updateActiveSession()
     if (active == m_active)
         return;
     m_active = active;
+    if (!m_active)
+        m_songPeek.end();
     emit activeSessionChanged();
 }
 

@@ -3,7 +3,10 @@
 #include "app/Clock.h"
 #include "media/MediaBackend.h"
 #include "media/OutputVolume.h"
+#include "media/PreparedArtwork.h"
+#include "media/SongPeek.h"
 
+#include <QCache>
 #include <QColor>
 #include <QImage>
 #include <QObject>
@@ -33,6 +36,7 @@ class MusicManager : public QObject {
     Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged)
     Q_PROPERTY(QString artworkSource READ artworkSource NOTIFY artworkChanged)
     Q_PROPERTY(QString artworkKey READ artworkKey NOTIFY artworkChanged)
+    Q_PROPERTY(QString coverSource READ coverSource NOTIFY artworkChanged)
     Q_PROPERTY(QString sourceAppName READ sourceAppName NOTIFY snapshotChanged)
     Q_PROPERTY(QString sourceAppIcon READ sourceAppIcon NOTIFY snapshotChanged)
     Q_PROPERTY(double volume READ volume NOTIFY volumeChanged)
@@ -45,6 +49,7 @@ class MusicManager : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(bool hasActiveSession READ hasActiveSession NOTIFY activeSessionChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY reducesMotionChanged)
+    Q_PROPERTY(bool songPeeking READ songPeeking NOTIFY songPeekingChanged)
     Q_PROPERTY(QObject* lyrics READ lyricsObject CONSTANT)
     Q_PROPERTY(QStringList launchablePlayers READ launchablePlayers CONSTANT)
 
@@ -96,22 +101,27 @@ public:
     double playbackProgress(const QDateTime& at) const { return m_snapshot.playbackProgress(at); }
     double displayElapsedNow() const { return displayElapsed(m_clock.now()).value_or(0.0); }
     double playbackProgressNow() const { return playbackProgress(m_clock.now()); }
-    QImage artwork() const { return m_artwork; }
-    QString artworkSource() const { return m_artworkSource; }
+    // The cover, small, once it is decoded (off the main thread); null while it is on its way.
+    QImage artwork() const { return m_art.picture; }
+    QString artworkSource() const { return m_art.pageSource; }
     QString artworkKey() const { return m_snapshot.artworkKey; }
+    // The cover at the size the closed notch draws it.
+    QString coverSource() const { return m_art.coverSource; }
     QString sourceAppName() const;
     QString sourceAppIcon() const { return m_snapshot.bundleIdentifier.value_or(QString()); }
     double volume() const { return m_volume; }
     bool volumeMuted() const { return m_volumeMuted; }
     bool volumeKnown() const { return m_volumeKnown; }
-    QColor albumAccentColor() const { return m_accent; }
+    QColor albumAccentColor() const { return m_art.accent.value_or(QColor(Qt::white)); }
     QColor albumTint() const { return m_tint; }
-    QImage albumWash() const { return m_wash; }
-    QString albumWashSource() const { return m_washSource; }
+    QImage albumWash() const { return m_art.wash; }
+    QString albumWashSource() const { return m_art.washSource; }
     const MusicTrouble& trouble() const { return m_trouble; }
     QString troubleText() const { return m_trouble.text(); }
     QString notice() const { return m_notice; }
     bool hasActiveSession() const { return m_active; }
+    // A new song shows under the closed notch for a moment (SongPeek).
+    bool songPeeking() const { return m_songPeek.showing(); }
     bool reducesMotion() const;
     QString dismissedTrackKey() const { return m_dismissedTrackKey; }
     QObject* lyricsObject() const;
@@ -122,6 +132,8 @@ public:
     static constexpr double positionTick = 0.5; // seconds between position updates while playing
     static constexpr double noticeDuration = 4.0;
     static constexpr double volumeScrollStep = 0.05; // per notch of the wheel
+    // Covers kept decoded, so going back to a track (or between two players) shows its cover at once.
+    static constexpr int preparedCoversKept = 6;
 
 signals:
     void snapshotChanged();
@@ -137,6 +149,7 @@ signals:
     void reducesMotionChanged();
     // A new track appeared; the closed notch peeks it once per track.
     void songChanged(const QString& trackKey);
+    void songPeekingChanged();
 
 private:
     void startBackend(std::unique_ptr<MediaBackend> backend, Source source);
@@ -144,6 +157,7 @@ private:
     MediaSink sink();
     void take(const MediaUpdate& update);
     void takeArtwork(const MediaUpdate& update);
+    void showArtwork(const PreparedArtwork& art);
     void noteTrouble(const MusicTrouble& trouble);
     void showNotice(const QString& text);
     void scheduleKeepCheck();
@@ -160,12 +174,10 @@ private:
     Source m_source = Source::stopped;
     quint64 m_generation = 0; // bumps on every backend change, so late deliveries are dropped
     MediaSnapshot m_snapshot;
-    QImage m_artwork;
-    QString m_artworkSource;
-    QColor m_accent = Qt::white;
+    PreparedArtwork m_art;
     QColor m_tint;
-    QImage m_wash;
-    QString m_washSource;
+    QCache<QString, PreparedArtwork> m_preparedCovers{preparedCoversKept};
+    SongPeek m_songPeek;
     MusicTrouble m_trouble;
     QString m_notice;
     double m_volume = 1.0;

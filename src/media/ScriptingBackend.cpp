@@ -265,7 +265,6 @@ void ScriptingBackend::deliverArtwork(const QString& identity, const QByteArray&
     update.snapshot = m_last;
     update.artworkChanged = true;
     update.artworkData = data;
-    update.artwork = QImage::fromData(data);
     if (m_sink.onUpdate)
         m_sink.onUpdate(update);
 }

@@ -34,12 +34,14 @@ private slots:
         music.start();
 
         QTRY_COMPARE_WITH_TIMEOUT(music.title(), QStringLiteral("Norva Test Tone"), 15000);
+        QVERIFY(music.songPeeking()); // the closed notch shows the new song for a moment
         QCOMPARE(music.artist(), QStringLiteral("Norva Band"));
         QTRY_VERIFY(music.isPlaying());
         QCOMPARE(music.durationSeconds(), double(test::MprisPlayerRig::seconds));
         QCOMPARE(music.sourceAppName(), QStringLiteral("mpv"));
         QTRY_VERIFY(!music.artwork().isNull());
         QCOMPARE(music.artwork().pixelColor(2, 2), QColor(Qt::red));
+        QVERIFY(music.coverSource().startsWith(QStringLiteral("data:image/png;base64,")));
         QVERIFY(music.hasActiveSession());
 
         music.pause();
@@ -59,6 +61,8 @@ private slots:
         player.stopPlayer();
         QTRY_VERIFY_WITH_TIMEOUT(!music.hasTrack(), 5000);
         QVERIFY(music.artwork().isNull());
+        QVERIFY(music.coverSource().isEmpty());
+        QVERIFY(!music.songPeeking());
         music.stop();
     }
 };

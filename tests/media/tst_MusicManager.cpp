@@ -15,6 +15,7 @@
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QtTest>
 
 using namespace norva;
@@ -320,6 +321,53 @@ private slots:
         QCOMPARE(peeks.size(), 2);
     }
 
+    // A new song shows under the closed notch for a moment, and only a song that has the notch.
+    void newSongPeeks_data()
+    {
+        QTest::addColumn<bool>("songPeekOn");
+        QTest::addColumn<bool>("dismissFirst");
+        QTest::addColumn<bool>("peeks");
+        QTest::newRow("a new song") << true << false << true;
+        QTest::newRow("peeks switched off") << false << false << false;
+        QTest::newRow("after the last one was dismissed") << true << true << true;
+    }
+    void newSongPeeks()
+    {
+        QFETCH(bool, songPeekOn);
+        QFETCH(bool, dismissFirst);
+        QFETCH(bool, peeks);
+        Rig rig;
+        rig.preferences.setValue(QStringLiteral("music.songPeek.v1"), songPeekOn);
+        rig.manager->start();
+        if (dismissFirst) {
+            rig.deliver(track(QStringLiteral("A"), true));
+            rig.manager->dismissCurrent();
+            QVERIFY(!rig.manager->songPeeking()); // a dismissed song leaves with its peek
+        }
+        QSignalSpy peeking(rig.manager.get(), &MusicManager::songPeekingChanged);
+        rig.deliver(track(QStringLiteral("B"), true, 1));
+        QCOMPARE(rig.manager->songPeeking(), peeks);
+        rig.clock.advance(SongPeek::duration - Seconds(0.1));
+        rig.deliver(track(QStringLiteral("B"), true, 4)); // the song going on does not start it over
+        QCOMPARE(rig.manager->songPeeking(), peeks);
+        rig.clock.advance(Seconds(0.1));
+        QVERIFY(!rig.manager->songPeeking());
+        QCOMPARE(peeking.size(), peeks ? 2 : 0);
+    }
+
+    void peekEndsWhenTheMusicLeaves()
+    {
+        Rig rig;
+        rig.manager->start();
+        rig.deliver(track(QStringLiteral("A"), true));
+        QVERIFY(rig.manager->songPeeking());
+        rig.deliver(MediaSnapshot{}); // the player quit
+        QVERIFY(!rig.manager->songPeeking());
+        rig.clock.advance(SongPeek::duration);
+        rig.deliver(track(QStringLiteral("A"), true)); // the same song back later: it peeked already
+        QVERIFY(!rig.manager->songPeeking());
+    }
+
     void equalTroubleIsNotedOnce()
     {
         Rig rig;
@@ -342,10 +390,9 @@ private slots:
         update.snapshot.artworkKey = QStringLiteral("k1");
         update.artworkChanged = true;
         update.artworkData = pngBytes(QColor(200, 30, 30));
-        update.artwork = QImage::fromData(update.artworkData);
         rig.adapter->sink.onUpdate(update);
-        QVERIFY(rig.manager->artworkSource().startsWith(QStringLiteral("data:image/png;base64,")));
         QTRY_COMPARE(rig.manager->albumAccentColor(), QColor(200, 30, 30));
+        QVERIFY(rig.manager->artworkSource().startsWith(QStringLiteral("data:image/png;base64,")));
         QVERIFY(!rig.manager->albumWash().isNull());
         QVERIFY(rig.manager->albumTint().value() < 200);
     }
@@ -361,12 +408,53 @@ private slots:
         update.artworkChanged = true;
         update.artworkData = "not an image";
         rig.adapter->sink.onUpdate(update);
+        QTRY_VERIFY(log.contains(
+            QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)")));
         QCOMPARE(rig.manager->albumAccentColor(), QColor(Qt::white));
         QVERIFY(rig.manager->albumWash().isNull());
+        QVERIFY(rig.manager->coverSource().isEmpty());
         QVERIFY(log.contains(
             QStringLiteral("Norva music: reading the album colour failed (the artwork has no bitmap)")));
         QVERIFY(log.contains(
             QStringLiteral("Norva music: making the album wash failed (the artwork has no bitmap)")));
+    }
+
+    // The closed notch draws the cover small: its source is a small PNG made off the main thread.
+    // A cover seen before shows again at once; a cover still decoding when the next arrives is
+    // dropped rather than shown over the newer one.
+    void coversAreMadeSmallKeptAndNeverShownLate()
+    {
+        Rig rig;
+        rig.manager->start();
+        const auto deliverArt = [&rig](const QString& title, const QString& key, const QColor& colour) {
+            MediaUpdate update;
+            update.snapshot = track(title, true);
+            update.snapshot.artworkKey = key;
+            update.artworkChanged = true;
+            update.artworkData = pngBytes(colour, 600);
+            rig.adapter->sink.onUpdate(update);
+        };
+        const auto coverImage = [&rig] {
+            const QString source = rig.manager->coverSource();
+            return QImage::fromData(QByteArray::fromBase64(source.section(QLatin1Char(','), 1).toLatin1()));
+        };
+
+        deliverArt(QStringLiteral("A"), QStringLiteral("red"), Qt::red);
+        QVERIFY(rig.manager->coverSource().isEmpty()); // decoding, away from the main thread
+        QTRY_VERIFY(!rig.manager->coverSource().isEmpty());
+        QCOMPARE(coverImage().size(), QSize(PreparedArtwork::coverSize, PreparedArtwork::coverSize));
+        QCOMPARE(coverImage().pixelColor(24, 24), QColor(Qt::red));
+        QCOMPARE(coverImage().pixelColor(0, 0).alpha(), 0); // a rounded square
+        QCOMPARE(rig.manager->artwork().width(), PreparedArtwork::pictureSize);
+
+        deliverArt(QStringLiteral("B"), QStringLiteral("green"), Qt::green);
+        deliverArt(QStringLiteral("C"), QStringLiteral("blue"), Qt::blue);
+        QThreadPool::globalInstance()->waitForDone(); // both covers decoded, both results posted
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(coverImage().pixelColor(24, 24), QColor(Qt::blue));
+
+        deliverArt(QStringLiteral("A"), QStringLiteral("red"), Qt::red);
+        QCOMPARE(coverImage().pixelColor(24, 24), QColor(Qt::red)); // kept: no wait
     }
 
     void volumeGoesThroughTheScriptRunner()

@@ -240,7 +240,7 @@ private slots:
         QTRY_COMPARE(rig.updates.size(), 2);
         const MediaUpdate& art = rig.updates.last();
         QVERIFY(art.artworkChanged);
-        QCOMPARE(art.artwork.pixelColor(1, 1), QColor(Qt::blue));
+        QCOMPARE(QImage::fromData(art.artworkData).pixelColor(1, 1), QColor(Qt::blue));
         QCOMPARE(art.snapshot.artworkKey, QStringLiteral("Music:m1"));
         rig.clock.advance(Seconds(3));
         QTRY_COMPARE(rig.updates.size(), 3);

@@ -14,15 +14,24 @@ Item {
     readonly property bool weatherShown: !hasContent && typeof weather !== "undefined" && weather !== null
                                          && weather.closedFaceReady
     readonly property bool detailShown: face.detailOpen && face.hasDetail
+    // The song under the ears while music has them: while the notch peeks, and for a moment when a
+    // new song starts (the music manager's song peek).
+    readonly property var now: typeof music !== "undefined" ? music : null
+    readonly property bool musicShown: face.leftPiece === "music" || face.rightPiece === "music"
+    readonly property bool songShown: musicShown && !detailShown && now !== null && now.hasTrack
+                                      && (now.songPeeking || (notch !== null && notch.stateName === "peek"))
     readonly property bool reduced: settings.reducedMotion
 
-    implicitWidth: hasContent ? leftEar.implicitWidth + centreWidth + rightEar.implicitWidth
+    // A song's title and artist may ask the notch to widen, up to a limit; longer ones are cut short.
+    readonly property real songWidth: songShown ? Math.min(songLine.naturalWidth + 28, 360) : 0
+    implicitWidth: hasContent ? Math.max(leftEar.implicitWidth + centreWidth + rightEar.implicitWidth, songWidth)
                  : weatherShown ? weatherFace.implicitWidth : 0
     readonly property bool timerControlsShown: detailShown && face.controls === "timer"
     readonly property bool dueActionsShown: detailShown && face.controls === "due"
     implicitHeight: barHeight + (detailShown ? detailText.implicitHeight + 16 : 0)
                     + (timerControlsShown ? timerControls.implicitHeight + 8 : 0)
                     + (dueActionsShown ? dueActions.implicitHeight + 8 : 0)
+                    + (songShown ? songLine.implicitHeight + 8 : 0)
 
     // A new activity fades in rather than jumping into place; the turns of activities that rotate
     // swap in one repaint, so taking turns costs a frame a turn, not an animation.
@@ -103,6 +112,37 @@ Item {
         opacity: closed.detailShown ? 0.92 : 0
         visible: opacity > 0
         Behavior on opacity { NumberAnimation { duration: closed.reduced ? 0 : Theme.fast } }
+    }
+
+    Row {
+        id: songLine
+        anchors { top: bar.bottom; horizontalCenter: parent.horizontalCenter }
+        readonly property real room: closed.width - 28
+        readonly property real naturalWidth: songTitle.implicitWidth + (songArtist.visible ? spacing + songArtist.implicitWidth : 0)
+        spacing: 6
+        opacity: closed.songShown ? 1 : 0
+        visible: opacity > 0
+        Behavior on opacity { NumberAnimation { duration: closed.reduced ? 0 : Theme.fast } }
+        PlainText {
+            id: songTitle
+            text: closed.now ? closed.now.title : ""
+            color: Theme.text
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall + 1
+            font.weight: Font.DemiBold
+            elide: Text.ElideRight
+            width: Math.min(implicitWidth, songLine.room - Math.min(songArtist.implicitWidth, songLine.room * 0.4) - songLine.spacing)
+        }
+        PlainText {
+            id: songArtist
+            visible: text !== ""
+            text: closed.now ? closed.now.artist : ""
+            color: Theme.textDim
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.fontSmall + 1
+            elide: Text.ElideRight
+            width: Math.min(implicitWidth, songLine.room - songTitle.width - songLine.spacing)
+        }
     }
 
     // A running timer is paused, resumed or stopped right here, without opening the notch.

@@ -46,4 +46,6 @@ QtObject {
     readonly property int fast: 120
     readonly property int normal: 220
     readonly property int slow: 360
+    // How often the playing mark's bars jump to new heights: each jump is one repaint.
+    readonly property int equaliserStep: 250
 }
