@@ -2,6 +2,7 @@
 
 #include "activities/ActivityKinds.h"
 #include "activities/LiveActivityCoordinator.h"
+#include "app/DataUrl.h"
 #include "app/SettingsStore.h"
 
 #include <cmath>
@@ -114,6 +115,9 @@ ClosedFaceModel::Face ClosedFaceModel::faceFor(const ClosedLayout& layout,
             face.progress = std::clamp(charging->percent / 100.0, 0.0, 1.0);
         if (face.value.isEmpty())
             face.value = QString::number(charging->percent) + '%';
+    } else if (const auto* shot = content.payload<ActivityContent::Screenshot>()) {
+        if (shot->thumbnail && !shot->thumbnail->isNull())
+            face.picture = pngDataUrl(*shot->thumbnail);
     } else if (const auto* filed = content.payload<ActivityContent::MinutesFiled>()) {
         if (face.title.isEmpty())
             face.title = filed->title;

@@ -21,6 +21,7 @@ class ClosedFaceModel : public QObject {
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
     Q_PROPERTY(QString glyph READ glyph NOTIFY changed)
     Q_PROPERTY(QString glyphStyle READ glyphStyle NOTIFY changed)
+    Q_PROPERTY(QString picture READ picture NOTIFY changed)
     Q_PROPERTY(QString tone READ tone NOTIFY changed)
     Q_PROPERTY(QString controls READ controls NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
@@ -49,6 +50,7 @@ public:
         QString activityId, kind, symbol, tone, title, value, detail;
         QString glyph;          // the character drawn for the symbol
         QString glyphStyle;     // "character", "dot" (small) or "bars" (the level as four bars)
+        QString picture;        // drawn instead of the glyph (a new screenshot's thumbnail), as a data URL
         QString controls;       // buttons under the detail: "timer", "due" or none
         double progress = -1.0; // below 0: no progress to draw
         bool pinned = false;
@@ -79,6 +81,7 @@ public:
     QString symbol() const { return m_face.symbol; }
     QString glyph() const { return m_face.glyph; }
     QString glyphStyle() const { return m_face.glyphStyle; }
+    QString picture() const { return m_face.picture; }
     QString tone() const { return m_face.tone; }
     QString controls() const { return m_face.controls; }
     QString title() const { return m_face.title; }

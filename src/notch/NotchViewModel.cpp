@@ -249,6 +249,30 @@ void NotchViewModel::close()
     setState(State::closed, ShellSurface::closed);
 }
 
+void NotchViewModel::dragEntered()
+{
+    if (!m_dragOver) {
+        m_dragOver = true;
+        emit dragOverChanged();
+    }
+    if (m_state == State::closed) {
+        peek();
+        m_peekingForDrag = true;
+    }
+}
+
+void NotchViewModel::dragLeft()
+{
+    if (m_dragOver) {
+        m_dragOver = false;
+        emit dragOverChanged();
+    }
+    const bool closeAgain = m_peekingForDrag && m_state == State::peek && !m_mouseInside;
+    m_peekingForDrag = false;
+    if (closeAgain)
+        close();
+}
+
 void NotchViewModel::closeDetail()
 {
     setActivityDetailOpen(false);

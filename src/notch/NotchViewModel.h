@@ -37,6 +37,7 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(bool typingInPanel READ typingInPanel WRITE setTypingInPanel NOTIFY flagsChanged)
     Q_PROPERTY(bool arranging READ arranging WRITE setArranging NOTIFY flagsChanged)
     Q_PROPERTY(bool holdsOpen READ holdsOpen NOTIFY flagsChanged)
+    Q_PROPERTY(bool dragOver READ dragOver NOTIFY dragOverChanged)
     Q_PROPERTY(double pageNeed READ pageNeed WRITE setPageNeed NOTIFY sizeChanged)
     Q_PROPERTY(
         bool meetingBannerShowing READ meetingBannerShowing WRITE setMeetingBannerShowing NOTIFY sizeChanged)
@@ -92,6 +93,12 @@ public:
     Q_INVOKABLE void close();
     Q_INVOKABLE void closeDetail();
     Q_INVOKABLE void escape();
+    // A drag the notch would take (files for the shelf) came over it, or left it, dropped or not.
+    // A closed notch peeks while the drag is over it, so the person sees the drop will be taken, and
+    // closes again when the drag leaves unless something else opened it meanwhile.
+    Q_INVOKABLE void dragEntered();
+    Q_INVOKABLE void dragLeft();
+    bool dragOver() const { return m_dragOver; }
     void cancelHoverWork();
     void scheduleIdleClose(double after);
     void openHaptic();
@@ -170,6 +177,7 @@ signals:
     void pagesChanged();
     void isMouseInsideChanged();
     void activityDetailOpenChanged();
+    void dragOverChanged();
     void flagsChanged();
     void sizeChanged();
     // shownSize() changed: the state, the face or the open panel's size moved.
@@ -208,6 +216,8 @@ private:
     bool m_fullscreenOnDisplay = false;
     double m_pageNeed = NotchLayout::defaultPageNeed;
     double m_displayHeight = 0;
+    bool m_dragOver = false;
+    bool m_peekingForDrag = false;
     QSizeF m_faceSize;
     bool m_meetingBanner = false;
     bool m_alertBanner = false;

@@ -2,19 +2,21 @@
 
 #include "app/Platform.h"
 #include "app/ProcessRun.h"
+#include "shelf/FileOpener.h"
 #include "shelf/ShelfPlatform.h"
 #include "shelf/ZipWriter.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDesktopServices>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QPageSize>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QUrl>
 
 #include <array>
@@ -22,10 +24,22 @@
 namespace norva {
 namespace {
 
-constexpr std::array kFormatNames{"PNG", "JPEG", "HEIC", "TIFF"};
-constexpr std::array kFormatSuffixes{"png", "jpg", "heic", "tiff"};
-constexpr std::array kWriterFormats{"png", "jpeg", "heic", "tiff"};
+using ImageFormat = ShelfActions::ImageFormat;
+
+constexpr std::array kFormatNames{"PNG", "JPEG", "HEIC", "TIFF", "WebP", "PDF"};
+constexpr std::array kFormatSuffixes{"png", "jpg", "heic", "tiff", "webp", "pdf"};
+// The names Qt's image plug-ins go by; a PDF is drawn by QPdfWriter, which every Qt has.
+constexpr std::array kWriterFormats{"png", "jpeg", "heic", "tiff", "webp", ""};
+// What the shelf offers a picture to become, in the order the menu lists them. TIFF is left out:
+// nobody asks a shelf for it, and a menu that lists it is one row longer for everyone.
+constexpr std::array kOffered{ImageFormat::jpeg, ImageFormat::png, ImageFormat::webp, ImageFormat::heic,
+                              ImageFormat::pdf};
+// A PDF page is the picture's size at the resolution of a usual screen, so a screenshot prints
+// as large as it looked.
+constexpr int kPdfResolution = 96;
+constexpr double kPointsPerInch = 72.0;
 constexpr int kProcessWaitMs = 10 * 60 * 1000; // a very large zip may take minutes
+constexpr int kFileManagerWaitMs = 3000;       // a file manager that starts on the call answers in this
 
 bool copyTree(const QString& from, const QString& to)
 {
@@ -122,19 +136,39 @@ std::optional<ShelfActions::ImageFormat> ShelfActions::formatFrom(const QString&
     return std::nullopt;
 }
 
+bool ShelfActions::canWrite(ImageFormat format)
+{
+    if (format == ImageFormat::pdf)
+        return true;
+    return QImageWriter::supportedImageFormats().contains(QByteArray(kWriterFormats.at(size_t(format))));
+}
+
+QList<ShelfActions::ImageFormat> ShelfActions::convertTargets(const QByteArray& pictureFormat)
+{
+    if (pictureFormat.isEmpty())
+        return {};
+    const QByteArray own = pictureFormat.toLower();
+    QList<ImageFormat> targets;
+    for (const ImageFormat format : kOffered) {
+        if (own != kWriterFormats.at(size_t(format)) && canWrite(format))
+            targets << format;
+    }
+    return targets;
+}
+
 ShelfActions::Result<QString> ShelfActions::convert(const QString& picture, ImageFormat format,
                                                     const QString& target)
 {
+    if (format == ImageFormat::pdf)
+        return pdfOf({picture}, target);
     QImageReader reader(picture);
     reader.setAutoTransform(true);
     const QImage image = reader.read();
     if (image.isNull())
         return Failure{QStringLiteral("it did not read as a picture")};
-    const QByteArray writerFormat(kWriterFormats.at(size_t(format)));
-    if (!QImageWriter::supportedImageFormats().contains(writerFormat)) {
+    if (!canWrite(format))
         return Failure{Platform::thisComputer() + QStringLiteral(" cannot write ") + formatName(format)};
-    }
-    QImageWriter writer(target, writerFormat);
+    QImageWriter writer(target, kWriterFormats.at(size_t(format)));
     // JPEG has no transparency: lay the picture on white rather than on black.
     QImage output = image;
     if (format == ImageFormat::jpeg && image.hasAlphaChannel()) {
@@ -147,6 +181,45 @@ ShelfActions::Result<QString> ShelfActions::convert(const QString& picture, Imag
         QFile::remove(target);
         return Failure{writer.errorString()};
     }
+    return target;
+}
+
+ShelfActions::Result<QString> ShelfActions::pdfOf(const QStringList& pictures, const QString& target)
+{
+    QPdfWriter writer(target);
+    writer.setResolution(kPdfResolution);
+    writer.setCreator(QStringLiteral("Norva"));
+    QPainter painter;
+    const auto fail = [&](const QString& why) -> Result<QString> {
+        if (painter.isActive())
+            painter.end();
+        QFile::remove(target);
+        return Failure{why};
+    };
+    for (const QString& picture : pictures) {
+        // One picture at a time, so a PDF of many screenshots holds one of them in memory, not all.
+        QImageReader reader(picture);
+        reader.setAutoTransform(true);
+        const QImage image = reader.read();
+        if (image.isNull())
+            return fail(pictures.size() == 1
+                            ? QStringLiteral("it did not read as a picture")
+                            : QFileInfo(picture).fileName() + QStringLiteral(" did not read as a picture"));
+        writer.setPageSize(QPageSize(QSizeF(image.size()) * kPointsPerInch / kPdfResolution, QPageSize::Point,
+                                     QString(), QPageSize::ExactMatch));
+        writer.setPageMargins(QMarginsF());
+        if (!painter.isActive()) {
+            if (!painter.begin(&writer))
+                return fail(QStringLiteral("the PDF could not be written"));
+        } else if (!writer.newPage()) {
+            return fail(QStringLiteral("the PDF could not take another page"));
+        }
+        painter.drawImage(QRectF(0, 0, writer.width(), writer.height()), image);
+    }
+    if (!painter.isActive())
+        return fail(QStringLiteral("there was no picture to put in it"));
+    if (!painter.end())
+        return fail(QStringLiteral("the PDF could not be written"));
     return target;
 }
 
@@ -186,30 +259,39 @@ ShelfActions::Result<QStringList> ShelfActions::moveToFolder(const QStringList& 
     return moved;
 }
 
-ShelfActions::Result<bool> ShelfActions::open(const QString& path)
+namespace {
+
+ShelfActions::Result<bool> openWith(FileOpener& opener, const QString& path)
 {
-    if (!QFileInfo::exists(path))
-        return Failure{QFileInfo(path).fileName() + QStringLiteral(" is gone")};
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
-        return Failure{QStringLiteral("no program opens ") + QFileInfo(path).fileName()};
+    if (const auto refusal = opener.open(path))
+        return ShelfActions::Failure{refusal->why, refusal->advice};
     return true;
 }
 
-ShelfActions::Result<bool> ShelfActions::reveal(const QString& path)
+} // namespace
+
+ShelfActions::Result<bool> ShelfActions::open(const QString& path, FileOpener& opener)
 {
     if (!QFileInfo::exists(path))
-        return Failure{QFileInfo(path).fileName() + QStringLiteral(" is gone")};
+        return Failure{QFileInfo(path).fileName() + QStringLiteral(" is gone"),
+                       QStringLiteral("That file is no longer there.")};
+    return openWith(opener, path);
+}
+
+ShelfActions::Result<bool> ShelfActions::reveal(const QString& path, FileOpener& opener)
+{
+    if (!QFileInfo::exists(path))
+        return Failure{QFileInfo(path).fileName() + QStringLiteral(" is gone"),
+                       QStringLiteral("That file is no longer there.")};
     // The freedesktop file-manager interface selects the file; without it, the folder opens.
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     call << QStringList{QUrl::fromLocalFile(path).toString()} << QString();
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, 3000);
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, kFileManagerWaitMs);
     if (reply.type() == QDBusMessage::ReplyMessage)
         return true;
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath())))
-        return Failure{QStringLiteral("no file manager answered")};
-    return true;
+    return openWith(opener, QFileInfo(path).absolutePath());
 }
 
 } // namespace norva

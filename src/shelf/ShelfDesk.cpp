@@ -3,6 +3,8 @@
 #include "app/Background.h"
 #include "app/Log.h"
 #include "clipboard/ClipboardSource.h"
+#include "shelf/SameNameHints.h"
+#include "shelf/ShelfPlatform.h"
 
 #include <QDir>
 #include <QFile>
@@ -33,6 +35,7 @@ QString sizeText(qint64 bytes)
 ShelfDesk::ShelfDesk(ShelfManager& shelf, ClipboardSource& clipboard, QObject* parent)
     : QObject(parent), m_shelf(shelf), m_clipboard(clipboard)
 {
+    m_opener = Platform::makeFileOpener();
     m_offMain = [](QObject* receiver, std::function<Outcome()> work, std::function<void(Outcome)> done) {
         runOffMain<Outcome>(receiver, std::move(work), std::move(done));
     };
@@ -46,19 +49,39 @@ QString ShelfDesk::emptyText() const
 
 QVariantList ShelfDesk::items() const
 {
+    QStringList paths;
+    for (const auto& item : m_shelf.items())
+        paths << item.path;
+    const QStringList places = SameNameHints::of(paths);
     QVariantList rows;
-    for (const auto& item : m_shelf.items()) {
+    for (qsizetype i = 0; i < m_shelf.items().size(); ++i) {
+        const ShelfItem& item = m_shelf.items().at(i);
         const FileFacts facts = FileFacts::of(item.path);
+        QStringList targets;
+        for (const auto format : ShelfActions::convertTargets(facts.pictureFormat))
+            targets << ShelfActions::formatName(format);
         rows.append(QVariantMap{{QStringLiteral("id"), item.id.toString(QUuid::WithoutBraces)},
                                 {QStringLiteral("name"), QFileInfo(item.path).fileName()},
+                                {QStringLiteral("place"), places.at(i)},
                                 {QStringLiteral("path"), item.path},
                                 {QStringLiteral("url"), QUrl::fromLocalFile(item.path)},
                                 {QStringLiteral("size"), facts.bytes ? sizeText(*facts.bytes) : QString()},
                                 {QStringLiteral("isFolder"), facts.isFolder},
                                 {QStringLiteral("isPicture"), facts.isPicture},
+                                {QStringLiteral("convertTargets"), targets},
                                 {QStringLiteral("isScreenshot"), item.isScreenshot}});
     }
     return rows;
+}
+
+QStringList ShelfDesk::pictureIds() const
+{
+    QStringList ids;
+    for (const auto& item : m_shelf.items()) {
+        if (FileFacts::of(item.path).isPicture)
+            ids << item.id.toString(QUuid::WithoutBraces);
+    }
+    return ids;
 }
 
 QList<QUuid> ShelfDesk::uuids(const QStringList& ids)
@@ -106,8 +129,9 @@ void ShelfDesk::run(std::function<Outcome()> work, std::function<void(Outcome)> 
 
 void ShelfDesk::finish(const Outcome& outcome, const std::function<void(Outcome)>& done)
 {
-    if (outcome.toast && *outcome.toast != m_toast) {
+    if (outcome.toast && (*outcome.toast != m_toast || outcome.failed != m_toastFailed)) {
         m_toast = *outcome.toast;
+        m_toastFailed = outcome.failed;
         emit toastChanged();
     }
     if (done)
@@ -174,20 +198,31 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
             return;
         }
         QDir().mkpath(owned);
+        // A PDF of several pictures is one document with a page each; other formats make a file each.
         struct Job {
-            QString source, partial, target;
+            QStringList sources;
+            QString partial, target;
         };
         QList<Job> jobs;
-        for (const QString& path : paths)
-            jobs.append({path, partialPath(),
-                         ShelfActions::freePath(owned, ShelfActions::convertedName(path, *format))});
+        if (*format == ShelfActions::ImageFormat::pdf && paths.size() > 1) {
+            jobs.append(
+                {paths, partialPath(), ShelfActions::freePath(owned, QStringLiteral("Pictures.pdf"))});
+        } else {
+            for (const QString& path : paths)
+                jobs.append({{path},
+                             partialPath(),
+                             ShelfActions::freePath(owned, ShelfActions::convertedName(path, *format))});
+        }
         auto made = std::make_shared<QStringList>();
         run(
             [jobs, format, made]() -> Outcome {
                 for (const Job& job : jobs) {
-                    const auto converted = ShelfActions::convert(job.source, *format, job.partial);
+                    const auto converted =
+                        job.sources.size() > 1
+                            ? ShelfActions::pdfOf(job.sources, job.partial)
+                            : ShelfActions::convert(job.sources.first(), *format, job.partial);
                     if (const auto* failure = std::get_if<ShelfActions::Failure>(&converted)) {
-                        logLine(kArea + QStringLiteral(": ") + QFileInfo(job.source).fileName() +
+                        logLine(kArea + QStringLiteral(": ") + names(job.sources) +
                                 QStringLiteral(" was not converted to ") + ShelfActions::formatName(*format) +
                                 QStringLiteral(" (") + failure->why + QLatin1Char(')'));
                         return {QStringLiteral("That picture didn't convert."), true};
@@ -251,25 +286,29 @@ void ShelfDesk::perform(Action action, const QList<QUuid>& ids, const QString& a
     }
     case Action::reveal:
     case Action::open: {
-        const auto result =
-            action == Action::open ? ShelfActions::open(paths.first()) : ShelfActions::reveal(paths.first());
-        if (const auto* failure = std::get_if<ShelfActions::Failure>(&result)) {
-            finish(
-                failed(QFileInfo(paths.first()).fileName() + QStringLiteral(" was not ") +
-                           (action == Action::open ? QStringLiteral("opened (") : QStringLiteral("shown (")) +
-                           failure->why + QLatin1Char(')'),
-                       QStringLiteral("Nothing opened it.")),
-                done);
-            return;
-        }
-        finish({}, done);
+        const bool reveal = action == Action::reveal;
+        const QString path = paths.first();
+        run(
+            [path, reveal, opener = m_opener]() -> Outcome {
+                const auto result =
+                    reveal ? ShelfActions::reveal(path, *opener) : ShelfActions::open(path, *opener);
+                const auto* failure = std::get_if<ShelfActions::Failure>(&result);
+                if (!failure)
+                    return {};
+                logLine(kArea + QStringLiteral(": ") + QFileInfo(path).fileName() +
+                        (reveal ? QStringLiteral(" was not shown (") : QStringLiteral(" was not opened (")) +
+                        failure->why + QLatin1Char(')'));
+                return {failure->advice.isEmpty() ? QStringLiteral("That didn't open.") : failure->advice,
+                        true};
+            },
+            [this, done](Outcome outcome) { finish(outcome, done); });
         return;
     }
     case Action::openWith: {
         if (!QProcess::startDetached(argument, paths)) {
             finish(failed(names(paths) + QStringLiteral(" was not opened (") + argument +
                               QStringLiteral(" would not start)"),
-                          QStringLiteral("Nothing opened it.")),
+                          QFileInfo(argument).fileName() + QStringLiteral(" didn't start.")),
                    done);
             return;
         }

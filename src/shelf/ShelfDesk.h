@@ -8,11 +8,13 @@
 #include <QVariantList>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace norva {
 
 class ClipboardSource;
+class FileOpener;
 
 // The shelf page's view model: binds the shelf's rows and the file actions to the page. File work
 // runs off the main thread; when it ends, the rows follow and the page shows a short toast.
@@ -20,7 +22,10 @@ class ShelfDesk : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariantList items READ items NOTIFY itemsChanged)
     Q_PROPERTY(int count READ count NOTIFY itemsChanged)
+    Q_PROPERTY(QStringList pictureIds READ pictureIds NOTIFY itemsChanged)
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
+    Q_PROPERTY(bool toastFailed READ toastFailed NOTIFY toastChanged)
+    Q_PROPERTY(int toastMs READ toastMs NOTIFY toastChanged)
     Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
     Q_PROPERTY(QString emptyText READ emptyText CONSTANT)
     Q_PROPERTY(bool openOnDrop READ openOnDrop)
@@ -57,7 +62,15 @@ public:
 
     QVariantList items() const;
     int count() const { return int(m_shelf.items().size()); }
+    // The pictures on the shelf, newest first: what "PDF of pictures" puts together.
+    QStringList pictureIds() const;
+    // How long a toast stays: a word that it worked, or long enough to read what to do about a failure.
+    static constexpr int kToastMs = 3000;
+    static constexpr int kAdviceMs = 12000;
+
     QString toast() const { return m_toast; }
+    bool toastFailed() const { return m_toastFailed; }
+    int toastMs() const { return m_toastFailed ? kAdviceMs : kToastMs; }
     bool busy() const { return m_running > 0; }
     QString emptyText() const;
     bool openOnDrop() const { return m_shelf.openOnDrop(); }
@@ -87,6 +100,8 @@ public:
     Q_INVOKABLE void dismissToast();
 
     void setOffMain(OffMain offMain) { m_offMain = std::move(offMain); }
+    // What opens files and folders; the platform's own unless a test hands in another.
+    void setFileOpener(std::shared_ptr<FileOpener> opener) { m_opener = std::move(opener); }
 
 signals:
     void itemsChanged();
@@ -104,7 +119,9 @@ private:
     ShelfManager& m_shelf;
     ClipboardSource& m_clipboard;
     OffMain m_offMain;
+    std::shared_ptr<FileOpener> m_opener; // shared with the file work that may outlive a closing desk
     QString m_toast;
+    bool m_toastFailed = false;
     int m_running = 0;
 };
 

@@ -36,7 +36,9 @@ FileFacts FileFacts::of(const QString& path)
     facts.isFolder = info.isDir();
     if (info.isFile())
         facts.bytes = info.size();
-    facts.isPicture = info.isFile() && !QImageReader::imageFormat(path).isEmpty();
+    if (info.isFile())
+        facts.pictureFormat = QImageReader::imageFormat(path);
+    facts.isPicture = !facts.pictureFormat.isEmpty();
     return facts;
 }
 

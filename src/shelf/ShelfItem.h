@@ -28,6 +28,7 @@ struct FileFacts {
     std::optional<qint64> bytes;
     bool isFolder = false;
     bool isPicture = false;
+    QByteArray pictureFormat; // as Qt's image reader names it ("png", "jpeg"); empty for no picture
 
     static FileFacts of(const QString& path);
 };

@@ -182,6 +182,47 @@ private slots:
         QCOMPARE(rig.secondsUntil(State::closed), 0.22);
     }
 
+    // A drag the shelf would take over the notch: a closed notch peeks to show the drop will land, and
+    // goes back to what it was when the drag leaves, unless the drop opened it.
+    void dragOverTheNotchPeeksUntilItLeaves_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<bool>("dropOpensShelf");
+        QTest::addColumn<State>("during");
+        QTest::addColumn<State>("after");
+        QTest::newRow("closed") << "closed" << false << State::peek << State::closed;
+        QTest::newRow("closed, the drop opens the shelf") << "closed" << true << State::peek << State::open;
+        QTest::newRow("peeking under the pointer") << "peek" << false << State::peek << State::peek;
+        QTest::newRow("open") << "open" << false << State::open << State::open;
+    }
+    void dragOverTheNotchPeeksUntilItLeaves()
+    {
+        QFETCH(QString, before);
+        QFETCH(bool, dropOpensShelf);
+        QFETCH(State, during);
+        QFETCH(State, after);
+        Rig rig;
+        rig.notch.setPages({QStringLiteral("shelf")});
+        if (before == QLatin1String("peek")) {
+            rig.notch.pointerEntered();
+            rig.advance(0.1);
+        } else if (before == QLatin1String("open")) {
+            rig.notch.clicked();
+        }
+        QSignalSpy dragOver(&rig.notch, &NotchViewModel::dragOverChanged);
+        rig.notch.dragEntered();
+        QVERIFY(rig.notch.dragOver());
+        QCOMPARE(rig.notch.state(), during);
+        rig.advance(2);
+        QCOMPARE(rig.notch.state(), during);
+        if (dropOpensShelf)
+            rig.notch.openPage(QStringLiteral("shelf"));
+        rig.notch.dragLeft();
+        QVERIFY(!rig.notch.dragOver());
+        QCOMPARE(dragOver.size(), 2);
+        QCOMPARE(rig.notch.state(), after);
+    }
+
     void leavingTheOpenPanelClosesAfter07()
     {
         Rig rig;

@@ -33,6 +33,11 @@ QmlViews::QmlViews()
 std::unique_ptr<QQuickItem> QmlViews::create(const QString& file, const QVariantMap& properties)
 {
     QQmlComponent component(&m_engine, QUrl::fromLocalFile(m_folder.filePath(file)));
+    // Qt 6.4 crashes creating a component that did not compile, rather than saying why.
+    if (component.isError()) {
+        qWarning("%s", qPrintable(component.errorString()));
+        return nullptr;
+    }
     QObject* made = component.createWithInitialProperties(properties);
     if (!made)
         qWarning("%s", qPrintable(component.errorString()));

@@ -100,23 +100,13 @@ private slots:
         QVERIFY2(allPlain(questionTexts, &which), qPrintable(which));
         QVERIFY(textShowing(questionTexts, given));
 
-        const QVariantMap face{{"active", true},
-                               {"title", given},
-                               {"detail", given},
-                               {"detailOpen", true},
-                               {"hasDetail", true},
-                               {"leftPiece", "mark"},
-                               {"rightPiece", "value"},
-                               {"value", given},
-                               {"tone", "accent"},
-                               {"symbol", "agent"},
-                               {"progress", -1},
-                               {"liveCount", 1},
-                               {"shownPosition", 0},
-                               {"pinned", false},
-                               {"musicLeft", ""},
-                               {"musicRight", ""},
-                               {"activityId", "agent-prompt-toolu_1"}};
+        const QVariantMap face{
+            {"active", true},        {"title", given},    {"detail", given},
+            {"detailOpen", true},    {"hasDetail", true}, {"leftPiece", "mark"},
+            {"rightPiece", "value"}, {"value", given},    {"tone", "accent"},
+            {"symbol", "agent"},     {"progress", -1},    {"liveCount", 1},
+            {"shownPosition", 0},    {"pinned", false},   {"musicLeft", ""},
+            {"musicRight", ""},      {"picture", ""},     {"activityId", "agent-prompt-toolu_1"}};
         views.engine().rootContext()->setContextProperty(QStringLiteral("closedFace"), face);
         views.engine().rootContext()->setContextProperty(QStringLiteral("settings"),
                                                          QVariantMap{{"reducedMotion", true}});

@@ -14,6 +14,7 @@
 #include "platform/linux/ScreenshotFolderWatcher.h"
 #include "platform/linux/X11WindowActivator.h"
 #include "platform/linux/XdgAutostartEntry.h"
+#include "platform/linux/XdgFileOpener.h"
 #include "shelf/ShelfPlatform.h"
 #include "timers/TimerPlatform.h"
 
@@ -39,6 +40,11 @@ std::unique_ptr<ClipboardSource> makeClipboardSource()
 std::unique_ptr<ScreenshotSource> makeScreenshotSource(Clock& clock)
 {
     return std::make_unique<ScreenshotFolderWatcher>(clock);
+}
+
+std::unique_ptr<FileOpener> makeFileOpener()
+{
+    return std::make_unique<XdgFileOpener>();
 }
 
 std::unique_ptr<OutputVolume> makeOutputVolume(Clock& clock)

@@ -67,15 +67,23 @@ void ScreenshotFolderWatcher::stop()
         m_watcher.removePaths(m_watcher.directories());
 }
 
-// The screenshots folder may not exist yet: its parent is watched until a first screenshot makes it.
+// The screenshots folder may not exist yet, nor even the Pictures folder on a fresh account: the
+// nearest folder above it that exists is watched until the first screenshot makes it, and the
+// watch moves down as each folder appears.
 void ScreenshotFolderWatcher::watch()
 {
+    QString nearest = m_folder;
+    while (!QFileInfo(nearest).isDir()) {
+        const QString above = QFileInfo(nearest).absolutePath();
+        if (above == nearest)
+            return;
+        nearest = above;
+    }
+    if (m_watcher.directories() == QStringList{nearest})
+        return;
     if (!m_watcher.directories().isEmpty())
         m_watcher.removePaths(m_watcher.directories());
-    if (QFileInfo(m_folder).isDir())
-        m_watcher.addPath(m_folder);
-    else if (QFileInfo(QFileInfo(m_folder).absolutePath()).isDir())
-        m_watcher.addPath(QFileInfo(m_folder).absolutePath());
+    m_watcher.addPath(nearest);
 }
 
 void ScreenshotFolderWatcher::scan(bool announce)

@@ -40,6 +40,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             glyph: ear.face.glyph
             glyphStyle: ear.face.glyphStyle
+            picture: ear.face.picture
             tint: ear.tint
             progress: ear.face.progress
             eases: !ear.face.rotating

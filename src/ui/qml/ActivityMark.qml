@@ -1,10 +1,12 @@
 import QtQuick
 
-// The shown activity's mark in the left ear: its glyph inside a ring that fills with its progress.
+// The shown activity's mark in the left ear: its glyph inside a ring that fills with its progress,
+// or its picture where it has one (a new screenshot's thumbnail).
 Item {
     id: mark
     property string glyph
     property string glyphStyle: "character"
+    property string picture: ""
     property color tint: Theme.accent
     property real progress: -1 // below 0: no ring
     property real size: 22
@@ -12,13 +14,36 @@ Item {
     // one repaint.
     property bool eases: true
 
-    implicitWidth: size
+    readonly property bool pictured: picture !== "" && thumbnail.status === Image.Ready
+    implicitWidth: pictured ? thumbnail.paintedWidth : size
     implicitHeight: size
+
+    // A wide screenshot keeps its shape, up to twice as wide as the ear is high.
+    Image {
+        id: thumbnail
+        anchors.centerIn: parent
+        width: mark.size * 2
+        height: mark.size
+        visible: mark.pictured
+        source: mark.picture
+        fillMode: Image.PreserveAspectFit
+        smooth: true
+    }
+    Rectangle {
+        anchors.centerIn: parent
+        visible: mark.pictured
+        width: thumbnail.paintedWidth
+        height: thumbnail.paintedHeight
+        color: "transparent"
+        radius: 3
+        border.width: 1
+        border.color: Theme.separator
+    }
 
     Canvas {
         id: ring
         anchors.fill: parent
-        visible: mark.progress >= 0
+        visible: mark.progress >= 0 && !mark.pictured
         antialiasing: true
         property real shownProgress: 0
         // Big jumps ease; the small steps of a running timer or download are drawn at once, so an
@@ -60,6 +85,7 @@ Item {
 
     ActivityGlyph {
         anchors.centerIn: parent
+        visible: !mark.pictured
         glyph: mark.glyph
         style: mark.glyphStyle
         color: style === "bars" ? Theme.text : mark.tint

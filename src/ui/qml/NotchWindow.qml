@@ -36,18 +36,21 @@ Window {
             active: app.hasQml("ClosedFace.qml")
             source: active ? "ClosedFace.qml" : ""
             onLoaded: item.notch = Qt.binding(() => window.notch)
-            visible: window.notch.stateName !== "open"
+            visible: window.notch.stateName !== "open" && !window.notch.dragOver
             opacity: visible ? 1 : 0
         }
 
         PeekView {
             anchors.fill: parent
-            visible: window.notch.stateName === "peek" && !(faceLoader.item && faceLoader.item.hasContent)
+            dropping: window.notch.dragOver
+            visible: window.notch.stateName === "peek"
+                     && (dropping || !(faceLoader.item && faceLoader.item.hasContent))
         }
 
         // Below the open panel, so the shelf page's own drop area takes drops while it is shown.
         ShelfDropArea {
             anchors.fill: parent
+            notchModel: window.notch
             onNotch: window.notch.stateName !== "open"
             onDroppedHere: {
                 if (onNotch && shelfDesk.openOnDrop)
@@ -61,6 +64,12 @@ Window {
             visible: opacity > 0
             opacity: window.notch.stateName === "open" ? 1 : 0
             Behavior on opacity { NumberAnimation { duration: window.reduced ? 0 : Theme.fast } }
+        }
+
+        // Over any page of the open panel, a drag that the shelf would take says so.
+        DropHint {
+            anchors { fill: parent; margins: 6 }
+            shown: window.notch.dragOver && window.notch.stateName === "open"
         }
     }
 

@@ -13,6 +13,11 @@ Item {
         spacing: Theme.spacing
         visible: page.desk.count > 0
         TextButton {
+            label: "PDF of pictures"
+            visible: page.desk.pictureIds.length > 1
+            onClicked: page.desk.convert(page.desk.pictureIds, "PDF")
+        }
+        TextButton {
             label: "Zip all"
             onClicked: page.desk.compress(page.allIds())
         }
@@ -27,19 +32,14 @@ Item {
         anchors { top: top.bottom; topMargin: Theme.spacing; left: parent.left; right: parent.right; bottom: toast.top }
         clip: true
         cellWidth: 120
-        cellHeight: 132
+        cellHeight: 154
         model: page.desk.items
         delegate: ShelfTile {
+            id: tile
             required property var modelData
             item: modelData
-            onAction: name => {
-                if (name === "convert")
-                    page.desk.convert([modelData.id], "PNG")
-                else if (name === "copy" || name === "compress")
-                    page.desk[name]([modelData.id])
-                else
-                    page.desk[name](modelData.id)
-            }
+            onAction: name => page.act(modelData, name, "")
+            onMenuWanted: from => menu.openFor(modelData, from, tile)
         }
     }
 
@@ -54,23 +54,50 @@ Item {
         font.pixelSize: Theme.fontBody
     }
 
+    // What an action came to; a failure's advice can run to two lines and stays longer to be read.
     PlainText {
         id: toast
-        anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
-        height: implicitHeight
+        anchors { bottom: parent.bottom; left: parent.left; right: parent.right }
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
         text: page.desk.busy ? "Working…" : page.desk.toast
-        color: Theme.text
+        color: page.desk.toastFailed && !page.desk.busy ? Theme.warn : Theme.text
         font.family: Theme.fontFamily
         font.pixelSize: Theme.fontSmall
     }
     Timer {
         running: page.desk.toast.length > 0
-        interval: 3000
+        interval: page.desk.toastMs
         onTriggered: page.desk.dismissToast()
     }
 
     ShelfDropArea {
+        id: drops
         anchors.fill: parent
+    }
+    DropHint {
+        anchors.fill: parent
+        shown: drops.containsDrag
+    }
+
+    // A click beside the open menu closes it.
+    MouseArea {
+        anchors.fill: parent
+        visible: menu.open
+        onClicked: menu.close()
+    }
+    ShelfMenu {
+        id: menu
+        onChosen: (row, action, argument) => page.act(row, action, argument)
+    }
+
+    function act(row, name, argument) {
+        if (name === "convert")
+            page.desk.convert([row.id], argument)
+        else if (name === "copy" || name === "compress")
+            page.desk[name]([row.id])
+        else
+            page.desk[name](row.id)
     }
 
     function allIds() {

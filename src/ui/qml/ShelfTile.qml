@@ -1,15 +1,21 @@
 import QtQuick
 import QtQuick.Window
 
-// One file waiting on the shelf: its picture or symbol, name and size. Dragged, it leaves as the
-// file itself; hovered, it offers open, show, copy, zip and remove.
+// One file waiting on the shelf: its picture or symbol, its name, and the folder it came from when
+// another file on the shelf has the same name. Dragged, it leaves as the file itself, a copy unless
+// the place it goes asks to move it. Hovered or reached from the keyboard, a bar under the name
+// offers Open, the rest of the actions (a menu) and Remove; the bar has its own room and never
+// covers the picture.
 Rectangle {
     id: tile
     required property var item
     signal action(string name)
+    signal menuWanted(Item from)  // the button that asked
+
+    readonly property bool barShown: hover.hovered || Theme.holdsKeyboard(tile, Window.activeFocusItem)
 
     width: 112
-    height: 124
+    height: 146
     radius: Theme.radius
     color: hover.hovered ? Theme.cardHover : Theme.card
     border.width: item.isScreenshot ? 1 : 0
@@ -18,10 +24,12 @@ Rectangle {
     Drag.active: dragHandler.active
     Drag.dragType: Drag.Automatic
     Drag.supportedActions: Qt.CopyAction | Qt.MoveAction
+    Drag.proposedAction: Qt.CopyAction
     Drag.mimeData: ({ "text/uri-list": item.url.toString() })
 
     Image {
         id: picture
+        objectName: "picture"
         anchors { top: parent.top; topMargin: 10; horizontalCenter: parent.horizontalCenter }
         width: 72; height: 56
         visible: tile.item.isPicture
@@ -38,7 +46,8 @@ Rectangle {
         font.pixelSize: 34
     }
     Column {
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 8 }
+        id: words
+        anchors { top: picture.bottom; topMargin: 6; left: parent.left; right: parent.right; leftMargin: 6; rightMargin: 6 }
         PlainText {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
@@ -48,27 +57,27 @@ Rectangle {
             font.pixelSize: Theme.fontSmall
             elide: Text.ElideMiddle
         }
+        // Where the file is, when another on the shelf has its name; its size otherwise.
         PlainText {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            text: tile.item.size
-            color: Theme.textFaint
+            text: tile.item.place !== "" ? tile.item.place : tile.item.size
+            color: tile.item.place !== "" ? Theme.textDim : Theme.textFaint
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontSmall
+            elide: Text.ElideLeft
         }
     }
 
-    Flow {
-        anchors { top: parent.top; left: parent.left; right: parent.right; margins: 4 }
-        spacing: 2
+    Row {
+        id: bar
+        objectName: "actionBar"
+        anchors { bottom: parent.bottom; bottomMargin: 5; horizontalCenter: parent.horizontalCenter }
+        spacing: 3
         visible: !dragHandler.active
-        opacity: hover.hovered || Theme.holdsKeyboard(tile, Window.activeFocusItem) ? 1 : 0
+        opacity: tile.barShown ? 1 : 0
         TextButton { label: "Open"; onClicked: tile.action("open") }
-        TextButton { label: "Show"; onClicked: tile.action("reveal") }
-        TextButton { label: "Copy"; onClicked: tile.action("copy") }
-        TextButton { label: "Zip"; onClicked: tile.action("compress") }
-        TextButton { label: "PNG"; visible: tile.item.isPicture; onClicked: tile.action("convert") }
-        TextButton { label: "✕"; onClicked: tile.action("remove") }
+        TextButton { id: more; label: "More…"; onClicked: tile.menuWanted(more) }
     }
 
     HoverHandler { id: hover }
