@@ -13,7 +13,7 @@ run_packages=(
     qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtqml-workerscript
     qml6-module-qtquick-shapes libglx-mesa0 libgl1-mesa-dri fonts-dejavu-core
     tzdata procps qt6-image-formats-plugins python3 pulseaudio-utils
-    sound-theme-freedesktop
+    sound-theme-freedesktop xdg-utils
 )
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11 openbox

@@ -3,8 +3,8 @@
 #include "app/Background.h"
 #include "app/Log.h"
 #include "clipboard/ClipboardSource.h"
+#include "shelf/FileOpener.h"
 #include "shelf/SameNameHints.h"
-#include "shelf/ShelfPlatform.h"
 
 #include <QDir>
 #include <QFile>
@@ -32,10 +32,10 @@ QString sizeText(qint64 bytes)
 
 } // namespace
 
-ShelfDesk::ShelfDesk(ShelfManager& shelf, ClipboardSource& clipboard, QObject* parent)
-    : QObject(parent), m_shelf(shelf), m_clipboard(clipboard)
+ShelfDesk::ShelfDesk(ShelfManager& shelf, ClipboardSource& clipboard, std::shared_ptr<FileOpener> opener,
+                     QObject* parent)
+    : QObject(parent), m_shelf(shelf), m_clipboard(clipboard), m_opener(std::move(opener))
 {
-    m_opener = Platform::makeFileOpener();
     m_offMain = [](QObject* receiver, std::function<Outcome()> work, std::function<void(Outcome)> done) {
         runOffMain<Outcome>(receiver, std::move(work), std::move(done));
     };

@@ -54,7 +54,9 @@ public:
     using OffMain = std::function<void(QObject* receiver, std::function<Outcome()> work,
                                        std::function<void(Outcome)> done)>;
 
-    ShelfDesk(ShelfManager& shelf, ClipboardSource& clipboard, QObject* parent = nullptr);
+    // `opener` opens files and folders in the desktop's apps (Platform::makeFileOpener()).
+    ShelfDesk(ShelfManager& shelf, ClipboardSource& clipboard, std::shared_ptr<FileOpener> opener,
+              QObject* parent = nullptr);
 
     // `argument`: the format name for convert, the folder for move, copy and save, the program for openWith.
     void perform(Action action, const QList<QUuid>& ids, const QString& argument = {},
@@ -100,8 +102,6 @@ public:
     Q_INVOKABLE void dismissToast();
 
     void setOffMain(OffMain offMain) { m_offMain = std::move(offMain); }
-    // What opens files and folders; the platform's own unless a test hands in another.
-    void setFileOpener(std::shared_ptr<FileOpener> opener) { m_opener = std::move(opener); }
 
 signals:
     void itemsChanged();

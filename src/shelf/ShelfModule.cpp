@@ -26,7 +26,7 @@ ShelfModule::ShelfModule(Shell& shell) : m_shell(shell)
     m_shelf = std::make_unique<ShelfManager>(shell.settings(), shell.clock(), Paths::dataFolder());
     m_shelf->setDroppedTextSink(
         [history = &clipboard.history()](const QString& text) { return history->recordDropped(text); });
-    m_desk = std::make_unique<ShelfDesk>(*m_shelf, clipboard.source());
+    m_desk = std::make_unique<ShelfDesk>(*m_shelf, clipboard.source(), Platform::makeFileOpener());
 }
 
 ShelfModule::~ShelfModule() = default;

@@ -3,12 +3,16 @@
 #include "ManualClock.h"
 #include "MemoryPreferences.h"
 #include "TempHome.h"
+#include "TestImages.h"
 #include "TestMain.h"
 
 #include "app/SettingsStore.h"
+#include "platform/linux/XdgFileOpener.h"
+#include "shelf/SameNameHints.h"
 #include "shelf/ShelfActions.h"
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
+#include "shelf/ShelfPlatform.h"
 #include "shelf/ZipWriter.h"
 
 #include <QBuffer>
@@ -18,6 +22,8 @@
 #include <QMimeData>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QtTest>
 
 using namespace norva;
@@ -45,6 +51,49 @@ QByteArray picture(const char* format, bool alpha = false)
     image.save(&buffer, format);
     return bytes;
 }
+
+// The page sizes of a PDF, in points, as its page objects state them ("/MediaBox [0 0 144 72]").
+QList<QSizeF> mediaBoxes(const QString& pdf)
+{
+    static const QRegularExpression box(
+        QStringLiteral("/MediaBox\\s*\\[\\s*0\\s+0\\s+([0-9.]+)\\s+([0-9.]+)\\s*\\]"));
+    QList<QSizeF> boxes;
+    const QString text = QString::fromLatin1(TempHome::read(pdf));
+    for (auto it = box.globalMatch(text); it.hasNext();) {
+        const auto match = it.next();
+        boxes << QSizeF(match.captured(1).toDouble(), match.captured(2).toDouble());
+    }
+    return boxes;
+}
+
+// Sets environment variables for as long as it lives, and puts back what was there.
+class ScopedEnvironment {
+public:
+    ScopedEnvironment(const QMap<QByteArray, QByteArray>& values)
+    {
+        for (auto it = values.cbegin(); it != values.cend(); ++it) {
+            m_before.insert(it.key(), qEnvironmentVariableIsSet(it.key().constData())
+                                          ? std::optional<QByteArray>(qgetenv(it.key().constData()))
+                                          : std::nullopt);
+            if (it.value().isNull())
+                qunsetenv(it.key().constData());
+            else
+                qputenv(it.key().constData(), it.value());
+        }
+    }
+    ~ScopedEnvironment()
+    {
+        for (auto it = m_before.cbegin(); it != m_before.cend(); ++it) {
+            if (it.value())
+                qputenv(it.key().constData(), *it.value());
+            else
+                qunsetenv(it.key().constData());
+        }
+    }
+
+private:
+    QMap<QByteArray, std::optional<QByteArray>> m_before;
+};
 
 // What an action gave back, as text: its failure's reason, or "" when it worked.
 template <typename T> QString why(const ShelfActions::Result<T>& result)
@@ -183,6 +232,12 @@ private slots:
         };
         QTest::newRow("png to tiff") << picture("PNG") << "TIFF" << optional("tiff", QStringLiteral("TIFF"));
         QTest::newRow("png to heic") << picture("PNG") << "HEIC" << optional("heic", QStringLiteral("HEIC"));
+        QTest::newRow("png to webp") << picture("PNG", true) << "WebP"
+                                     << optional("webp", QStringLiteral("WebP"));
+        QTest::newRow("webp to png") << picture("WEBP") << "PNG" << QString();
+        QTest::newRow("png to pdf") << picture("PNG") << "PDF" << QString();
+        QTest::newRow("not a picture, to pdf") << QByteArray("%PDF-1.4") << "PDF"
+                                               << "it did not read as a picture";
         QTest::newRow("not a picture") << QByteArray("%PDF-1.4") << "PNG"
                                        << "it did not read as a picture";
     }
@@ -203,11 +258,86 @@ private slots:
             return;
         }
         QCOMPARE(std::get<QString>(result), target);
+        if (format == QLatin1String("PDF")) {
+            QCOMPARE(mediaBoxes(target).size(), 1);
+            return;
+        }
         QImage written;
         QVERIFY(written.load(target, format.toLatin1()));
         QCOMPARE(written.size(), QSize(7, 3));
         if (format == QLatin1String("JPEG")) // transparency lands on white, not black
             QVERIFY(qRed(written.pixel(3, 1)) > 240 && qGreen(written.pixel(3, 1)) > 240);
+    }
+
+    // A picture is offered the formats it is not, of those this system writes, in one order.
+    void convertTargetsFitThePicture_data()
+    {
+        QTest::addColumn<QByteArray>("pictureFormat");
+        QTest::addColumn<QStringList>("offered");
+        QTest::newRow("png") << QByteArray("png") << QStringList{"JPEG", "WebP", "HEIC", "PDF"};
+        QTest::newRow("jpeg") << QByteArray("jpeg") << QStringList{"PNG", "WebP", "HEIC", "PDF"};
+        QTest::newRow("webp") << QByteArray("webp") << QStringList{"JPEG", "PNG", "HEIC", "PDF"};
+        QTest::newRow("gif") << QByteArray("gif") << QStringList{"JPEG", "PNG", "WebP", "HEIC", "PDF"};
+        QTest::newRow("PNG in capitals") << QByteArray("PNG") << QStringList{"JPEG", "WebP", "HEIC", "PDF"};
+        QTest::newRow("no picture") << QByteArray() << QStringList{};
+    }
+    void convertTargetsFitThePicture()
+    {
+        QFETCH(QByteArray, pictureFormat);
+        QFETCH(QStringList, offered);
+        // WebP and HEIC come from plug-ins: a format this system cannot write is not offered.
+        QStringList expected;
+        for (const QString& name : offered) {
+            if (ShelfActions::canWrite(*ShelfActions::formatFrom(name)))
+                expected << name;
+        }
+        QStringList names;
+        for (const auto format : ShelfActions::convertTargets(pictureFormat))
+            names << ShelfActions::formatName(format);
+        QCOMPARE(names, expected);
+        QVERIFY(ShelfActions::canWrite(ShelfActions::ImageFormat::pdf));
+    }
+
+    void pdfHasAPageForEachPictureAtItsSize()
+    {
+        TempHome home;
+        const QString wide = home.write(QStringLiteral("wide.png"), imageBytes(192, 96));
+        const QString tall = home.write(QStringLiteral("tall.jpg"), imageBytes(48, 144, "JPEG"));
+        const QString target = home.file(QStringLiteral("Pictures.pdf"));
+        QCOMPARE(why(ShelfActions::pdfOf({wide, tall}, target)), QString());
+        // At 96 pixels to the inch, 4 pixels are 3 points.
+        QCOMPARE(mediaBoxes(target), (QList<QSizeF>{{144, 72}, {36, 108}}));
+        // One that is no picture spoils the whole and leaves nothing behind.
+        const QString text = home.write(QStringLiteral("notes.txt"), "notes");
+        QCOMPARE(why(ShelfActions::pdfOf({wide, text}, target)),
+                 QStringLiteral("notes.txt did not read as a picture"));
+        QVERIFY(!QFile::exists(target));
+    }
+
+    void sameNamesAreToldApartByTheirFolders_data()
+    {
+        QTest::addColumn<QStringList>("paths");
+        QTest::addColumn<QStringList>("hints");
+        QTest::newRow("names of their own")
+            << QStringList{"/home/ana/a.txt", "/home/ana/Downloads/b.txt"} << QStringList{"", ""};
+        QTest::newRow("two folders") << QStringList{"/home/ana/Downloads/report.pdf",
+                                                    "/home/ana/Documents/report.pdf", "/home/ana/notes.txt"}
+                                     << QStringList{"Downloads", "Documents", ""};
+        QTest::newRow("same last folder")
+            << QStringList{"/home/ana/work/Docs/r.pdf", "/home/ana/play/Docs/r.pdf"}
+            << QStringList{"work/Docs", "play/Docs"};
+        QTest::newRow("three, two alike at the end")
+            << QStringList{"/a/x/Docs/r.pdf", "/a/y/Docs/r.pdf", "/a/Downloads/r.pdf"}
+            << QStringList{"x/Docs", "y/Docs", "Downloads"};
+        QTest::newRow("one folder the end of the other")
+            << QStringList{"/srv/Docs/r.pdf", "/Docs/r.pdf"} << QStringList{"Docs", "/Docs"};
+        QTest::newRow("the root") << QStringList{"/r.pdf", "/tmp/r.pdf"} << QStringList{"/", "/tmp"};
+    }
+    void sameNamesAreToldApartByTheirFolders()
+    {
+        QFETCH(QStringList, paths);
+        QFETCH(QStringList, hints);
+        QCOMPARE(SameNameHints::of(paths), hints);
     }
 
     void moveAndCopyNeverOverwrite()
@@ -242,9 +372,14 @@ class ShelfDeskTest : public QObject {
         SettingsStore settings{preferences};
         FakeClipboard clipboard;
         ShelfManager shelf{settings, clock, home.file(QStringLiteral("data"))};
-        ShelfDesk desk{shelf, clipboard};
+        std::shared_ptr<FileOpener> opener;
+        ShelfDesk desk;
 
-        Rig() { shelf.start(); }
+        explicit Rig(std::shared_ptr<FileOpener> fileOpener = Platform::makeFileOpener())
+            : opener(std::move(fileOpener)), desk(shelf, clipboard, opener)
+        {
+            shelf.start();
+        }
         ShelfDesk::Outcome perform(ShelfDesk::Action action, const QList<QUuid>& ids,
                                    const QString& argument = {})
         {
@@ -351,6 +486,93 @@ private slots:
         rig.perform(ShelfDesk::Action::clearAll, {});
         QVERIFY(!QFile::exists(own));
         QCOMPARE(rig.desk.count(), 0);
+    }
+
+    void pdfOfSeveralPicturesIsOneDocument()
+    {
+        Rig rig;
+        const QString a = rig.home.write(QStringLiteral("a.png"), imageBytes(96, 96));
+        const QString b = rig.home.write(QStringLiteral("b.jpg"), imageBytes(192, 96, "JPEG"));
+        rig.shelf.shelve(a);
+        rig.shelf.shelve(b);
+        QCOMPARE(rig.desk.pictureIds().size(), 2);
+        const auto outcome =
+            rig.perform(ShelfDesk::Action::convert, {rig.idOf(a), rig.idOf(b)}, QStringLiteral("PDF"));
+        QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("Converted to PDF.")));
+        const QString pdf = rig.home.file(QStringLiteral("data/Shelf/Pictures.pdf"));
+        QCOMPARE(rig.shelf.items().first().path, pdf);
+        QCOMPARE(mediaBoxes(pdf).size(), 2);
+    }
+
+    // Opening goes through xdg-open as the desktop answers it; where nothing opens the file, the
+    // toast names its type and the line that sets an app for it, and stays long enough to read.
+    void openingSaysWhatToInstallOrSetWhenNothingOpens_data()
+    {
+        QTest::addColumn<bool>("reveal");
+        QTest::addColumn<bool>("xdgUtils");
+        QTest::addColumn<bool>("appSet");
+        QTest::addColumn<QString>("toast");
+        QTest::newRow("an app is set") << false << true << true << QString();
+        QTest::newRow("no app for the type") << false << true << false
+                                             << "Nothing here opens “PDF document” files (application/pdf). "
+                                                "Install an app for them, or choose "
+                                                "one: xdg-mime default APP.desktop application/pdf";
+        QTest::newRow("no file manager") << true << true << false
+                                         << "Nothing here opens folders. Install a file manager, or choose "
+                                            "one: xdg-mime default APP.desktop "
+                                            "inode/directory";
+        QTest::newRow("no xdg-utils")
+            << false << false << false << "Norva opens files with xdg-open: install the xdg-utils package.";
+    }
+    void openingSaysWhatToInstallOrSetWhenNothingOpens()
+    {
+        QFETCH(bool, reveal);
+        QFETCH(bool, xdgUtils);
+        QFETCH(bool, appSet);
+        QFETCH(QString, toast);
+        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("xdg-open")).isEmpty(),
+                 "xdg-utils is not installed (tools/install-deps.sh --with-tests)");
+        Rig rig(xdgUtils ? std::make_shared<XdgFileOpener>()
+                         : std::make_shared<XdgFileOpener>(QStringLiteral("/nonexistent/xdg-open")));
+        // Only the apps of this home: the system's folder lends its MIME database and nothing else.
+        const QString system = rig.home.file(QStringLiteral("system"));
+        QDir().mkpath(system);
+        QFile::link(QStringLiteral("/usr/share/mime"), system + QStringLiteral("/mime"));
+        const ScopedEnvironment environment(
+            {{"XDG_DATA_DIRS", system.toUtf8()},
+             {"XDG_CURRENT_DESKTOP", QByteArray()},
+             {"DESKTOP_SESSION", QByteArray()},
+             {"DBUS_SESSION_BUS_ADDRESS",
+              QByteArray("unix:path=") + rig.home.file(QStringLiteral("no-bus")).toUtf8()},
+             {"BROWSER", rig.home.file(QStringLiteral("no/browser")).toUtf8()},
+             {"DISPLAY", qEnvironmentVariableIsSet("DISPLAY") ? qgetenv("DISPLAY") : QByteArray(":0")}});
+        const QString marker = rig.home.file(QStringLiteral("opened.txt"));
+        if (appSet) {
+            const QString viewer = rig.home.write(
+                QStringLiteral("viewer.sh"), "#!/bin/sh\nprintf '%s' \"$1\" > '" + marker.toUtf8() + "'\n");
+            QFile::setPermissions(viewer, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+            rig.home.write(QStringLiteral(".local/share/applications/norva-viewer.desktop"),
+                           "[Desktop Entry]\nType=Application\nName=Viewer\nExec=" + viewer.toUtf8() +
+                               " %f\nMimeType=application/pdf;\n");
+            rig.home.write(QStringLiteral(".config/mimeapps.list"),
+                           "[Default Applications]\napplication/pdf=norva-viewer.desktop\n");
+        }
+        const QString invoice = rig.home.write(QStringLiteral("Downloads/invoice.pdf"), "%PDF-1.4\n%%EOF\n");
+        rig.shelf.shelve(invoice);
+        LogCapture log;
+        const auto outcome =
+            rig.perform(reveal ? ShelfDesk::Action::reveal : ShelfDesk::Action::open, {rig.idOf(invoice)});
+        QCOMPARE(outcome.toast.value_or(QString()), toast);
+        QCOMPARE(outcome.failed, !toast.isEmpty());
+        if (toast.isEmpty()) {
+            QCOMPARE(TempHome::read(marker), invoice.toUtf8());
+            return;
+        }
+        QCOMPARE(rig.desk.toastMs(), ShelfDesk::kAdviceMs);
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY2(log.lines().first().startsWith(QStringLiteral("Norva shelf: invoice.pdf was not ") +
+                                                (reveal ? "shown (" : "opened (")),
+                 qPrintable(log.lines().first()));
     }
 
     void actionOnAFileThatLeftTheShelf()

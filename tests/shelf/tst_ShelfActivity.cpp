@@ -3,6 +3,7 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "activities/ClosedFaceModel.h"
 #include "activities/LiveActivityCoordinator.h"
 #include "app/SettingsStore.h"
 #include "shelf/ScreenshotSource.h"
@@ -70,6 +71,14 @@ private slots:
         QCOMPARE(shot->content.kind(), ActivityContent::Kind::screenshot);
         QCOMPARE(shot->content.payload<ActivityContent::Screenshot>()->thumbnail->width(),
                  ShelfActivityPublisher::kThumbnailSide);
+        // The closed notch draws the thumbnail itself, not a glyph.
+        ClosedFaceModel face(coordinator);
+        QCOMPARE(face.activityId(), ShelfActivityPublisher::kScreenshotId);
+        QVERIFY(face.picture().startsWith(QStringLiteral("data:image/png;base64,")));
+        QImage drawn;
+        QVERIFY(drawn.loadFromData(
+            QByteArray::fromBase64(face.picture().mid(face.picture().indexOf(',') + 1).toLatin1()), "PNG"));
+        QCOMPARE(drawn.size(), QSize(ShelfActivityPublisher::kThumbnailSide, 40));
         clock.advance(Seconds(ShelfActivityPublisher::kScreenshotHold + 0.1));
         QVERIFY(!coordinator.find(ShelfActivityPublisher::kScreenshotId));
 

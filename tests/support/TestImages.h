@@ -16,3 +16,16 @@ inline QByteArray pngBytes(const QColor& colour, int side = 8)
     image.save(&buffer, "PNG");
     return bytes;
 }
+
+// A picture of the size in the format ("PNG", "JPEG", "WEBP"), as the file a person keeps holds it.
+inline QByteArray imageBytes(int width, int height, const char* format = "PNG",
+                             const QColor& colour = Qt::darkCyan)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}

@@ -1,16 +1,16 @@
+#include "FakeClipboard.h"
 #include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "QmlViews.h"
 #include "TempHome.h"
 #include "TestImages.h"
 #include "TestMain.h"
 
 #include "app/SettingsStore.h"
-#include "clipboard/ClipboardPlatform.h"
-#include "clipboard/ClipboardSource.h"
 #include "notch/NotchViewModel.h"
-#include "platform/linux/PreferencesFile.h"
 #include "shelf/ShelfDesk.h"
 #include "shelf/ShelfManager.h"
+#include "shelf/ShelfPlatform.h"
 
 #include <QMimeData>
 #include <QQmlContext>
@@ -27,11 +27,11 @@ namespace {
 struct PageRig {
     TempHome home;
     ManualClock clock;
-    PreferencesFile preferences{home.file(QStringLiteral("config/preferences.toml"))};
+    MemoryPreferences preferences;
     SettingsStore settings{preferences};
-    std::unique_ptr<ClipboardSource> clipboard = Platform::makeClipboardSource();
+    FakeClipboard clipboard;
     ShelfManager shelf{settings, clock, home.file(QStringLiteral("data"))};
-    ShelfDesk desk{shelf, *clipboard};
+    ShelfDesk desk{shelf, clipboard, Platform::makeFileOpener()};
     QmlViews views;
     QQuickWindow window;
 
