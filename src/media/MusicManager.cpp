@@ -1,7 +1,6 @@
 #include "media/MusicManager.h"
 
 #include "app/Background.h"
-#include "app/DataUrl.h"
 #include "app/Log.h"
 #include "app/SettingsStore.h"
 #include "media/AlbumTintReader.h"

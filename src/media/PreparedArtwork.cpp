@@ -1,5 +1,6 @@
 #include "media/PreparedArtwork.h"
 
+#include "app/DataUrl.h"
 #include "media/AlbumTintReader.h"
 #include "media/AlbumWashMaker.h"
 
@@ -12,15 +13,6 @@
 
 namespace norva {
 namespace {
-
-QString pngDataUrl(const QImage& image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return QStringLiteral("data:image/png;base64,") + QString::fromLatin1(bytes.toBase64());
-}
 
 // The picture shrunk so its longer side is at most `side`; a smaller one is left as it is.
 QImage atMost(const QImage& image, int side)
