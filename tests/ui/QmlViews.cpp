@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QQmlComponent>
 #include <QUrl>
 
@@ -22,12 +23,23 @@ void collect(QQuickItem* item, const std::function<bool(QQuickItem*)>& wanted, Q
 
 QmlViews::QmlViews()
 {
-    const QDir source(QStringLiteral(NORVA_SOURCE_DIR "/src/ui/qml"));
-    for (const QString& name : source.entryList({QStringLiteral("*.qml")}, QDir::Files))
-        QFile::copy(source.filePath(name), m_folder.filePath(name));
+    for (const QString& path : sourceFiles())
+        QFile::copy(path, m_folder.filePath(QFileInfo(path).fileName()));
     QFile qmldir(m_folder.filePath(QStringLiteral("qmldir")));
     if (qmldir.open(QIODevice::WriteOnly))
         qmldir.write("singleton Theme 1.0 Theme.qml\n");
+}
+
+QStringList QmlViews::sourceFiles()
+{
+    QStringList files;
+    const QDir sources(QStringLiteral(NORVA_SOURCE_DIR "/src"));
+    for (const QString& folder : sources.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QDir qml(sources.filePath(folder + QStringLiteral("/qml")));
+        for (const QString& name : qml.entryList({QStringLiteral("*.qml")}, QDir::Files))
+            files << qml.filePath(name);
+    }
+    return files;
 }
 
 std::unique_ptr<QQuickItem> QmlViews::create(const QString& file, const QVariantMap& properties)

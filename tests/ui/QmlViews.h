@@ -9,8 +9,8 @@
 
 namespace norva::test {
 
-// Norva's QML files as the app loads them: copied from the source folder beside a qmldir that makes
-// Theme the singleton it is in the app's module, so a test creates the real views.
+// Norva's QML files as the app loads them: copied from the source folders into one, beside a qmldir that
+// makes Theme the singleton it is in the app's module, so a test creates the real views.
 class QmlViews {
 public:
     QmlViews();
@@ -23,6 +23,9 @@ public:
     static QList<QQuickItem*> texts(QQuickItem* root);
     // The items inside `root` made from the given QML file name ("LiteralText").
     static QList<QQuickItem*> made(QQuickItem* root, const QString& typeName);
+    // Every QML file of the app's module: the shell's in src/ui/qml and the features' in
+    // src/<feature>/qml, as paths in the source tree.
+    static QStringList sourceFiles();
 
 private:
     QTemporaryDir m_folder;

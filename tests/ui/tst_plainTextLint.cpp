@@ -1,7 +1,9 @@
+#include "QmlViews.h"
 #include "TestMain.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -13,16 +15,16 @@ class PlainTextLintTest : public QObject {
 private slots:
     void everyTextIsDrawnPlain()
     {
-        const QDir folder(QStringLiteral(NORVA_SOURCE_DIR "/src/ui/qml"));
-        const QStringList files = folder.entryList({QStringLiteral("*.qml")}, QDir::Files);
-        QVERIFY(files.contains(QStringLiteral("PlainText.qml")));
+        const QStringList files = norva::test::QmlViews::sourceFiles();
+        QVERIFY(files.contains(QStringLiteral(NORVA_SOURCE_DIR "/src/ui/qml/PlainText.qml")));
         static const QRegularExpression bareText(QStringLiteral(R"((^|[:\s])(Text|Label|StyledText)\s*\{)"));
         static const QRegularExpression format(QStringLiteral(R"(\btextFormat\s*:)"));
         QStringList offences;
-        for (const QString& name : files) {
+        for (const QString& path : files) {
+            const QString name = QFileInfo(path).fileName();
             if (name == QLatin1String("PlainText.qml"))
                 continue;
-            QFile file(folder.filePath(name));
+            QFile file(path);
             QVERIFY(file.open(QIODevice::ReadOnly));
             const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
             for (int i = 0; i < lines.size(); ++i) {
