@@ -7,7 +7,15 @@ namespace norva {
 
 ActivitySettings::ActivitySettings(SettingsStore& store, QObject* parent) : QObject(parent), m_store(store)
 {
-    connect(&m_store, &SettingsStore::changed, this, &ActivitySettings::switchesChanged);
+    QStringList keys;
+    for (const QString& word : switchWords())
+        keys << keyFor(word);
+    // Only its own keys wake the switches, from Norva or from an edit outside it.
+    m_store.watch(keys);
+    connect(&m_store, &SettingsStore::keyChanged, this, [this, keys](const QString& key) {
+        if (keys.contains(key))
+            emit switchesChanged();
+    });
 }
 
 QString ActivitySettings::keyFor(const QString& switchWord)

@@ -15,6 +15,7 @@ AgentsModule::AgentsModule(Shell& shell) : m_shell(shell)
     if (m_shell.demo().on)
         m_demoFolder = std::make_unique<QTemporaryDir>();
     m_approvalsFolder = m_demoFolder ? m_demoFolder->path() : Paths::approvalsFolder();
+    m_settings = std::make_unique<AgentSettings>(shell.settings());
     m_promptAlerts = std::make_unique<DesktopPromptAlerts>();
     m_prompts = std::make_unique<AgentPromptsManager>(shell.clock(), shell.settings(), *m_promptAlerts,
                                                       m_approvalsFolder);
@@ -70,7 +71,7 @@ void AgentsModule::startTeam()
     });
     m_usage->start();
     applyUsageBridge();
-    connect(&m_shell.settings(), &SettingsStore::changed, this, &AgentsModule::applyUsageBridge);
+    connect(m_settings.get(), &AgentSettings::changed, this, &AgentsModule::applyUsageBridge);
 }
 
 // The usage bridge sits in Claude Code's status line only while the person wants the usage shown.
@@ -78,7 +79,7 @@ void AgentsModule::applyUsageBridge()
 {
     if (m_shell.demo().on)
         return; // the demo never edits the agents' configuration
-    const bool wanted = m_shell.settings().showClaudeUsage();
+    const bool wanted = m_settings->showClaudeUsage();
     if (m_usageBridgeOn == wanted)
         return;
     m_usageBridgeOn = wanted;
@@ -100,6 +101,7 @@ QList<FeaturePage> AgentsModule::pages() const
 QList<QmlObject> AgentsModule::qmlObjects() const
 {
     return {{QStringLiteral("agentsPage"), m_page.get()},
+            {QStringLiteral("agentSettings"), m_settings.get()},
             {QStringLiteral("agentHooks"), m_hookPresence.get()},
             {QStringLiteral("team"), m_team.get()},
             {QStringLiteral("usage"), m_usage.get()},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agents/AgentSettings.h"
 #include "agents/hooks/AgentPromptSwitch.h"
 #include "agents/hooks/HookPresence.h"
 #include "agents/jump/TerminalJumper.h"
@@ -42,6 +43,7 @@ private:
     Shell& m_shell;
     std::unique_ptr<QTemporaryDir> m_demoFolder; // the demo's own approvals folder
     QString m_approvalsFolder;                   // the one every part shares: the demo's, or the real one
+    std::unique_ptr<AgentSettings> m_settings;   // what the agents' pages switch
     std::unique_ptr<DesktopPromptAlerts> m_promptAlerts;
     std::unique_ptr<AgentPromptsManager> m_prompts;
     std::unique_ptr<AgentsPageModel> m_page;

@@ -4,15 +4,13 @@
 
 // The preference keys of the shell and of the features that have no settings type of their own yet,
 // character for character as they are stored. A feature with its own settings type (such as
-// ClipboardSettings) keeps its keys there.
+// ClipboardSettings, AgentSettings) keeps its keys there.
 namespace norva::SettingsKeys {
 
 inline const QString openOnHover = QStringLiteral("openOnHover.v5");
 inline const QString openHoverDelay = QStringLiteral("openHoverDelay");
 inline const QString showMenuBarIcon = QStringLiteral("showMenuBarIcon");
 inline const QString fullscreenGuard = QStringLiteral("fullscreenGuard");
-inline const QString approvalChime = QStringLiteral("approvalChime");
-inline const QString approvalNotification = QStringLiteral("approvalNotification");
 inline const QString hoverHaptics = QStringLiteral("hoverHaptics");
 inline const QString autoShelfScreenshots = QStringLiteral("autoShelfScreenshots");
 inline const QString displayChoice = QStringLiteral("displayChoice.v1");
@@ -21,7 +19,6 @@ inline const QString notesMirrorEnabled = QStringLiteral("notesMirror.enabled");
 inline const QString notesMirrorFolder = QStringLiteral("notesMirror.folder");
 inline const QString replaceSystemHUD = QStringLiteral("replaceSystemHUD");
 inline const QString autoHidePausedMedia = QStringLiteral("autoHidePausedMedia");
-inline const QString answerPromptsOnNotch = QStringLiteral("answerPromptsOnNotch");
 
 inline const QString musicLeft = QStringLiteral("music.left.v1");
 inline const QString musicRight = QStringLiteral("music.right.v1");
@@ -32,17 +29,12 @@ inline const QString peekOnHover = QStringLiteral("notch.peekOnHover.v1");
 inline const QString peekDelay = QStringLiteral("notch.peekDelay.v1");
 inline const QString notchMotion = QStringLiteral("notch.motion.v1");
 
-inline const QString openQuestions = QStringLiteral("agents.openQuestions.v1");
-
 inline const QString todosList = QStringLiteral("todos.list.v1");
 inline const QString shelfOpenOnDrop = QStringLiteral("shelf.openOnDrop.v1");
 inline const QString shelfKeep = QStringLiteral("shelf.keep.v1");
-// Norva's own: whether Claude Code's usage windows show (the usage bridge is installed while on).
-inline const QString showClaudeUsage = QStringLiteral("agents.showClaudeUsage.v1");
 
 // Keys of the same preferences that the store does not watch; their owners read them directly.
 inline const QString hasLaunchedBefore = QStringLiteral("hasLaunchedBefore");
-inline const QString watchClaude = QStringLiteral("agents.watch.claude.v1");
 inline const QString quotaWarnedUntil = QStringLiteral("quota.warnedUntil");
 inline const QString hiddenNotchDrawn = QStringLiteral("install.hiddenNotchDrawn.v1");
 // Norva's own: whether a timer that completes plays the sound theme's "complete" (default on).

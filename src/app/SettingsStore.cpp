@@ -26,19 +26,6 @@ constexpr double kPeekDelayDefault = 0.07;
 // Depth of the store's own writes on this thread, per store (keyed by the store's own-write key).
 thread_local QHash<QString, int> t_ownWriteDepth;
 
-const QList<std::pair<QString, ActivitySwitch>>& activityWords()
-{
-    static const QList<std::pair<QString, ActivitySwitch>> words = {
-        {QStringLiteral("charging"), ActivitySwitch::charging},
-        {QStringLiteral("volume"), ActivitySwitch::volume},
-        {QStringLiteral("downloads"), ActivitySwitch::downloads},
-        {QStringLiteral("devices"), ActivitySwitch::devices},
-        {QStringLiteral("meetings"), ActivitySwitch::meetings},
-        {QStringLiteral("timers"), ActivitySwitch::timers},
-        {QStringLiteral("reminders"), ActivitySwitch::reminders}};
-    return words;
-}
-
 // How a stored value reads in the unreadable-value log line.
 QString describe(const QVariant& value)
 {
@@ -135,20 +122,13 @@ const QStringList& SettingsStore::watchedKeys()
 {
     static const QStringList keys = [] {
         QStringList list = {K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard,
-                            K::approvalChime, K::approvalNotification, K::hoverHaptics,
-                            K::autoShelfScreenshots, K::displayChoice, K::showOnAllDisplays,
+                            K::hoverHaptics, K::autoShelfScreenshots, K::displayChoice, K::showOnAllDisplays,
                             K::notesMirrorEnabled, K::notesMirrorFolder, K::replaceSystemHUD,
                             K::autoHidePausedMedia,
                             // music and notch
                             K::musicLeft, K::musicRight, K::musicKeepPaused, K::musicSongPeek,
                             K::musicScrollVolume, K::peekOnHover, K::peekDelay, K::notchMotion};
-        // agents
-        for (AgentSwitch which : {AgentSwitch::codex, AgentSwitch::copilot, AgentSwitch::promptSwitch})
-            list << agentKey(which);
-        list << K::openQuestions;
-        for (const auto& [word, kind] : activityWords())
-            list << activityKey(kind);
-        list << K::todosList << K::shelfOpenOnDrop << K::shelfKeep << K::showClaudeUsage;
+        list << K::todosList << K::shelfOpenOnDrop << K::shelfKeep;
         return list;
     }();
     return keys;
@@ -382,22 +362,6 @@ void SettingsStore::setFullscreenGuard(const QString& value)
     write(value, K::fullscreenGuard);
 }
 
-bool SettingsStore::approvalChime() const
-{
-    return flag(K::approvalChime, true);
-}
-void SettingsStore::setApprovalChime(bool on)
-{
-    write(on, K::approvalChime);
-}
-bool SettingsStore::approvalNotification() const
-{
-    return flag(K::approvalNotification, true);
-}
-void SettingsStore::setApprovalNotification(bool on)
-{
-    write(on, K::approvalNotification);
-}
 bool SettingsStore::hoverHaptics() const
 {
     return flag(K::hoverHaptics, true);
@@ -438,15 +402,6 @@ QString SettingsStore::notesMirrorFolder() const
 bool SettingsStore::replaceSystemHUD() const
 {
     return flag(K::replaceSystemHUD, false);
-}
-
-bool SettingsStore::answerPromptsOnNotch() const
-{
-    return flag(K::answerPromptsOnNotch, false);
-}
-void SettingsStore::setAnswerPromptsOnNotch(bool on)
-{
-    write(on, K::answerPromptsOnNotch);
 }
 
 // ---- music and notch ----
@@ -509,55 +464,7 @@ NotchMotion SettingsStore::motion() const
     return storedChoice(K::notchMotion, QStringLiteral("full or reduced"), cases).value_or(NotchMotion::full);
 }
 
-// ---- agents ----
-
-QString SettingsStore::agentKey(AgentSwitch which)
-{
-    switch (which) {
-    case AgentSwitch::codex:
-        return QStringLiteral("agents.watch.codex.v1");
-    case AgentSwitch::copilot:
-        return QStringLiteral("agents.watch.copilot.v1");
-    case AgentSwitch::promptSwitch:
-        return K::answerPromptsOnNotch;
-    }
-    return {};
-}
-
-std::optional<bool> SettingsStore::agentSwitch(AgentSwitch which) const
-{
-    return storedFlag(agentKey(which));
-}
-void SettingsStore::setAgentSwitch(AgentSwitch which, bool on)
-{
-    write(on, agentKey(which));
-}
-bool SettingsStore::openQuestions() const
-{
-    return flag(K::openQuestions, false);
-}
-
-// ---- live activities ----
-
-QString SettingsStore::activityKey(ActivitySwitch kind)
-{
-    for (const auto& [word, value] : activityWords()) {
-        if (value == kind)
-            return QStringLiteral("activities.") + word + QStringLiteral(".v1");
-    }
-    return {};
-}
-
-std::optional<bool> SettingsStore::activitySwitch(ActivitySwitch kind) const
-{
-    return storedFlag(activityKey(kind));
-}
-void SettingsStore::setActivitySwitch(ActivitySwitch kind, bool on)
-{
-    write(on, activityKey(kind));
-}
-
-// ---- to-dos, shelf, Claude Code's usage ----
+// ---- to-dos, shelf ----
 
 std::optional<QString> SettingsStore::todosList() const
 {
@@ -605,15 +512,6 @@ ShelfKeep SettingsStore::shelfKeep() const
 void SettingsStore::setShelfKeep(ShelfKeep keep)
 {
     write(shelfKeepText(keep), K::shelfKeep);
-}
-
-bool SettingsStore::showClaudeUsage() const
-{
-    return flag(K::showClaudeUsage, false);
-}
-void SettingsStore::setShowClaudeUsage(bool on)
-{
-    write(on, K::showClaudeUsage);
 }
 
 // ---- launch at login ----

@@ -25,12 +25,6 @@ class SettingsStore : public QObject {
     Q_PROPERTY(double openHoverDelay READ openHoverDelay WRITE setOpenHoverDelay NOTIFY changed)
     Q_PROPERTY(bool showMenuBarIcon READ showMenuBarIcon WRITE setShowMenuBarIcon NOTIFY changed)
     Q_PROPERTY(QString fullscreenGuard READ fullscreenGuard WRITE setFullscreenGuard NOTIFY changed)
-    Q_PROPERTY(bool approvalChime READ approvalChime WRITE setApprovalChime NOTIFY changed)
-    Q_PROPERTY(
-        bool approvalNotification READ approvalNotification WRITE setApprovalNotification NOTIFY changed)
-    Q_PROPERTY(
-        bool answerPromptsOnNotch READ answerPromptsOnNotch WRITE setAnswerPromptsOnNotch NOTIFY changed)
-    Q_PROPERTY(bool showClaudeUsage READ showClaudeUsage WRITE setShowClaudeUsage NOTIFY changed)
     Q_PROPERTY(bool peekOnHover READ peekOnHover WRITE setPeekOnHover NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
     Q_PROPERTY(
@@ -70,10 +64,6 @@ public:
     void setShowMenuBarIcon(bool on);
     QString fullscreenGuard() const; // "normal", "longer" or "click"
     void setFullscreenGuard(const QString& value);
-    bool approvalChime() const;
-    void setApprovalChime(bool on);
-    bool approvalNotification() const;
-    void setApprovalNotification(bool on);
     bool hoverHaptics() const;
     bool autoShelfScreenshots() const;
     void setAutoShelfScreenshots(bool on);
@@ -82,8 +72,6 @@ public:
     bool notesMirrorEnabled() const;
     QString notesMirrorFolder() const;
     bool replaceSystemHUD() const;
-    bool answerPromptsOnNotch() const; // absent reads as off until the agents decide otherwise
-    void setAnswerPromptsOnNotch(bool on);
 
     // --- music and notch ---
     std::optional<QString> musicLeft() const;
@@ -99,24 +87,11 @@ public:
     NotchMotion motion() const;
     bool reducedMotion() const { return motion() == NotchMotion::reduced; }
 
-    // --- agents ---
-    std::optional<bool> agentSwitch(AgentSwitch which) const;
-    void setAgentSwitch(AgentSwitch which, bool on);
-    bool openQuestions() const;
-
-    // --- live activities ---
-    std::optional<bool> activitySwitch(ActivitySwitch kind) const;
-    void setActivitySwitch(ActivitySwitch kind, bool on);
-    static QString activityKey(ActivitySwitch kind);
-    static QString agentKey(AgentSwitch which);
-
-    // --- to-dos, shelf, Claude Code's usage ---
+    // --- to-dos, shelf ---
     std::optional<QString> todosList() const;
     bool shelfOpenOnDrop() const;
     ShelfKeep shelfKeep() const;
     void setShelfKeep(ShelfKeep keep);
-    bool showClaudeUsage() const;
-    void setShowClaudeUsage(bool on);
 
     // Registers or removes Norva as a program started at login.
     bool launchAtLogin() const;

@@ -14,11 +14,6 @@ enum class KeepPaused { tenSeconds = 10, thirtySeconds = 30, sixtySeconds = 60, 
 enum class ShelfKeep { forever, day, week };
 enum class NotchMotion { full, reduced };
 
-// The per-kind switches of the closed notch's live activities, in their fixed order.
-enum class ActivitySwitch { charging, volume, downloads, devices, meetings, timers, reminders };
-// The agent switches: which agents are watched, and answering prompts on the notch.
-enum class AgentSwitch { codex, copilot, promptSwitch };
-
 // Which displays get a notch: every display, the built-in one, or one display the person chose
 // ("display:" + identifier + "|" + a name kept for showing the choice while it is unplugged).
 struct DisplayChoice {

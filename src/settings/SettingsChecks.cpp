@@ -1,5 +1,6 @@
 #include "settings/SettingsChecks.h"
 
+#include "agents/AgentSettings.h"
 #include "app/SettingsStore.h"
 #include "storage/VdirRoot.h"
 
@@ -33,7 +34,7 @@ std::optional<SettingStatus> SettingsChecks::status(SettingNeed need, const Sett
     case SettingNeed::nothing:
         return std::nullopt;
     case SettingNeed::agentHooks:
-        if (!settings.flag(QStringLiteral("answerPromptsOnNotch"), false))
+        if (!settings.flag(AgentSettings::kAnswerOnNotchKey, false))
             return std::nullopt;
         if (m_probes.agentHooksInstalled())
             return SettingStatus{true, m_probes.agentHooksStatus(), {}};

@@ -112,7 +112,7 @@ private slots:
         }
     }
 
-    void theSwitchesAreTheSevenStoredKeys()
+    void theSwitchesAreTheSevenStoredKeysAndOnlyTheyWakeThem()
     {
         QStringList keys;
         for (const QString& word : ActivitySettings::switchWords())
@@ -122,6 +122,13 @@ private slots:
                  QStringList({"activities.charging.v1", "activities.devices.v1", "activities.downloads.v1",
                               "activities.meetings.v1", "activities.reminders.v1", "activities.timers.v1",
                               "activities.volume.v1"}));
+        // An edit outside Norva switches a kind off at once; other preferences leave the switches be.
+        Rig rig;
+        QSignalSpy woken(&rig.switches, &ActivitySettings::switchesChanged);
+        rig.preferences.outsideChange(QStringLiteral("openOnHover"), false);
+        rig.preferences.outsideChange(QStringLiteral("activities.timers.v1"), false);
+        QTRY_COMPARE(woken.size(), 1);
+        QVERIFY(!rig.coordinator.allows(Kind::timer));
     }
 
     void turningOffTheDownloadsSwitchParksADownloadAndBringsBackItsLatestState()

@@ -269,15 +269,8 @@ private slots:
         QVERIFY(qAbs(SettingsStore::clamp(value, lower, upper, step) - expected) < 1e-9);
     }
 
-    void activityAndAgentKeysAreBuiltFromTheirKinds()
+    void theWatchedKeysAreTheStoresOwnOnceEach()
     {
-        QCOMPARE(SettingsStore::activityKey(ActivitySwitch::charging),
-                 QStringLiteral("activities.charging.v1"));
-        QCOMPARE(SettingsStore::activityKey(ActivitySwitch::reminders),
-                 QStringLiteral("activities.reminders.v1"));
-        QCOMPARE(SettingsStore::agentKey(AgentSwitch::promptSwitch), QStringLiteral("answerPromptsOnNotch"));
-        QVERIFY(SettingsStore::watchedKeys().contains(QStringLiteral("activities.downloads.v1")));
-        QVERIFY(SettingsStore::watchedKeys().contains(QStringLiteral("agents.watch.copilot.v1")));
         QVERIFY(!SettingsStore::watchedKeys().contains(SettingsKeys::hasLaunchedBefore));
         QCOMPARE(
             SettingsStore::watchedKeys().size(),

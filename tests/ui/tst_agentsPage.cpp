@@ -76,7 +76,7 @@ private slots:
         model.add("second", "rm -rf build");
         views.engine().rootContext()->setContextProperty("agentsPage", &model);
         views.engine().rootContext()->setContextProperty(
-            "settings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
+            "agentSettings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
         QQuickWindow window;
         window.resize(640, 600);
         auto page = views.create(QStringLiteral("AgentsPage.qml"), {});

@@ -34,7 +34,7 @@ QString AgentPromptSwitch::outcomeText(Outcome outcome)
 
 bool AgentPromptSwitch::watched(bool codex) const
 {
-    return m_settings.agentSwitch(codex ? AgentSwitch::codex : AgentSwitch::copilot).value_or(true);
+    return m_settings.watches(codex ? CodingAgent::codex : CodingAgent::copilot);
 }
 
 AgentPromptSwitch::Applied AgentPromptSwitch::wanted() const
@@ -45,7 +45,7 @@ AgentPromptSwitch::Applied AgentPromptSwitch::wanted() const
 bool AgentPromptSwitch::installAgents()
 {
     // Claude Code is always offered; its settings file is made when missing.
-    if (m_settings.flag(SettingsKeys::watchClaude, true)) {
+    if (m_settings.watches(CodingAgent::claude)) {
         if (!ApprovalHook::install())
             return false;
         AgentAlertsSetup::install();
@@ -111,7 +111,7 @@ void AgentPromptSwitch::setTeamNeedsHooks(bool needed)
 
 void AgentPromptSwitch::follow()
 {
-    connect(&m_settings, &SettingsStore::changed, this, &AgentPromptSwitch::onSettingsChanged,
+    connect(&m_settings, &AgentSettings::changed, this, &AgentPromptSwitch::onSettingsChanged,
             Qt::UniqueConnection);
     // A preference turned off while Norva was not running still takes the hooks away at start.
     if (m_settings.answerPromptsOnNotch() || ApprovalHook::isInstalled() || CodexHook::isInstalled() ||

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "agents/AgentSettings.h"
+
 #include <QObject>
 
 #include <optional>
@@ -39,7 +41,7 @@ private:
     void removeAgents();
     bool watched(bool codex) const;
 
-    SettingsStore& m_settings;
+    AgentSettings m_settings;
     bool m_teamNeedsHooks = false;
     std::optional<Applied> m_applied;
 };

@@ -13,8 +13,7 @@ const QString idPrefix = QStringLiteral("agent-prompt-");
 }
 
 AgentPromptActivities::AgentPromptActivities(AgentPromptsManager& manager,
-                                             LiveActivityCoordinator& coordinator,
-                                             const SettingsStore& settings,
+                                             LiveActivityCoordinator& coordinator, SettingsStore& settings,
                                              std::function<void()> openAgentsPage, QObject* parent)
     : QObject(parent), m_manager(manager), m_coordinator(coordinator), m_settings(settings),
       m_openAgentsPage(std::move(openAgentsPage))

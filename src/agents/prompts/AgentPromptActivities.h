@@ -1,6 +1,7 @@
 #pragma once
 
 #include "activities/ActivityKinds.h"
+#include "agents/AgentSettings.h"
 
 #include <QObject>
 #include <QString>
@@ -28,7 +29,7 @@ public:
     static const QString pageId;
 
     AgentPromptActivities(AgentPromptsManager& manager, LiveActivityCoordinator& coordinator,
-                          const SettingsStore& settings, std::function<void()> openAgentsPage,
+                          SettingsStore& settings, std::function<void()> openAgentsPage,
                           QObject* parent = nullptr);
     ~AgentPromptActivities() override;
 
@@ -43,7 +44,7 @@ private:
 
     AgentPromptsManager& m_manager;
     LiveActivityCoordinator& m_coordinator;
-    const SettingsStore& m_settings;
+    AgentSettings m_settings;
     std::function<void()> m_openAgentsPage;
     int m_providerToken = 0;
 };

@@ -130,9 +130,9 @@ bool AgentPromptsManager::answeredByTeam(const PromptCard& card)
 
 void AgentPromptsManager::alert(const PromptCard& card)
 {
-    if (m_settings.approvalChime())
+    if (m_settings.chime())
         m_alerts.chime();
-    if (!m_settings.approvalNotification())
+    if (!m_settings.notification())
         return;
     const QString agent = CodingAgents::displayName(card.agent);
     if (card.isQuestion)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "agents/AgentSettings.h"
 #include "agents/ApprovalsFolder.h"
 #include "agents/ApprovalsFolderWatch.h"
 #include "agents/prompts/ApprovalExchange.h"
@@ -69,7 +70,7 @@ private:
     bool takeAway(const QString& id);
 
     Clock& m_clock;
-    SettingsStore& m_settings;
+    AgentSettings m_settings;
     PromptAlerts& m_alerts;
     ApprovalsFolder m_folder;
     ApprovalExchange m_exchange;

@@ -41,9 +41,10 @@ TeamPolicy::TeamPolicy(SettingsStore& settings, Clock& clock, QString approvalsF
     m_responder = new TeamDenyResponder;
     m_responder->moveToThread(&m_responderThread);
     m_responderThread.start();
-    connect(&m_settings, &SettingsStore::changed, this, [this] {
-        // Only the switched-off set matters here; the view re-reads it through rulesChanged.
-        if (!m_rules.isEmpty())
+    // Only the switched-off set matters here; the view re-reads it through rulesChanged.
+    m_settings.watch({switchedOffKey});
+    connect(&m_settings, &SettingsStore::keyChanged, this, [this](const QString& key) {
+        if (key == switchedOffKey && !m_rules.isEmpty())
             emit rulesChanged();
     });
 }

@@ -30,7 +30,7 @@ Item {
     UsageWindows {
         id: usageWindows
         anchors { left: parent.left; right: parent.right; top: parent.top }
-        shown: settings.showClaudeUsage
+        shown: agentSettings.showClaudeUsage
     }
 
     ListView {
@@ -80,7 +80,7 @@ Item {
         anchors.fill: list
         visible: list.count === 0
         title: "Agents"
-        text: settings.answerPromptsOnNotch ? "No agent is waiting for you."
+        text: agentSettings.answerPromptsOnNotch ? "No agent is waiting for you."
                                             : "Turn on Answer prompts on the notch in Settings to answer here."
     }
 }

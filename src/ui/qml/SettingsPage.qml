@@ -29,15 +29,15 @@ Item {
             width: parent.cell
             label: "Answer prompts on the notch"
             detail: "Claude Code, Codex and Copilot CLI ask here."
-            checked: settings.answerPromptsOnNotch
-            onToggled: on => settings.answerPromptsOnNotch = on
+            checked: agentSettings.answerPromptsOnNotch
+            onToggled: on => agentSettings.answerPromptsOnNotch = on
         }
         ToggleRow {
             width: parent.cell
             label: "Show Claude Code's usage"
             detail: "Adds Norva to Claude Code's status line."
-            checked: settings.showClaudeUsage
-            onToggled: on => settings.showClaudeUsage = on
+            checked: agentSettings.showClaudeUsage
+            onToggled: on => agentSettings.showClaudeUsage = on
         }
         ToggleRow {
             width: parent.cell

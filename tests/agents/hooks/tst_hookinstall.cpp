@@ -3,6 +3,7 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "agents/AgentSettings.h"
 #include "agents/hooks/AgentAlertsSetup.h"
 #include "agents/hooks/AgentPromptSwitch.h"
 #include "agents/hooks/ApprovalHook.h"
@@ -424,7 +425,7 @@ private slots:
 
         HookPresence presence;
         presence.live();
-        settings.setAnswerPromptsOnNotch(true);
+        AgentSettings(settings).setAnswerPromptsOnNotch(true);
         QVERIFY(ApprovalHook::isInstalled());
         QVERIFY(AgentAlertsSetup::isInstalled());
         QVERIFY(CodexHook::isInstalled());
@@ -451,7 +452,7 @@ private slots:
         FakePath path(home, {"copilot"});
         test::MemoryPreferences prefs;
         SettingsStore settings(prefs);
-        settings.setAgentSwitch(AgentSwitch::copilot, false);
+        AgentSettings(settings).setWatches(CodingAgent::copilot, false);
         AgentPromptSwitch promptSwitch(settings);
         QCOMPARE(promptSwitch.set(true), AgentPromptSwitch::Outcome::on);
         QVERIFY(ApprovalHook::isInstalled());

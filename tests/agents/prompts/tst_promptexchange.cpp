@@ -421,8 +421,8 @@ private slots:
         QFETCH(bool, notification);
         test::TempHome home;
         Core core;
-        core.settings.setApprovalChime(chime);
-        core.settings.setApprovalNotification(notification);
+        core.settings.write(chime, AgentSettings::kChimeKey);
+        core.settings.write(notification, AgentSettings::kNotificationKey);
         core.manager->start();
         core.folder().write("pending-toolu_1.json", bashPayload);
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
