@@ -4,7 +4,6 @@
 #include "agents/AgentsModule.h"
 #include "calendar/CalendarModule.h"
 #include "clipboard/ClipboardModule.h"
-#include "greeting/GreetingModule.h"
 #include "hotkeys/HotKeysModule.h"
 #include "media/MediaModule.h"
 #include "notes/NotesModule.h"
@@ -28,7 +27,6 @@ void addFeatures(Shell& shell)
     shell.add<NotesModule>(); // after the to-dos, which the jot sheet files to
     shell.add<TimersModule>();
     shell.add<WeatherModule>();
-    shell.add<GreetingModule>();
     shell.add<SettingsModule>();
     shell.add<HotKeysModule>();
     shell.add<ActivitiesModule>(); // the demo's samples, after the features' own activities
