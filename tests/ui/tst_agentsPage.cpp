@@ -118,7 +118,7 @@ private slots:
         model.add("third", "npm publish --access public");
         views.engine().rootContext()->setContextProperty("agentsPage", &model);
         views.engine().rootContext()->setContextProperty(
-            "settings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
+            "agentSettings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
         QQuickWindow window;
         window.resize(720, 700);
         auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
