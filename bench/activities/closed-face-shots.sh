@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Screenshots of the closed notch's live activities, taken from Norva's demo under a private Xvfb
-# with a throw-away HOME: one activity, two taking turns (two shots 4 s apart), a pinned prompt,
-# a volume toast over the rest, and a hovered activity with its detail. Usage:
+# with a throw-away HOME: one activity, two taking turns (two shots 4 s apart), three taking turns,
+# the agents' prompts over the timer, a volume toast over the rest, and the hovered timer with its
+# Pause and Stop. Usage:
 #   bench/activities/closed-face-shots.sh [OUT_DIR]      (default build/screenshots/activities)
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -56,14 +57,16 @@ shot() { # name: the notch at the top centre, doubled so the small type can be r
 }
 
 xdotool mousemove 800 600
-start one;    shot one;                             stop
-start two;    shot two-a;  sleep 4; shot two-b;     stop
-start pinned; shot pinned;                          stop
-start all
-sleep 3.9 # the demo's first volume change comes 4 s after it starts, for 1.6 s
-shot volume-toast
-sleep 2
+start one;     shot one
 xdotool mousemove 800 12
 sleep 0.8
-shot hover-detail
+shot hover-detail # the timer's detail with Pause and Stop
+xdotool mousemove 800 600
+stop
+start two;     shot two-a;    sleep 4; shot two-b;    stop
+start three;   shot three-a;  sleep 4; shot three-b;  sleep 4; shot three-c; stop
+start prompts; shot prompts;                          stop
+start all
+sleep 2.9 # the demo's first volume change comes 4 s after it starts, for 1.6 s
+shot volume-toast
 stop

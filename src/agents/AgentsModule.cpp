@@ -38,9 +38,9 @@ AgentsModule::~AgentsModule() = default;
 
 void AgentsModule::start()
 {
-    if (m_shell.demo().on)
+    if (m_shell.demoShows(DemoScene::Sample::agentPrompts))
         AgentsDemo::placeSamplePrompts(m_approvalsFolder, m_shell.clock().now());
-    else
+    if (!m_shell.demo().on)
         m_promptSwitch->follow(); // the demo never edits the agents' configuration
     m_prompts->start();
     m_activities =

@@ -1,6 +1,7 @@
 #include "media/MediaModule.h"
 
 #include "media/MediaPlatform.h"
+#include "media/VolumeDemo.h"
 #include "shell/Shell.h"
 
 namespace norva {
@@ -23,6 +24,8 @@ void MediaModule::start()
         m_music->start();
         m_music->startVolumeMonitoring();
     }
+    if (m_shell.demoShows(DemoScene::Sample::volume))
+        m_volumeDemo = std::make_unique<VolumeDemo>(m_shell.activities(), m_shell.clock());
     m_volumeActivity =
         std::make_unique<VolumeActivityPublisher>(*m_music, m_shell.activities(), m_shell.settings());
     // The closed face makes room for the music ears while a player has a session.

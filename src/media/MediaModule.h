@@ -3,6 +3,7 @@
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
 #include "media/VolumeActivityPublisher.h"
+#include "media/VolumeDemo.h"
 #include "shell/FeatureModule.h"
 
 #include <memory>
@@ -12,7 +13,8 @@ namespace norva {
 class Shell;
 
 // Now playing with its lyrics and the output volume: the music page, the music ears of the closed
-// notch and the volume changes shown there. The demo shows nothing of the person's own.
+// notch and the volume changes shown there. The demo shows nothing of the person's own: its
+// scene's volume changes are invented (VolumeDemo).
 class MediaModule : public FeatureModule {
     Q_OBJECT
 public:
@@ -29,6 +31,7 @@ private:
     std::unique_ptr<LyricsManager> m_lyrics;
     std::unique_ptr<MusicManager> m_music;
     std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;
+    std::unique_ptr<VolumeDemo> m_volumeDemo;
 };
 
 } // namespace norva

@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "reminders/DueAlertMonitor.h"
+#include "reminders/DueDesktopNotice.h"
 #include "reminders/RemindersStore.h"
 #include "reminders/TodosPageModel.h"
 #include "shell/FeatureModule.h"
@@ -37,6 +38,7 @@ private:
 
     Shell& m_shell;
     std::unique_ptr<PromptAlerts> m_notifications; // for a due to-do the notch cannot show
+    std::unique_ptr<DueDesktopNotice> m_desktopNotice;
     std::unique_ptr<RemindersStore> m_store;
     std::unique_ptr<TodosPageModel> m_page;
     std::unique_ptr<DueAlertMonitor> m_alerts;

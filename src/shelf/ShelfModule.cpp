@@ -1,9 +1,11 @@
 #include "shelf/ShelfModule.h"
 
-#include "app/Paths.h"
 #include "clipboard/ClipboardModule.h"
+#include "shelf/ShelfDemo.h"
 #include "shelf/ShelfPlatform.h"
 #include "shell/Shell.h"
+
+#include <QDir>
 
 namespace norva {
 namespace {
@@ -23,7 +25,7 @@ ClipboardModule& clipboardOf(const Shell& shell)
 ShelfModule::ShelfModule(Shell& shell) : m_shell(shell)
 {
     ClipboardModule& clipboard = clipboardOf(shell);
-    m_shelf = std::make_unique<ShelfManager>(shell.settings(), shell.clock(), Paths::dataFolder());
+    m_shelf = std::make_unique<ShelfManager>(shell.settings(), shell.clock(), shell.dataFolder());
     m_shelf->setDroppedTextSink(
         [history = &clipboard.history()](const QString& text) { return history->recordDropped(text); });
     m_desk = std::make_unique<ShelfDesk>(*m_shelf, clipboard.source(), Platform::makeFileOpener());
@@ -40,6 +42,17 @@ void ShelfModule::start()
     }
     m_activity = std::make_unique<ShelfActivityPublisher>(*m_shelf, m_shell.activities(),
                                                           [this] { m_shell.openPage(kPageId); });
+    startDemo();
+}
+
+void ShelfModule::startDemo()
+{
+    if (m_shell.demoShows(DemoScene::Sample::shelf))
+        ShelfDemo::shelveSamples(*m_shelf, QDir(m_shell.dataFolder()).filePath(QStringLiteral("Samples")));
+    if (m_shell.demoShows(DemoScene::Sample::download)) {
+        m_demo = std::make_unique<ShelfDemo>(m_shell.activities(), m_shell.clock());
+        m_demo->startDownload();
+    }
 }
 
 QList<FeaturePage> ShelfModule::pages() const

@@ -1,6 +1,5 @@
 #include "shell/Features.h"
 
-#include "activities/ActivitiesModule.h"
 #include "agents/AgentsModule.h"
 #include "calendar/CalendarModule.h"
 #include "clipboard/ClipboardModule.h"
@@ -29,7 +28,6 @@ void addFeatures(Shell& shell)
     shell.add<WeatherModule>();
     shell.add<SettingsModule>();
     shell.add<HotKeysModule>();
-    shell.add<ActivitiesModule>(); // the demo's samples, after the features' own activities
 }
 
 } // namespace norva

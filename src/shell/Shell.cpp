@@ -23,6 +23,14 @@ Shell::Shell(std::unique_ptr<PreferencesDatabase> preferences, Clock& clock, Dem
     logLine(QStringLiteral("Norva: launched (version ") + QCoreApplication::applicationVersion() +
             (firstLaunch ? QStringLiteral(", first launch)") : QStringLiteral(")")));
 
+    if (m_demo.on) {
+        if (const auto scene = DemoScene::fromWord(m_demo.scene))
+            m_demoScene = *scene;
+        else
+            logLine(QStringLiteral("Norva: the demo scene ") + m_demo.scene +
+                    QStringLiteral(" is unknown (showing all the samples)"));
+    }
+
     m_activities = std::make_unique<LiveActivityCoordinator>(m_clock);
     m_activities->follow(*m_settings);
     m_closedFace = std::make_unique<ClosedFaceModel>(*m_activities);

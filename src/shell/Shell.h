@@ -5,6 +5,7 @@
 #include "app/Clock.h"
 #include "app/PreferencesDatabase.h"
 #include "app/SettingsStore.h"
+#include "shell/DemoScene.h"
 #include "shell/FeatureModule.h"
 
 #include <QObject>
@@ -23,7 +24,7 @@ class Shell : public QObject {
 public:
     struct Demo {
         bool on = false; // sample data only, nothing of the person's own is read or changed
-        QString scene;   // which activity samples: "all" (empty), "one", "two", "pinned" or "three"
+        QString scene;   // which samples: "all" (empty), "one", "two", "three" or "prompts"
     };
 
     Shell(std::unique_ptr<PreferencesDatabase> preferences, Clock& clock, Demo demo,
@@ -57,6 +58,8 @@ public:
     LiveActivityCoordinator& activities() const { return *m_activities; }
     ClosedFaceModel& closedFace() const { return *m_closedFace; }
     const Demo& demo() const { return m_demo; }
+    // Whether the demo runs and its scene puts this sample on the closed notch.
+    bool demoShows(DemoScene::Sample sample) const { return m_demo.on && m_demoScene.shows(sample); }
     // Whether no Norva ran for this person before this one (the demo counts as none).
     bool firstLaunch() const { return m_firstLaunch; }
     // Norva's data folder; in the demo a throw-away folder of its own, so nothing of the person's
@@ -78,6 +81,7 @@ signals:
 private:
     Clock& m_clock;
     Demo m_demo;
+    DemoScene m_demoScene = DemoScene::all();
     mutable std::unique_ptr<QTemporaryDir> m_demoData;
     std::unique_ptr<PreferencesDatabase> m_preferences;
     std::unique_ptr<SettingsStore> m_settings;

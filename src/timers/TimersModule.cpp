@@ -18,7 +18,11 @@ TimersModule::~TimersModule() = default;
 
 void TimersModule::start()
 {
-    if (!m_shell.demo().on)
+    // The demo's timer is a real focus round on the throw-away data folder, so pausing and
+    // stopping it from the notch or the page work as they do for the person's own.
+    if (m_shell.demoShows(DemoScene::Sample::timer))
+        m_timer->startFocus();
+    else if (!m_shell.demo().on)
         m_timer->restore();
 }
 

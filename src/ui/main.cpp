@@ -30,7 +30,7 @@ struct CommandLine {
         QStringLiteral("page")};
     const QCommandLineOption demoScene{
         QStringLiteral("demo-scene"),
-        QStringLiteral("Which samples the demo shows: all, one, two, pinned or three."),
+        QStringLiteral("Which samples the demo shows: all, one, two, three or prompts."),
         QStringLiteral("scene"), QStringLiteral("all")};
     const QCommandLineOption jot{
         QStringLiteral("jot"),

@@ -1,17 +1,13 @@
 #include "ManualClock.h"
 #include "MemoryPreferences.h"
-#include "TempHome.h"
 #include "TestMain.h"
 
-#include "activities/ActivityDemo.h"
 #include "activities/ActivityKinds.h"
 #include "activities/ClosedFaceModel.h"
 #include "activities/LiveActivityCoordinator.h"
-#include "activities/VolumeActivity.h"
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
 
-#include <QDirIterator>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -247,32 +243,6 @@ private slots:
         rig.coordinator.remove(QStringLiteral("timer"));
         QCOMPARE(rig.face.leftPiece(), QStringLiteral("nothing"));
         QCOMPARE(rig.face.musicRight(), QStringLiteral("equaliser"));
-    }
-
-    void theDemoShowsItsSamplesAndTouchesNoFiles()
-    {
-        test::TempHome home;
-        FaceRig rig;
-        ActivityDemo demo(rig.coordinator, rig.clock);
-        demo.start();
-        QCOMPARE(rig.coordinator.activities().size(), 2);
-        QVERIFY(rig.face.rotating());
-        rig.clock.advance(ActivityDemo::kVolumeFirst);
-        QCOMPARE(rig.face.activityId(), QStringLiteral("volume")); // the level change shows over the rest
-        rig.clock.advance(Seconds(VolumeActivity::hold));
-        QVERIFY(!rig.coordinator.find("volume"));
-        rig.clock.advance(ActivityDemo::kVolumeEvery - Seconds(VolumeActivity::hold));
-        QVERIFY(rig.coordinator.find("volume")); // and again, every few seconds
-        const LiveActivity* timer = rig.coordinator.find("timer");
-        QVERIFY(timer);
-        QCOMPARE(timer->text.value, QStringLiteral("24:47"));
-        timer->onTap(); // the sample timer pauses on a click
-        rig.clock.advance(Seconds(5));
-        QCOMPARE(rig.coordinator.find("timer")->text.value, QStringLiteral("24:47"));
-        demo.stop();
-        QVERIFY(rig.coordinator.activities().isEmpty());
-        QDirIterator files(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        QVERIFY2(!files.hasNext(), qPrintable(files.hasNext() ? files.next() : QString()));
     }
 };
 NORVA_TEST(ClosedFaceModelTest)

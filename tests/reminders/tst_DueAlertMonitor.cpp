@@ -3,7 +3,9 @@
 #include "TestMain.h"
 
 #include "activities/LiveActivityCoordinator.h"
+#include "agents/prompts/PromptAlerts.h"
 #include "reminders/DueAlertMonitor.h"
+#include "reminders/DueDesktopNotice.h"
 
 #include <QtTest>
 
@@ -21,6 +23,7 @@ struct MonitorRig {
     QList<Reminder> todos;
     Completion answer = Completion::ticked;
     QStringList completed;
+    std::function<void(const DueAlertMonitor::TaskDue&)> notifyDesktop;
     DueAlertMonitor monitor{coordinator, clock, operations()};
 
     DueAlertMonitor::Operations operations()
@@ -36,6 +39,10 @@ struct MonitorRig {
         ops.complete = [this](const QString& id) {
             completed.append(id);
             return answer;
+        };
+        ops.notifyDesktop = [this](const DueAlertMonitor::TaskDue& task) {
+            if (notifyDesktop)
+                notifyDesktop(task);
         };
         return ops;
     }
@@ -57,6 +64,17 @@ struct MonitorRig {
     LiveActivityCoordinator::Outcome press(const QString& action)
     {
         return coordinator.perform(action, DueAlertMonitor::kActivityId);
+    }
+};
+
+// The desktop's notification server as Norva reaches it: what it was asked to show.
+class RecordedNotifications final : public PromptAlerts {
+public:
+    QStringList shown;
+    void chime() override {}
+    void notify(const QString& title, const QString& body) override
+    {
+        shown << title + QStringLiteral(" | ") + body;
     }
 };
 
@@ -153,6 +171,38 @@ private slots:
         QVERIFY(!rig.shown());
         rig.clock.advance(Seconds(1));
         QVERIFY(rig.shown());
+    }
+
+    // Behind a full-screen window the notch cannot be seen: the alert also goes to the desktop, once
+    // when the to-do falls due and once more when it comes back from a snooze.
+    void aDueToDoTheNotchCannotShowGoesToTheDesktop_data()
+    {
+        QTest::addColumn<bool>("covered");
+        QTest::addColumn<QStringList>("notifications");
+        QTest::newRow("a full-screen window covers the notch")
+            << true << QStringList{"Due now | to-do a", "Due now | to-do a"};
+        QTest::newRow("the notch is in sight") << false << QStringList{};
+    }
+
+    void aDueToDoTheNotchCannotShowGoesToTheDesktop()
+    {
+        QFETCH(bool, covered);
+        QFETCH(QStringList, notifications);
+        MonitorRig rig;
+        RecordedNotifications desktop;
+        const DueDesktopNotice notice(desktop, [&covered] { return covered; });
+        rig.notifyDesktop = [&notice](const DueAlertMonitor::TaskDue& task) { notice.tell(task); };
+        rig.add(QStringLiteral("a"), 45);
+        rig.monitor.start();
+        rig.clock.advance(DueAlertMonitor::kTickInterval);
+        QCOMPARE(desktop.shown, QStringList());
+        rig.clock.advance(DueAlertMonitor::kTickInterval * 4);
+        QVERIFY(rig.shown());
+        QCOMPARE(desktop.shown, notifications.mid(0, 1));
+        QCOMPARE(rig.press(QStringLiteral("snooze")), LiveActivityCoordinator::Outcome::done);
+        rig.clock.advance(DueAlertMonitor::kSnooze);
+        QVERIFY(rig.shown());
+        QCOMPARE(desktop.shown, notifications);
     }
 
     void aSnoozedToDoStaysAwayWhenItChanged_data()

@@ -1,10 +1,16 @@
+#include "LogCapture.h"
 #include "ManualClock.h"
 #include "MemoryPreferences.h"
+#include "TempHome.h"
 #include "TestMain.h"
 
+#include "activities/ActivityKinds.h"
+#include "shell/Features.h"
 #include "shell/Shell.h"
 
 #include <QtTest>
+
+#include <set>
 
 using namespace norva;
 
@@ -44,6 +50,15 @@ QStringList idsOf(const QList<FeaturePage>& pages)
     for (const FeaturePage& page : pages)
         ids << page.id;
     return ids;
+}
+
+// The kinds of the live activities, as the closed face names them.
+std::multiset<QString> liveKinds(const LiveActivityCoordinator& coordinator)
+{
+    std::multiset<QString> kinds;
+    for (const LiveActivity& activity : coordinator.activities())
+        kinds.insert(QString::fromLatin1(ActivityKinds::of(activity.content.kind()).word));
+    return kinds;
 }
 
 } // namespace
@@ -93,6 +108,58 @@ private slots:
         }
         QCOMPARE(names, (QStringList{"settings", "activities", "closedFace", "sample"}));
         QCOMPARE(shell.qmlObjects().last().object, &feature);
+    }
+
+    // Each demo scene, with every real feature: what is live at the start, and every kind the
+    // closed face shows over the first 20 s, as the person would see it.
+    void eachDemoSceneShowsItsSamples_data()
+    {
+        using Kinds = std::multiset<QString>;
+        QTest::addColumn<QString>("scene");
+        QTest::addColumn<Kinds>("live");
+        QTest::addColumn<Kinds>("seen");
+        const Kinds everyday{"download", "shelf", "timer"};
+        QTest::newRow("--demo") << "" << everyday << Kinds{"download", "shelf", "timer", "volume"};
+        QTest::newRow("all") << "all" << everyday << Kinds{"download", "shelf", "timer", "volume"};
+        QTest::newRow("one") << "one" << Kinds{"timer"} << Kinds{"timer"};
+        QTest::newRow("two") << "two" << Kinds{"download", "timer"} << Kinds{"download", "timer"};
+        QTest::newRow("three") << "three" << everyday << everyday;
+        // A waiting agent outranks the timer: the three prompts take turns over it.
+        QTest::newRow("prompts") << "prompts" << Kinds{"agentPrompt", "agentPrompt", "agentPrompt", "timer"}
+                                 << Kinds{"agentPrompt"};
+    }
+
+    void eachDemoSceneShowsItsSamples()
+    {
+        QFETCH(QString, scene);
+        QFETCH(std::multiset<QString>, live);
+        QFETCH(std::multiset<QString>, seen);
+        test::TempHome home;
+        test::ManualClock clock(QDateTime::currentDateTimeUtc());
+        {
+            Shell shell(std::make_unique<test::MemoryPreferences>(), clock, {true, scene});
+            addFeatures(shell);
+            shell.start();
+            QTRY_COMPARE(liveKinds(shell.activities()), live); // the prompts come from a folder scan
+            std::set<QString> shown;
+            for (int step = 0; step < 40; ++step) {
+                shown.insert(shell.closedFace().kind());
+                clock.advance(Seconds(0.5));
+            }
+            QCOMPARE(std::multiset<QString>(shown.begin(), shown.end()), seen);
+        }
+    }
+
+    void anUnknownDemoSceneShowsEverySampleAndSaysSo()
+    {
+        test::TempHome home;
+        test::LogCapture log;
+        test::ManualClock clock;
+        Shell shell(std::make_unique<test::MemoryPreferences>(), clock, {true, QStringLiteral("pinned")});
+        addFeatures(shell);
+        shell.start();
+        QCOMPARE(liveKinds(shell.activities()), (std::multiset<QString>{"download", "shelf", "timer"}));
+        QVERIFY(log.contains("Norva: the demo scene pinned is unknown (showing all the samples)"));
     }
 };
 

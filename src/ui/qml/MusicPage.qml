@@ -242,7 +242,7 @@ Item {
     LyricsPane {
         visible: page.playing
         anchors { left: nowPlaying.right; leftMargin: Theme.padding * 2; right: parent.right; top: parent.top
-                  bottom: weatherTile.top; margins: Theme.padding }
+                  bottom: todoTile.visible && page.playing ? todoTile.top : weatherTile.top; margins: Theme.padding }
         lyrics: page.now ? page.now.lyrics : null
         position: page.now ? page.now.displayElapsed : 0
         reducesMotion: page.now ? page.now.reducesMotion : false
@@ -285,6 +285,19 @@ Item {
                 }
             }
         }
+    }
+
+    // Today's and overdue to-dos at a glance, beside the weather; while a song plays it stands above
+    // the weather, and only when something is due, so the lyrics keep their room.
+    TodoTile {
+        id: todoTile
+        visible: !page.playing || due.length > 0
+        anchors { right: page.playing ? parent.right : weatherTile.left
+                  bottom: page.playing ? weatherTile.top : parent.bottom
+                  rightMargin: Theme.padding; bottomMargin: page.playing ? Theme.spacing : Theme.padding }
+        width: page.playing ? weatherTile.width : implicitWidth
+        height: implicitHeight
+        onOpenRequested: app.openNotch("todos")
     }
 
     // The weather at a glance; a click opens its page.
