@@ -21,7 +21,7 @@ const QString kPageId = QStringLiteral("calendar");
 
 CalendarModule::CalendarModule(Shell& shell)
     : m_shell(shell), m_settings(std::make_unique<MeetingSettings>(shell.settings())),
-      m_manual(std::make_unique<ManualMeetings>(Paths::dataFolder(), shell.clock())),
+      m_manual(std::make_unique<ManualMeetings>(shell.dataFolder(), shell.clock())),
       m_store(std::make_unique<VdirEventStore>(VdirRoot::locate({}), shell.clock()))
 {
     // The desktop's URL handler opens a join link in the service's app or the browser.

@@ -8,6 +8,7 @@
 #include "shell/Features.h"
 #include "shell/Shell.h"
 
+#include <QDirIterator>
 #include <QtTest>
 
 #include <set>
@@ -148,6 +149,12 @@ private slots:
             }
             QCOMPARE(std::multiset<QString>(shown.begin(), shown.end()), seen);
         }
+        // The demo reads and writes nothing of the person's: their home stays as it was.
+        QStringList written;
+        QDirIterator files(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            written << files.next();
+        QCOMPARE(written, QStringList());
     }
 
     void anUnknownDemoSceneShowsEverySampleAndSaysSo()
