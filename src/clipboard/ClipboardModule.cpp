@@ -10,8 +10,7 @@ ClipboardModule::ClipboardModule(Shell& shell) : m_shell(shell)
 {
     m_settings = std::make_unique<ClipboardSettings>(shell.settings());
     m_source = Platform::makeClipboardSource();
-    m_history =
-        std::make_unique<ClipboardManager>(*m_source, *m_settings, shell.clock(), shell.dataFolder());
+    m_history = std::make_unique<ClipboardManager>(*m_source, *m_settings, shell.clock(), shell.dataFolder());
     m_page = std::make_unique<ClipboardPageModel>(*m_history);
 }
 
