@@ -149,11 +149,15 @@ private slots:
             }
             QCOMPARE(std::multiset<QString>(shown.begin(), shown.end()), seen);
         }
-        // The demo reads and writes nothing of the person's: their home stays as it was.
+        // The demo reads and writes nothing of the person's: their home stays as it was. Without a
+        // session bus, libdbus starts one itself and notes it under ~/.dbus: that is not Norva's.
         QStringList written;
         QDirIterator files(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (files.hasNext())
-            written << files.next();
+        while (files.hasNext()) {
+            const QString file = files.next();
+            if (!file.startsWith(home.path() + QStringLiteral("/.dbus/")))
+                written << file;
+        }
         QCOMPARE(written, QStringList());
     }
 
