@@ -1,30 +1,34 @@
 #include "reminders/RemindersModule.h"
 
 #include "agents/prompts/DesktopPromptAlerts.h"
-#include "app/Platform.h"
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
+#include "notch/ConnectedDisplays.h"
 #include "shell/Shell.h"
 #include "storage/VdirRoot.h"
 
-#include <QGuiApplication>
 #include <QScreen>
+
+#include <algorithm>
 
 namespace norva {
 namespace {
 
-// True while a full-screen window covers the notch, which then cannot show a due to-do.
-bool notchCovered()
+// True while full-screen windows cover every notch, which then cannot show a due to-do.
+bool notchCovered(const SettingsStore& settings)
 {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen && Platform::frontWindowIsFullscreenOn(screen->geometry());
+    const QList<ConnectedDisplay> displays = notchDisplays(settings.displayChoice());
+    return !displays.isEmpty() &&
+           std::all_of(displays.begin(), displays.end(),
+                       [](const ConnectedDisplay& each) { return fullscreenWindowOn(*each.screen); });
 }
 
 } // namespace
 
 RemindersModule::RemindersModule(Shell& shell)
     : m_shell(shell), m_notifications(std::make_unique<DesktopPromptAlerts>()),
-      m_desktopNotice(std::make_unique<DueDesktopNotice>(*m_notifications, notchCovered))
+      m_desktopNotice(std::make_unique<DueDesktopNotice>(
+          *m_notifications, [&settings = shell.settings()] { return notchCovered(settings); }))
 {
     const bool demo = shell.demo().on;
     SettingsStore& settings = shell.settings();

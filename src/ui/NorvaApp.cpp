@@ -5,7 +5,6 @@
 #include "app/Platform.h"
 #include "hotkeys/HotKeysModule.h"
 #include "notch/ConnectedDisplays.h"
-#include "notch/DisplayPicker.h"
 #include "notes/NotesModule.h"
 #include "settings/SettingsModule.h"
 #include "shell/Features.h"
@@ -171,32 +170,26 @@ void NorvaApp::wireClosedFace(NotchOverlay& overlay)
 void NorvaApp::rebuildOverlays()
 {
     SettingsStore& settings = m_shell->settings();
-    const QList<ConnectedDisplay> connected = connectedDisplays();
-    QList<DisplayInfo> displays;
-    for (const ConnectedDisplay& each : connected)
-        displays.append(each.display);
-    const QList<DisplayInfo> chosen = pickDisplays(settings.displayChoice(), displays);
+    const QList<ConnectedDisplay> chosen = notchDisplays(settings.displayChoice());
     QString signature;
-    for (const DisplayInfo& display : chosen)
-        signature += display.id + QLatin1Char(';');
+    for (const ConnectedDisplay& each : chosen)
+        signature += each.display.id + QLatin1Char(';');
     if (signature == m_displaySignature && !m_overlays.empty())
         return;
     m_displaySignature = signature;
     m_overlays.clear();
     QStringList names;
-    for (const DisplayInfo& display : chosen)
-        names << display.name;
+    for (const ConnectedDisplay& each : chosen)
+        names << each.display.name;
     logLine(names.isEmpty()
                 ? QStringLiteral("Norva: no display is connected; the notch waits for one")
                 : QStringLiteral("Norva: the notch shows on ") + names.join(QStringLiteral(", ")));
     QStringList pageIds;
     for (const FeaturePage& page : m_shell->pages())
         pageIds << page.id;
-    for (const DisplayInfo& display : chosen) {
-        // Found by the identifier, which tells apart screens that share a connector name.
-        QScreen* screen = connected[displays.indexOf(display)].screen;
-        auto overlay =
-            std::make_unique<NotchOverlay>(m_engine, screen, display, m_clock, settings, m_drawingPath);
+    for (const ConnectedDisplay& each : chosen) {
+        auto overlay = std::make_unique<NotchOverlay>(m_engine, each.screen, each.display, m_clock, settings,
+                                                      m_drawingPath);
         if (!overlay->isValid())
             continue;
         overlay->notch()->setPages(pageIds);

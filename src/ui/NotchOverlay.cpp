@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "app/Platform.h"
+#include "notch/ConnectedDisplays.h"
 #include "notch/KeyboardHandback.h"
 #include "notch/NotchLayout.h"
 #include "notch/NotchWindowPlatform.h"
@@ -22,14 +23,7 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
       m_shape(NotchLayout::closedSize({})), m_bottomRadius(0)
 {
     m_size = NotchLayout::windowSize(m_shape, m_shape, false, {});
-    m_notch.setFullscreenProbe([this] {
-        if (!m_screen)
-            return false;
-        // Qt keeps a scaled display's origin in the display server's pixels and scales its size.
-        const QRect logical = m_screen->geometry();
-        const QSize native = (QSizeF(logical.size()) * m_screen->devicePixelRatio()).toSize();
-        return Platform::frontWindowIsFullscreenOn(QRect(logical.topLeft(), native));
-    });
+    m_notch.setFullscreenProbe([this] { return m_screen && fullscreenWindowOn(*m_screen); });
     // The open panel grows with its page as far as this display has room for.
     const auto followDisplayHeight = [this] {
         if (m_screen)
