@@ -11,11 +11,7 @@ ActivitySettings::ActivitySettings(SettingsStore& store, QObject* parent) : QObj
     for (const QString& word : switchWords())
         keys << keyFor(word);
     // Only its own keys wake the switches, from Norva or from an edit outside it.
-    m_store.watch(keys);
-    connect(&m_store, &SettingsStore::keyChanged, this, [this, keys](const QString& key) {
-        if (keys.contains(key))
-            emit switchesChanged();
-    });
+    m_store.follow(keys, this, [this](const QString&) { emit switchesChanged(); });
 }
 
 QString ActivitySettings::keyFor(const QString& switchWord)

@@ -22,11 +22,7 @@ const QStringList& AgentSettings::keys()
 
 AgentSettings::AgentSettings(SettingsStore& store, QObject* parent) : QObject(parent), m_store(store)
 {
-    m_store.watch(keys());
-    connect(&m_store, &SettingsStore::keyChanged, this, [this](const QString& key) {
-        if (keys().contains(key))
-            emit changed();
-    });
+    m_store.follow(keys(), this, [this](const QString&) { emit changed(); });
 }
 
 bool AgentSettings::answerPromptsOnNotch() const

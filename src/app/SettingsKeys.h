@@ -12,26 +12,14 @@ inline const QString openHoverDelay = QStringLiteral("openHoverDelay");
 inline const QString showMenuBarIcon = QStringLiteral("showMenuBarIcon");
 inline const QString fullscreenGuard = QStringLiteral("fullscreenGuard");
 inline const QString hoverHaptics = QStringLiteral("hoverHaptics");
-inline const QString autoShelfScreenshots = QStringLiteral("autoShelfScreenshots");
 inline const QString displayChoice = QStringLiteral("displayChoice.v1");
 inline const QString showOnAllDisplays = QStringLiteral("showOnAllDisplays");
-inline const QString notesMirrorEnabled = QStringLiteral("notesMirror.enabled");
-inline const QString notesMirrorFolder = QStringLiteral("notesMirror.folder");
-inline const QString replaceSystemHUD = QStringLiteral("replaceSystemHUD");
-inline const QString autoHidePausedMedia = QStringLiteral("autoHidePausedMedia");
 
 inline const QString musicLeft = QStringLiteral("music.left.v1");
 inline const QString musicRight = QStringLiteral("music.right.v1");
-inline const QString musicKeepPaused = QStringLiteral("music.keepPaused.v1");
-inline const QString musicSongPeek = QStringLiteral("music.songPeek.v1");
-inline const QString musicScrollVolume = QStringLiteral("music.scrollVolume.v1");
 inline const QString peekOnHover = QStringLiteral("notch.peekOnHover.v1");
 inline const QString peekDelay = QStringLiteral("notch.peekDelay.v1");
 inline const QString notchMotion = QStringLiteral("notch.motion.v1");
-
-inline const QString todosList = QStringLiteral("todos.list.v1");
-inline const QString shelfOpenOnDrop = QStringLiteral("shelf.openOnDrop.v1");
-inline const QString shelfKeep = QStringLiteral("shelf.keep.v1");
 
 // Keys of the same preferences that the store does not watch; their owners read them directly.
 inline const QString hasLaunchedBefore = QStringLiteral("hasLaunchedBefore");

@@ -41,13 +41,6 @@ QString describe(const QVariant& value)
     }
 }
 
-bool isNumber(const QVariant& value)
-{
-    const int type = value.typeId();
-    return type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int ||
-           type == QMetaType::ULongLong || type == QMetaType::UInt || type == QMetaType::Float;
-}
-
 int decimalsOf(double step)
 {
     int decimals = 0;
@@ -121,15 +114,9 @@ SettingsStore::~SettingsStore()
 const QStringList& SettingsStore::watchedKeys()
 {
     static const QStringList keys = [] {
-        QStringList list = {K::openOnHover, K::openHoverDelay, K::showMenuBarIcon, K::fullscreenGuard,
-                            K::hoverHaptics, K::autoShelfScreenshots, K::displayChoice, K::showOnAllDisplays,
-                            K::notesMirrorEnabled, K::notesMirrorFolder, K::replaceSystemHUD,
-                            K::autoHidePausedMedia,
-                            // music and notch
-                            K::musicLeft, K::musicRight, K::musicKeepPaused, K::musicSongPeek,
-                            K::musicScrollVolume, K::peekOnHover, K::peekDelay, K::notchMotion};
-        list << K::todosList << K::shelfOpenOnDrop << K::shelfKeep;
-        return list;
+        return QStringList{K::openOnHover,  K::openHoverDelay, K::showMenuBarIcon,   K::fullscreenGuard,
+                           K::hoverHaptics, K::displayChoice,  K::showOnAllDisplays, K::musicLeft,
+                           K::musicRight,   K::peekOnHover,    K::peekDelay,         K::notchMotion};
     }();
     return keys;
 }
@@ -145,6 +132,16 @@ void SettingsStore::watch(const QStringList& keys)
         if (values.contains(key))
             m_snapshot.insert(key, values.value(key));
     }
+}
+
+void SettingsStore::follow(const QStringList& keys, QObject* receiver,
+                           std::function<void(const QString&)> onKey)
+{
+    watch(keys);
+    connect(this, &SettingsStore::keyChanged, receiver, [keys, onKey = std::move(onKey)](const QString& key) {
+        if (keys.contains(key))
+            onKey(key);
+    });
 }
 
 QVariantMap SettingsStore::takeSnapshot(const QStringList& keys) const
@@ -282,24 +279,28 @@ std::optional<QString> SettingsStore::storedText(const QString& key, const QStri
     return raw->toString();
 }
 
-template <typename Enum>
-std::optional<Enum> SettingsStore::storedChoice(const QString& key, const QString& expected,
-                                                const QList<std::pair<QString, Enum>>& cases) const
+std::optional<QVariant> SettingsStore::storedChecked(const QString& key,
+                                                     const std::function<bool(const QVariant&)>& accepts,
+                                                     const QString& expected) const
 {
     const auto raw = readRaw(key);
     if (!raw)
         return std::nullopt;
-    if (raw->typeId() == QMetaType::QString) {
-        for (const auto& [text, value] : cases) {
-            if (text == raw->toString())
-                return value;
-        }
+    if (!accepts(*raw)) {
+        reportUnreadable(key, *raw, expected);
+        return std::nullopt;
     }
-    reportUnreadable(key, *raw, expected);
-    return std::nullopt;
+    return raw;
 }
 
 // ---- number helpers ----
+
+bool SettingsStore::isNumber(const QVariant& value)
+{
+    const int type = value.typeId();
+    return type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int ||
+           type == QMetaType::ULongLong || type == QMetaType::UInt || type == QMetaType::Float;
+}
 
 double SettingsStore::hoverDelay(double fraction)
 {
@@ -366,14 +367,6 @@ bool SettingsStore::hoverHaptics() const
 {
     return flag(K::hoverHaptics, true);
 }
-bool SettingsStore::autoShelfScreenshots() const
-{
-    return flag(K::autoShelfScreenshots, true);
-}
-void SettingsStore::setAutoShelfScreenshots(bool on)
-{
-    write(on, K::autoShelfScreenshots);
-}
 
 DisplayChoice SettingsStore::displayChoice() const
 {
@@ -390,21 +383,7 @@ void SettingsStore::setDisplayChoice(const DisplayChoice& choice)
     write(choice.raw(), K::displayChoice);
 }
 
-bool SettingsStore::notesMirrorEnabled() const
-{
-    return flag(K::notesMirrorEnabled, false);
-}
-QString SettingsStore::notesMirrorFolder() const
-{
-    return storedText(K::notesMirrorFolder).value_or(QString());
-}
-
-bool SettingsStore::replaceSystemHUD() const
-{
-    return flag(K::replaceSystemHUD, false);
-}
-
-// ---- music and notch ----
+// ---- closed notch ----
 
 std::optional<QString> SettingsStore::musicLeft() const
 {
@@ -414,30 +393,7 @@ std::optional<QString> SettingsStore::musicRight() const
 {
     return storedText(K::musicRight);
 }
-KeepPaused SettingsStore::keepPaused() const
-{
-    const QString expected = QStringLiteral("10, 30, 60 or 0 seconds");
-    if (const auto raw = readRaw(K::musicKeepPaused)) {
-        const double seconds = raw->toDouble();
-        if (isNumber(*raw) && (seconds == 10 || seconds == 30 || seconds == 60 || seconds == 0))
-            return static_cast<KeepPaused>(static_cast<int>(seconds));
-        reportUnreadable(K::musicKeepPaused, *raw, expected);
-    }
-    return flag(K::autoHidePausedMedia, true) ? KeepPaused::thirtySeconds : KeepPaused::never;
-}
-void SettingsStore::setKeepPaused(KeepPaused keep)
-{
-    write(qint64(static_cast<int>(keep)), K::musicKeepPaused);
-}
 
-bool SettingsStore::songPeek() const
-{
-    return flag(K::musicSongPeek, true);
-}
-bool SettingsStore::scrollVolume() const
-{
-    return flag(K::musicScrollVolume, true);
-}
 bool SettingsStore::peekOnHover() const
 {
     return flag(K::peekOnHover, true);
@@ -462,56 +418,6 @@ NotchMotion SettingsStore::motion() const
     static const QList<std::pair<QString, NotchMotion>> cases = {
         {QStringLiteral("full"), NotchMotion::full}, {QStringLiteral("reduced"), NotchMotion::reduced}};
     return storedChoice(K::notchMotion, QStringLiteral("full or reduced"), cases).value_or(NotchMotion::full);
-}
-
-// ---- to-dos, shelf ----
-
-std::optional<QString> SettingsStore::todosList() const
-{
-    return storedText(K::todosList, QStringLiteral("a Reminders list"));
-}
-bool SettingsStore::shelfOpenOnDrop() const
-{
-    return flag(K::shelfOpenOnDrop, true);
-}
-
-QString SettingsStore::shelfKeepText(ShelfKeep keep)
-{
-    switch (keep) {
-    case ShelfKeep::forever:
-        return QStringLiteral("forever");
-    case ShelfKeep::day:
-        return QStringLiteral("day");
-    case ShelfKeep::week:
-        return QStringLiteral("week");
-    }
-    return {};
-}
-
-std::optional<ShelfKeep> SettingsStore::shelfKeepFrom(const QString& raw)
-{
-    for (ShelfKeep keep : {ShelfKeep::forever, ShelfKeep::day, ShelfKeep::week}) {
-        if (shelfKeepText(keep) == raw)
-            return keep;
-    }
-    return std::nullopt;
-}
-
-ShelfKeep SettingsStore::shelfKeep() const
-{
-    const auto raw = readRaw(K::shelfKeep);
-    if (!raw)
-        return ShelfKeep::forever;
-    if (raw->typeId() == QMetaType::QString) {
-        if (auto keep = shelfKeepFrom(raw->toString()))
-            return *keep;
-    }
-    reportUnreadable(K::shelfKeep, *raw, QStringLiteral("forever, a day or a week"));
-    return ShelfKeep::forever;
-}
-void SettingsStore::setShelfKeep(ShelfKeep keep)
-{
-    write(shelfKeepText(keep), K::shelfKeep);
 }
 
 // ---- launch at login ----

@@ -9,6 +9,7 @@
 #include <QSet>
 #include <QVariantMap>
 
+#include <functional>
 #include <optional>
 
 namespace norva {
@@ -27,8 +28,6 @@ class SettingsStore : public QObject {
     Q_PROPERTY(QString fullscreenGuard READ fullscreenGuard WRITE setFullscreenGuard NOTIFY changed)
     Q_PROPERTY(bool peekOnHover READ peekOnHover WRITE setPeekOnHover NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
-    Q_PROPERTY(
-        bool autoShelfScreenshots READ autoShelfScreenshots WRITE setAutoShelfScreenshots NOTIFY changed)
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY launchAtLoginChanged)
 
 public:
@@ -47,8 +46,35 @@ public:
     bool flag(const QString& key, bool fallback) const { return storedFlag(key).value_or(fallback); }
     // Every write goes through here: none removes the key.
     void write(const std::optional<QVariant>& value, const QString& key);
-    // Adds keys whose outside changes are told (keyChanged, changed); a feature's settings call it.
+    // A stored value the feature checks itself: the value when `accepts` takes it; otherwise
+    // nothing, and the unreadable line is logged once.
+    std::optional<QVariant> storedChecked(const QString& key,
+                                          const std::function<bool(const QVariant&)>& accepts,
+                                          const QString& expected) const;
+    // A stored text that names one of the cases.
+    template <typename Enum>
+    std::optional<Enum> storedChoice(const QString& key, const QString& expected,
+                                     const QList<std::pair<QString, Enum>>& cases) const
+    {
+        std::optional<Enum> chosen;
+        storedChecked(
+            key,
+            [&](const QVariant& raw) {
+                for (const auto& [text, value] : cases) {
+                    if (raw.typeId() == QMetaType::QString && raw.toString() == text)
+                        chosen = value;
+                }
+                return chosen.has_value();
+            },
+            expected);
+        return chosen;
+    }
+    static bool isNumber(const QVariant& value);
+    // Adds keys whose outside changes are told (keyChanged, changed).
     void watch(const QStringList& keys);
+    // Watches the keys and calls onKey, on the receiver's side, for each change of one of them,
+    // outside edits included: a feature's settings type turns that into its own change signals.
+    void follow(const QStringList& keys, QObject* receiver, std::function<void(const QString& key)> onKey);
 
     // Turns a slider position 0...1 into the hover-open delay in seconds.
     static double hoverDelay(double fraction);
@@ -65,21 +91,12 @@ public:
     QString fullscreenGuard() const; // "normal", "longer" or "click"
     void setFullscreenGuard(const QString& value);
     bool hoverHaptics() const;
-    bool autoShelfScreenshots() const;
-    void setAutoShelfScreenshots(bool on);
     DisplayChoice displayChoice() const;
     void setDisplayChoice(const DisplayChoice& choice);
-    bool notesMirrorEnabled() const;
-    QString notesMirrorFolder() const;
-    bool replaceSystemHUD() const;
 
-    // --- music and notch ---
+    // --- the closed notch: what sits beside it, peeking and motion ---
     std::optional<QString> musicLeft() const;
     std::optional<QString> musicRight() const;
-    KeepPaused keepPaused() const;
-    void setKeepPaused(KeepPaused keep);
-    bool songPeek() const;
-    bool scrollVolume() const;
     bool peekOnHover() const;
     void setPeekOnHover(bool on);
     double peekDelay() const;
@@ -87,20 +104,12 @@ public:
     NotchMotion motion() const;
     bool reducedMotion() const { return motion() == NotchMotion::reduced; }
 
-    // --- to-dos, shelf ---
-    std::optional<QString> todosList() const;
-    bool shelfOpenOnDrop() const;
-    ShelfKeep shelfKeep() const;
-    void setShelfKeep(ShelfKeep keep);
-
     // Registers or removes Norva as a program started at login.
     bool launchAtLogin() const;
     void setLaunchAtLogin(bool on);
 
     // The keys the store itself watches; features add theirs with watch().
     static const QStringList& watchedKeys();
-    static QString shelfKeepText(ShelfKeep keep);
-    static std::optional<ShelfKeep> shelfKeepFrom(const QString& raw);
 
 signals:
     // Fired once for each changed key (a watched key changed outside, or any own write), always
@@ -115,9 +124,6 @@ private:
     void publish(const QStringList& keys);
     std::optional<QVariant> readRaw(const QString& key) const;
     void reportUnreadable(const QString& key, const QVariant& stored, const QString& expected) const;
-    template <typename Enum>
-    std::optional<Enum> storedChoice(const QString& key, const QString& expected,
-                                     const QList<std::pair<QString, Enum>>& cases) const;
 
     PreferencesDatabase& m_database;
     const QString m_ownWriteKey;

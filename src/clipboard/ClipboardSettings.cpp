@@ -11,11 +11,10 @@ const QString ClipboardSettings::kLimitKey = QStringLiteral("clipboardLimit");
 
 ClipboardSettings::ClipboardSettings(SettingsStore& store, QObject* parent) : QObject(parent), m_store(store)
 {
-    m_store.watch({kHistoryKey, kLimitKey});
-    connect(&m_store, &SettingsStore::keyChanged, this, [this](const QString& key) {
+    m_store.follow({kHistoryKey, kLimitKey}, this, [this](const QString& key) {
         if (key == kHistoryKey)
             emit historyChanged();
-        else if (key == kLimitKey)
+        else
             emit limitChanged();
     });
 }

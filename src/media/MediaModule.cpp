@@ -8,10 +8,11 @@ namespace norva {
 
 MediaModule::MediaModule(Shell& shell) : m_shell(shell)
 {
+    m_settings = std::make_unique<MusicSettings>(shell.settings());
     m_lyrics = std::make_unique<LyricsManager>(shell.clock());
     m_lyrics->follow(shell.settings());
     m_lyrics->watchReachability();
-    m_music = std::make_unique<MusicManager>(shell.clock(), &shell.settings(),
+    m_music = std::make_unique<MusicManager>(shell.clock(), m_settings.get(),
                                              MusicManager::systemBackends(shell.clock()), m_lyrics.get(),
                                              Platform::makeOutputVolume(shell.clock()));
 }
@@ -26,8 +27,7 @@ void MediaModule::start()
     }
     if (m_shell.demoShows(DemoScene::Sample::volume))
         m_volumeDemo = std::make_unique<VolumeDemo>(m_shell.activities(), m_shell.clock());
-    m_volumeActivity =
-        std::make_unique<VolumeActivityPublisher>(*m_music, m_shell.activities(), m_shell.settings());
+    m_volumeActivity = std::make_unique<VolumeActivityPublisher>(*m_music, m_shell.activities(), *m_settings);
     // The closed face makes room for the music ears while a player has a session.
     ClosedFaceModel* face = &m_shell.closedFace();
     const auto followMusic = [this, face] { face->setMusicPlaying(m_music->hasActiveSession()); };

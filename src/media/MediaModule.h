@@ -2,6 +2,7 @@
 
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
+#include "media/MusicSettings.h"
 #include "media/VolumeActivityPublisher.h"
 #include "media/VolumeDemo.h"
 #include "shell/FeatureModule.h"
@@ -28,6 +29,7 @@ public:
 
 private:
     Shell& m_shell;
+    std::unique_ptr<MusicSettings> m_settings;
     std::unique_ptr<LyricsManager> m_lyrics;
     std::unique_ptr<MusicManager> m_music;
     std::unique_ptr<VolumeActivityPublisher> m_volumeActivity;

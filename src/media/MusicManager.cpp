@@ -2,11 +2,11 @@
 
 #include "app/Background.h"
 #include "app/Log.h"
-#include "app/SettingsStore.h"
 #include "media/AlbumTintReader.h"
 #include "media/LyricsManager.h"
 #include "media/MediaPlatform.h"
 #include "media/MediaRemoteAdapterBackend.h"
+#include "media/MusicSettings.h"
 #include "media/ScriptingBackend.h"
 
 #include <cmath>
@@ -32,7 +32,7 @@ MusicManager::Backends MusicManager::systemBackends(Clock& clock)
     return backends;
 }
 
-MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics,
+MusicManager::MusicManager(Clock& clock, MusicSettings* settings, Backends backends, LyricsManager* lyrics,
                            std::unique_ptr<OutputVolume> outputVolume, QObject* parent)
     : QObject(parent), m_clock(clock), m_settings(settings), m_backends(std::move(backends)),
       m_lyrics(lyrics), m_outputVolume(std::move(outputVolume)), m_songPeek(clock)
@@ -46,11 +46,10 @@ MusicManager::MusicManager(Clock& clock, SettingsStore* settings, Backends backe
             m_volumeMuted = muted;
             emit volumeChanged();
         });
-    if (m_settings)
-        connect(m_settings, &SettingsStore::changed, this, [this] {
-            emit reducesMotionChanged();
-            updateActiveSession();
-        });
+    if (m_settings) {
+        connect(m_settings, &MusicSettings::reducedMotionChanged, this, &MusicManager::reducesMotionChanged);
+        connect(m_settings, &MusicSettings::keepPausedChanged, this, &MusicManager::updateActiveSession);
+    }
 }
 
 MusicManager::~MusicManager()

@@ -18,7 +18,7 @@
 namespace norva {
 
 class LyricsManager;
-class SettingsStore;
+class MusicSettings;
 
 // The one source of what plays, for the closed notch's music ears, the music page and the lyrics
 // pane. Runs the adapter backend when it is there and falls back to scripting the players once,
@@ -66,7 +66,7 @@ public:
     static Backends systemBackends(Clock& clock);
 
     // Without an `outputVolume`, setting the volume fails with the usual notice.
-    MusicManager(Clock& clock, SettingsStore* settings, Backends backends, LyricsManager* lyrics = nullptr,
+    MusicManager(Clock& clock, MusicSettings* settings, Backends backends, LyricsManager* lyrics = nullptr,
                  std::unique_ptr<OutputVolume> outputVolume = {}, QObject* parent = nullptr);
     ~MusicManager() override;
 
@@ -166,7 +166,7 @@ private:
     void prefetchLyrics();
 
     Clock& m_clock;
-    SettingsStore* m_settings;
+    MusicSettings* m_settings;
     Backends m_backends;
     LyricsManager* m_lyrics;
     std::unique_ptr<OutputVolume> m_outputVolume;

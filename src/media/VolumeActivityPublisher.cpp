@@ -2,20 +2,20 @@
 
 #include "activities/LiveActivityCoordinator.h"
 #include "activities/VolumeActivity.h"
-#include "app/SettingsStore.h"
 #include "media/MusicManager.h"
+#include "media/MusicSettings.h"
 
 #include <utility>
 
 namespace norva {
 
 VolumeActivityPublisher::VolumeActivityPublisher(MusicManager& music, LiveActivityCoordinator& coordinator,
-                                                 SettingsStore& settings, QObject* parent)
+                                                 MusicSettings& settings, QObject* parent)
     : QObject(parent), m_music(music), m_coordinator(coordinator), m_settings(settings)
 {
     connect(&music, &MusicManager::volumeChanged, this, [this] {
         const bool firstReading = !std::exchange(m_levelKnown, true);
-        if (!firstReading && m_settings.replaceSystemHUD())
+        if (!firstReading && m_settings.showVolumeChanges())
             publish(m_music.volume(), m_music.volumeMuted());
     });
     // Scrolling shows where the level is going at once, before the sound server has answered.

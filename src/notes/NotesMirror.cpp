@@ -2,7 +2,6 @@
 
 #include "app/AtomicFile.h"
 #include "app/Log.h"
-#include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
 #include "notes/FileTrouble.h"
 #include "notes/MarkdownNote.h"
@@ -46,14 +45,18 @@ QString NotesMirror::reason(const QString& systemWords)
     return plainFileTrouble(systemWords);
 }
 
+const QString NotesMirror::kEnabledKey = QStringLiteral("notesMirror.enabled");
+const QString NotesMirror::kFolderKey = QStringLiteral("notesMirror.folder");
+
 void NotesMirror::follow(SettingsStore& settings)
 {
     m_settings = &settings;
     const auto read = [this] {
         if (m_settings)
-            setConfig({m_settings->notesMirrorEnabled(), m_settings->notesMirrorFolder()});
+            setConfig({m_settings->flag(kEnabledKey, false),
+                       m_settings->storedText(kFolderKey).value_or(QString())});
     };
-    connect(&settings, &SettingsStore::changed, this, read);
+    settings.follow({kEnabledKey, kFolderKey}, this, [read](const QString&) { read(); });
     read();
 }
 
@@ -69,7 +72,7 @@ void NotesMirror::setConfig(const Config& config)
 void NotesMirror::setEnabled(bool on)
 {
     if (m_settings)
-        m_settings->write(on, SettingsKeys::notesMirrorEnabled);
+        m_settings->write(on, kEnabledKey);
     setConfig({on, m_config.folder});
 }
 
@@ -81,7 +84,7 @@ void NotesMirror::setFolder(const QString& folder)
     else if (local == QLatin1String("~") || local.startsWith(QLatin1String("~/")))
         local = QDir::homePath() + local.mid(1);
     if (m_settings)
-        m_settings->write(local, SettingsKeys::notesMirrorFolder);
+        m_settings->write(local, kFolderKey);
     setConfig({m_config.enabled, local});
 }
 

@@ -48,7 +48,10 @@ public:
     NotesMirror(Clock& clock, QuickNotesStore& store, NotesFileOps& files, const QString& dataFolder,
                 QObject* parent = nullptr);
 
-    // Follows "notesMirror.enabled" and "notesMirror.folder".
+    static const QString kEnabledKey; // "notesMirror.enabled", off when absent
+    static const QString kFolderKey;  // "notesMirror.folder": the folder the notes are written to
+
+    // Follows its two preferences, edits outside Norva included.
     void follow(SettingsStore& settings);
     void setConfig(const Config& config);
     const Config& config() const { return m_config; }

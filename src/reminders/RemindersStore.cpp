@@ -50,6 +50,8 @@ bool inView(const Reminder& reminder, const TodoView& view, const QDateTime& now
 
 } // namespace
 
+const QString RemindersStore::kListKey = QStringLiteral("todos.list.v1");
+
 RemindersStore::RemindersStore(Clock& clock, SettingsStore* settings, QObject* parent)
     : QObject(parent), m_clock(clock), m_settings(settings), m_keeping(settings)
 {}
@@ -198,7 +200,7 @@ QList<Reminder> RemindersStore::rows(const TodoView& view, bool showCompleted) c
 std::optional<TodoList> RemindersStore::defaultCalendar() const
 {
     if (m_settings) {
-        if (const auto chosen = m_settings->todosList()) {
+        if (const auto chosen = m_settings->storedText(kListKey, QStringLiteral("a Reminders list"))) {
             for (const TodoList& list : m_lists)
                 if (list.id == *chosen)
                     return list;

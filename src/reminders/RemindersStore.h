@@ -33,6 +33,8 @@ class RemindersStore : public QObject {
 
 public:
     enum class Access { loading, granted, noFolder };
+    // "todos.list.v1": the list a new to-do goes to when none is named (read when one is added).
+    static const QString kListKey;
 
     // Follows the calendar folders at `root` (see VdirRoot::locate).
     RemindersStore(QString root, SettingsStore& settings, Clock& clock, QObject* parent = nullptr);

@@ -1,8 +1,8 @@
 #include "settings/SettingsWindowModel.h"
 
 #include "app/Log.h"
-#include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
+#include "media/MusicSettings.h"
 #include "settings/SettingsCatalog.h"
 
 #include <cmath>
@@ -118,8 +118,9 @@ QVariant SettingsWindowModel::value(const QString& key) const
         return m_settings.launchAtLogin();
     if (key == SettingsCatalog::displayChoiceKey)
         return m_settings.displayChoice().raw();
-    if (key == SettingsKeys::musicKeepPaused)
-        return qint64(static_cast<int>(m_settings.keepPaused()));
+    // Shown as stored, or as the older on/off form of it read as seconds.
+    if (key == MusicSettings::kKeepPausedKey)
+        return qint64(static_cast<int>(MusicSettings::keepPausedIn(m_settings)));
     switch (row->kind) {
     case SettingDescription::Kind::toggle:
         return m_settings.storedFlag(key).value_or(row->fallback.toBool());

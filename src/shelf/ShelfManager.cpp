@@ -3,8 +3,8 @@
 #include "app/Background.h"
 #include "app/CountText.h"
 #include "app/Log.h"
-#include "app/SettingsStore.h"
 #include "shelf/ScreenshotSource.h"
+#include "shelf/ShelfSettings.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -55,7 +55,7 @@ QString linkFileBase(const QUrl& url)
 const QString ShelfManager::kOwnedFolderName = QStringLiteral("Shelf");
 
 ShelfManager::ShelfManager(SettingsStore& settings, Clock& clock, const QString& dataFolder, QObject* parent)
-    : QObject(parent), m_settings(settings), m_clock(clock),
+    : QObject(parent), m_settings(std::make_unique<ShelfSettings>(settings)), m_clock(clock),
       m_list(QDir(dataFolder).filePath(kListFile), kArea, clock),
       m_owned(QDir(dataFolder).filePath(kOwnedFolderName), kArea, QStringLiteral("file"),
               QStringLiteral("the shelf"))
@@ -80,7 +80,7 @@ void ShelfManager::setScreenshotSource(ScreenshotSource* source)
     if (!source)
         return;
     connect(source, &ScreenshotSource::screenshotSaved, this, [this](const QString& path) {
-        if (!m_settings.autoShelfScreenshots())
+        if (!m_settings->screenshots())
             return;
         if (shelve(path, true))
             emit screenshotLanded(path);
@@ -93,7 +93,8 @@ void ShelfManager::start()
     load();
     applyRetention();
     m_retentionWork = m_clock.every(kRetentionCheck, [this] { applyRetention(); });
-    connect(&m_settings, &SettingsStore::changed, this, &ShelfManager::applyRetention, Qt::UniqueConnection);
+    connect(m_settings.get(), &ShelfSettings::keepChanged, this, &ShelfManager::applyRetention,
+            Qt::UniqueConnection);
     if (m_screenshots)
         m_screenshots->start();
     emit shelfActivity(int(m_items.size()));
@@ -101,7 +102,7 @@ void ShelfManager::start()
 
 bool ShelfManager::openOnDrop() const
 {
-    return m_settings.shelfOpenOnDrop();
+    return m_settings->openOnDrop();
 }
 
 const ShelfManager::Item* ShelfManager::find(const QUuid& id) const
@@ -232,7 +233,7 @@ void ShelfManager::moved(const QUuid& id, const QString& newPath)
 
 void ShelfManager::applyRetention()
 {
-    const ShelfKeep keep = m_settings.shelfKeep();
+    const ShelfKeep keep = m_settings->keep();
     if (keep == ShelfKeep::forever)
         return;
     const double limit = keep == ShelfKeep::day ? kDaySeconds : 7 * kDaySeconds;

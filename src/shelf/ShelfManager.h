@@ -10,12 +10,14 @@
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace norva {
 
 class ScreenshotSource;
 class SettingsStore;
+class ShelfSettings;
 
 // Holds the files waiting on the shelf: what was dropped on the notch or the panel and new
 // screenshots. Dropped content that has no file of its own (a picture, a link) gets one in the
@@ -82,7 +84,7 @@ private:
     void keepDroppedLink(const QUrl& url);
     void shelveKept(const std::optional<QString>& path, const QString& failure);
 
-    SettingsStore& m_settings;
+    std::unique_ptr<ShelfSettings> m_settings;
     Clock& m_clock;
     QList<Item> m_items; // before the list file, which saves it one last time when it goes
     StoredList m_list;

@@ -28,17 +28,17 @@ WeatherSettings::WeatherSettings(SettingsStore& store, QObject* parent) : QObjec
     const QStringList addressKeys{kForecastAddressKey, kGeocodingAddressKey, kLocationAddressKey,
                                   kLocationFallbackAddressKey};
     const QStringList placeKeys{kPlaceLatitudeKey, kPlaceLongitudeKey, kPlaceNameKey};
-    m_store.watch(addressKeys + placeKeys + QStringList{kUnitKey, kClosedNotchKey});
-    connect(&m_store, &SettingsStore::keyChanged, this, [this, addressKeys, placeKeys](const QString& key) {
-        if (addressKeys.contains(key))
-            emit addressesChanged();
-        else if (placeKeys.contains(key))
-            emit placeChanged();
-        else if (key == kUnitKey)
-            emit unitChanged();
-        else if (key == kClosedNotchKey)
-            emit closedNotchChanged();
-    });
+    m_store.follow(addressKeys + placeKeys + QStringList{kUnitKey, kClosedNotchKey}, this,
+                   [this, addressKeys, placeKeys](const QString& key) {
+                       if (addressKeys.contains(key))
+                           emit addressesChanged();
+                       else if (placeKeys.contains(key))
+                           emit placeChanged();
+                       else if (key == kUnitKey)
+                           emit unitChanged();
+                       else if (key == kClosedNotchKey)
+                           emit closedNotchChanged();
+                   });
 }
 
 QUrl WeatherSettings::addressOf(const QString& key, const QString& fallback) const

@@ -145,7 +145,7 @@ private slots:
         QCOMPARE(TempHome::read(path), junk);
         if (startFinishesFirst)
             QCoreApplication::processEvents();
-        store.setKeepPaused(KeepPaused::sixtySeconds);
+        store.setPeekOnHover(false);
         QCoreApplication::processEvents();
         const QStringList lines = log.lines();
         QCOMPARE(lines.size(), startFinishesFirst ? 2 : 1);
@@ -155,7 +155,7 @@ private slots:
                                      .entryList({QStringLiteral("preferences.toml.unreadable-*")});
         QCOMPARE(kept.size(), 1);
         QCOMPARE(TempHome::read(home.file(QStringLiteral("prefs/") + kept.first())), junk);
-        QCOMPARE(store.keepPaused(), KeepPaused::sixtySeconds);
+        QCOMPARE(store.peekOnHover(), false);
     }
 
     void aSaveThatAQuitLeftHalfWrittenIsClearedAtStart()

@@ -4,6 +4,8 @@
 
 #include "app/SettingsKeys.h"
 #include "app/SettingsStore.h"
+#include "media/MusicSettings.h"
+#include "shelf/ShelfSettings.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -100,15 +102,14 @@ private slots:
         QTest::addColumn<QVariant>("stored");
         QTest::addColumn<QString>("expectation");
         QTest::newRow("keepPaused 45")
-            << SettingsKeys::musicKeepPaused << QVariant(qint64(45)) << "10, 30, 60 or 0 seconds";
+            << MusicSettings::kKeepPausedKey << QVariant(qint64(45)) << "10, 30, 60 or 0 seconds";
         QTest::newRow("flag holding text")
             << SettingsKeys::openOnHover << QVariant(QStringLiteral("yes")) << "on or off";
         QTest::newRow("number holding text")
             << SettingsKeys::openHoverDelay << QVariant(QStringLiteral("0,3")) << "a number";
         QTest::newRow("motion") << SettingsKeys::notchMotion << QVariant(true) << "full or reduced";
-        QTest::newRow("shelf keep") << SettingsKeys::shelfKeep << QVariant(QStringLiteral("month"))
+        QTest::newRow("shelf keep") << ShelfSettings::kKeepKey << QVariant(QStringLiteral("month"))
                                     << "forever, a day or a week";
-        QTest::newRow("todos list") << SettingsKeys::todosList << QVariant(qint64(3)) << "a Reminders list";
         QTest::newRow("not finite") << SettingsKeys::peekDelay << QVariant(qQNaN()) << "a number";
     }
 
@@ -123,14 +124,15 @@ private slots:
         LogCapture log;
         MemoryPreferences empty;
         SettingsStore defaults(empty);
+        const MusicSettings music(store);
+        const ShelfSettings shelf(store);
         for (int i = 0; i < 5; ++i) {
             // Every getter reads its key; reading many times still logs once.
-            QCOMPARE(store.keepPaused(), defaults.keepPaused());
+            QCOMPARE(music.keepPaused(), MusicSettings::keepPausedIn(defaults));
             QCOMPARE(store.openOnHover(), defaults.openOnHover());
             QCOMPARE(store.openHoverDelay(), defaults.openHoverDelay());
             QCOMPARE(store.motion(), defaults.motion());
-            QCOMPARE(store.shelfKeep(), defaults.shelfKeep());
-            QCOMPARE(store.todosList(), defaults.todosList());
+            QCOMPARE(shelf.keep(), ShelfKeep::forever);
             QCOMPARE(store.peekDelay(), defaults.peekDelay());
         }
         const QString line = QStringLiteral("Norva settings: reading ") + key;
@@ -147,15 +149,16 @@ private slots:
     void keepPausedFollowsOlderKeyWhenUnreadable()
     {
         MemoryPreferences prefs;
-        prefs.setValue(SettingsKeys::musicKeepPaused, qint64(45));
-        prefs.setValue(SettingsKeys::autoHidePausedMedia, false);
+        prefs.setValue(MusicSettings::kKeepPausedKey, qint64(45));
+        prefs.setValue(MusicSettings::kAutoHidePausedKey, false);
         SettingsStore store(prefs);
+        const MusicSettings music(store);
         LogCapture log;
-        QCOMPARE(store.keepPaused(), KeepPaused::never);
-        prefs.setValue(SettingsKeys::autoHidePausedMedia, true);
-        QCOMPARE(store.keepPaused(), KeepPaused::thirtySeconds);
-        prefs.setValue(SettingsKeys::musicKeepPaused, qint64(60));
-        QCOMPARE(store.keepPaused(), KeepPaused::sixtySeconds);
+        QCOMPARE(music.keepPaused(), KeepPaused::never);
+        prefs.setValue(MusicSettings::kAutoHidePausedKey, true);
+        QCOMPARE(music.keepPaused(), KeepPaused::thirtySeconds);
+        prefs.setValue(MusicSettings::kKeepPausedKey, qint64(60));
+        QCOMPARE(music.keepPaused(), KeepPaused::sixtySeconds);
     }
 
     void clampedNumbers_data()

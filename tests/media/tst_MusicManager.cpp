@@ -10,6 +10,7 @@
 #include "app/SettingsStore.h"
 #include "media/LyricsManager.h"
 #include "media/MusicManager.h"
+#include "media/MusicSettings.h"
 #include "media/ScriptedOutputVolume.h"
 #include "media/VolumeActivityPublisher.h"
 
@@ -84,6 +85,7 @@ class MusicManagerTest : public QObject {
         ManualClock clock;
         test::MemoryPreferences preferences;
         SettingsStore settings{preferences};
+        MusicSettings music{settings};
         QStringList journal;
         FakeBackend* adapter = nullptr;
         FakeBackend* scripting = nullptr;
@@ -106,7 +108,7 @@ class MusicManagerTest : public QObject {
             MusicManager::Backends backends;
             backends.adapter = factory(QStringLiteral("adapter"), adapterFound, adapter);
             backends.scripting = factory(QStringLiteral("scripting"), scriptingExists, scripting);
-            manager = std::make_unique<MusicManager>(clock, &settings, backends, lyrics, std::move(volume));
+            manager = std::make_unique<MusicManager>(clock, &music, backends, lyrics, std::move(volume));
         }
         void deliver(const MediaSnapshot& snapshot)
         {
@@ -258,7 +260,7 @@ private slots:
         QFETCH(double, stillShownAt);
         QFETCH(double, withdrawnAt);
         Rig rig;
-        rig.settings.setKeepPaused(KeepPaused(keep));
+        rig.music.setKeepPaused(KeepPaused(keep));
         rig.manager->start();
         rig.deliver(track(QStringLiteral("A"), true));
         QVERIFY(rig.manager->hasActiveSession());
@@ -279,7 +281,7 @@ private slots:
     void resumingBeforeTheCheckKeepsTheSession()
     {
         Rig rig;
-        rig.settings.setKeepPaused(KeepPaused::tenSeconds);
+        rig.music.setKeepPaused(KeepPaused::tenSeconds);
         rig.manager->start();
         rig.deliver(track(QStringLiteral("A"), true));
         rig.deliver(track(QStringLiteral("A"), false));
@@ -516,7 +518,7 @@ private slots:
         QCOMPARE(volume.asked.size(), 4);
         QCOMPARE(scrolled.size(), 5);
 
-        rig.settings.write(false, SettingsKeys::musicScrollVolume);
+        rig.settings.write(false, MusicSettings::kScrollVolumeKey);
         rig.manager->scrollVolume(1);
         QCOMPARE(volume.asked.size(), 4);
         QCOMPARE(scrolled.size(), 5);
@@ -544,7 +546,7 @@ private slots:
         FakeOutputVolume& volume = *owned;
         Rig rig(nullptr, std::move(owned));
         LiveActivityCoordinator coordinator(rig.clock);
-        VolumeActivityPublisher publisher(*rig.manager, coordinator, rig.settings);
+        VolumeActivityPublisher publisher(*rig.manager, coordinator, rig.music);
         const auto shownLevel = [&coordinator]() -> std::optional<ActivityContent::Level> {
             const LiveActivity* shown = coordinator.find(VolumeActivity::id);
             if (!shown)
@@ -552,7 +554,7 @@ private slots:
             return *shown->content.payload<ActivityContent::Level>();
         };
 
-        rig.settings.write(true, SettingsKeys::replaceSystemHUD);
+        rig.settings.write(true, MusicSettings::kVolumeChangesKey);
         emit volume.changed(0.5, false);
         QVERIFY2(!shownLevel(), "the first reading only learns the level");
         emit volume.changed(0.7, false);
@@ -562,7 +564,7 @@ private slots:
         rig.clock.advance(Seconds(VolumeActivity::hold));
         QVERIFY2(!shownLevel(), "a volume change leaves by itself");
 
-        rig.settings.write(false, SettingsKeys::replaceSystemHUD);
+        rig.settings.write(false, MusicSettings::kVolumeChangesKey);
         emit volume.changed(0.2, false);
         QVERIFY(!shownLevel());
         // Scrolling over the notch always shows, at once, where the level is going.

@@ -9,6 +9,7 @@
 #include "platform/linux/ScreenshotFolderWatcher.h"
 #include "shelf/ScreenshotSource.h"
 #include "shelf/ShelfManager.h"
+#include "shelf/ShelfSettings.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -134,7 +135,7 @@ private slots:
         QFETCH(double, hoursAgo);
         QFETCH(bool, kept);
         Rig rig;
-        rig.settings.setShelfKeep(*SettingsStore::shelfKeepFrom(keep));
+        rig.settings.write(keep, ShelfSettings::kKeepKey);
         const QString mine = rig.home.write(QStringLiteral("Documents/mine.txt"), "mine");
         const QString own = rig.home.write(QStringLiteral("data/Shelf/Image.png"), picture("PNG"));
         const QDateTime added = rig.clock.now().addSecs(qint64(-hoursAgo * 3600));
@@ -156,7 +157,7 @@ private slots:
     void retentionIsCheckedWhileNorvaRuns()
     {
         Rig rig;
-        rig.settings.setShelfKeep(ShelfKeep::day);
+        ShelfSettings(rig.settings).setKeep(ShelfKeep::day);
         const QString file = rig.home.write(QStringLiteral("Documents/a.txt"), "a");
         rig.start();
         rig.shelf->shelve(file);
@@ -165,6 +166,13 @@ private slots:
         rig.clock.advance(Seconds(1 * 3600 + ShelfManager::kRetentionCheck.count()));
         QCOMPARE(rig.shelf->items().size(), 0);
         QVERIFY(QFile::exists(file));
+        // A shorter time chosen while files wait lets the older ones go at once.
+        ShelfSettings(rig.settings).setKeep(ShelfKeep::week);
+        rig.shelf->shelve(file);
+        rig.clock.advance(Seconds(2 * 24 * 3600));
+        QCOMPARE(rig.shelf->items().size(), 1);
+        rig.preferences.outsideChange(ShelfSettings::kKeepKey, QStringLiteral("day"));
+        QTRY_COMPARE(rig.shelf->items().size(), 0);
     }
 
     void droppedFilesAreShelvedByPath()
@@ -320,7 +328,7 @@ private slots:
         QCOMPARE(rig.shelf->items().size(), 1);
         QVERIFY(rig.shelf->items().first().isScreenshot);
         QCOMPARE(landed.size(), 1);
-        rig.settings.setAutoShelfScreenshots(false);
+        rig.settings.write(false, ShelfSettings::kScreenshotsKey);
         screenshots.take(
             rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 2.png"), picture("PNG")));
         QCOMPARE(rig.shelf->items().size(), 1);

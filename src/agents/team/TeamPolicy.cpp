@@ -42,9 +42,8 @@ TeamPolicy::TeamPolicy(SettingsStore& settings, Clock& clock, QString approvalsF
     m_responder->moveToThread(&m_responderThread);
     m_responderThread.start();
     // Only the switched-off set matters here; the view re-reads it through rulesChanged.
-    m_settings.watch({switchedOffKey});
-    connect(&m_settings, &SettingsStore::keyChanged, this, [this](const QString& key) {
-        if (key == switchedOffKey && !m_rules.isEmpty())
+    m_settings.follow({switchedOffKey}, this, [this](const QString&) {
+        if (!m_rules.isEmpty())
             emit rulesChanged();
     });
 }
