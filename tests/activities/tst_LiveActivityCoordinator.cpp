@@ -201,40 +201,31 @@ private slots:
                               "Live activities is off)"}));
     }
 
-    void aParkedActivityUpdatedIntoAToastIsDropped()
+    // A toast shows for a moment only, so it is never parked: published with its switch off, caught
+    // by the switch going off, or a parked activity turning into one, it is gone when the switch is on.
+    void aToastIsNeverParked_data()
     {
+        QTest::addColumn<QString>("steps");
+        QTest::newRow("published with its switch off") << "off, toast";
+        QTest::newRow("its switch goes off while it shows") << "toast, off";
+        QTest::newRow("a parked download finishes") << "off, lasting, toast";
+    }
+    void aToastIsNeverParked()
+    {
+        QFETCH(QString, steps);
         Rig rig;
-        rig.switches.setOn(QStringLiteral("downloads"), false);
-        rig.coordinator.upsert(download(QStringLiteral("dl"), 0.5));
-        QVERIFY(rig.coordinator.isParked("dl"));
-        LiveActivity finished = download(QStringLiteral("dl"), 1.0);
-        finished.hold = 3.0; // "done" shows for a moment only
-        rig.coordinator.upsert(finished);
+        for (const QString& step : steps.split(QStringLiteral(", "))) {
+            LiveActivity finished = download(QStringLiteral("dl"), 1.0);
+            if (step == QLatin1String("toast"))
+                finished.hold = 3.0;
+            if (step == QLatin1String("off"))
+                rig.switches.setOn(QStringLiteral("downloads"), false);
+            else
+                rig.coordinator.upsert(finished);
+        }
         QVERIFY(!rig.coordinator.isParked("dl"));
+        QVERIFY(!rig.coordinator.holdRemaining("dl"));
         rig.switches.setOn(QStringLiteral("downloads"), true);
-        QVERIFY(rig.coordinator.activities().isEmpty());
-    }
-
-    void aVolumeChangeWithItsSwitchOffIsNeverParked()
-    {
-        Rig rig;
-        rig.switches.setOn(QStringLiteral("volume"), false);
-        rig.coordinator.upsert(volumeChange(0.4, 1.5));
-        QVERIFY(!rig.coordinator.isParked("volume"));
-        QVERIFY(rig.coordinator.isRefused("volume"));
-        rig.switches.setOn(QStringLiteral("volume"), true);
-        QVERIFY(rig.coordinator.activities().isEmpty());
-    }
-
-    void aLiveToastWhoseSwitchGoesOffLeavesWithoutParking()
-    {
-        Rig rig;
-        rig.coordinator.upsert(volumeChange(0.4, 1.5));
-        rig.switches.setOn(QStringLiteral("volume"), false);
-        QVERIFY(rig.coordinator.activities().isEmpty());
-        QVERIFY(!rig.coordinator.isParked("volume"));
-        QVERIFY(!rig.coordinator.holdRemaining("volume"));
-        rig.switches.setOn(QStringLiteral("volume"), true);
         QVERIFY(rig.coordinator.activities().isEmpty());
     }
 
@@ -243,25 +234,17 @@ private slots:
         Rig rig;
         rig.coordinator.upsert(download(QStringLiteral("a"), 0.1));
         rig.coordinator.upsert(download(QStringLiteral("b"), 0.1));
+        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
         rig.switches.setOn(QStringLiteral("downloads"), false);
         QSignalSpy changed(&rig.coordinator, &LiveActivityCoordinator::activitiesChanged);
+        LogCapture log;
         rig.coordinator.remove(QStringLiteral("a")); // the download finished meanwhile
         rig.coordinator.remove(QStringLiteral("b"), /*keepingParked*/ true);
-        QCOMPARE(changed.count(), 0); // neither was live: nothing to publish
-        rig.switches.setOn(QStringLiteral("downloads"), true);
-        QCOMPARE(ids(rig.coordinator), QStringList({"b"}));
-    }
-
-    void removingAnIdThatIsNotLiveDoesNothing()
-    {
-        Rig rig;
-        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
-        QSignalSpy changed(&rig.coordinator, &LiveActivityCoordinator::activitiesChanged);
-        LogCapture log;
         rig.coordinator.remove(QStringLiteral("nobody"));
-        QCOMPARE(changed.count(), 0);
+        QCOMPARE(changed.count(), 0); // none was live: nothing to publish, nothing to say
         QVERIFY(log.lines().isEmpty());
-        QCOMPARE(ids(rig.coordinator), QStringList({"timer"}));
+        rig.switches.setOn(QStringLiteral("downloads"), true);
+        QCOMPARE(ids(rig.coordinator), QStringList({"timer", "b"}));
     }
 
     // A toast's hold, step by step: "toast 2" publishes the volume toast held for 2 s, "lasting" the
@@ -431,36 +414,37 @@ private slots:
         QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("b"));
     }
 
-    void promoteOfAnUnknownIdChangesNothing()
+    // A promote that cannot be done says why and leaves the shown activity and the rotation's rhythm.
+    void aPromoteThatCannotBeDoneChangesNothing_data()
     {
+        QTest::addColumn<bool>("pinned");
+        QTest::addColumn<QString>("promoted");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("unknown id") << false << "ghost"
+                                    << "ghost did nothing (it is not live)";
+        QTest::newRow("a pinned activity owns the body") << true << "b"
+                                                         << "b did nothing (a is pinned and owns the body)";
+    }
+    void aPromoteThatCannotBeDoneChangesNothing()
+    {
+        QFETCH(bool, pinned);
+        QFETCH(QString, promoted);
+        QFETCH(QString, why);
         Rig rig;
-        rig.coordinator.upsert(lasting(QStringLiteral("a")));
+        LiveActivity first = lasting(QStringLiteral("a"));
+        first.pinned = pinned;
+        rig.coordinator.upsert(first);
         rig.coordinator.upsert(lasting(QStringLiteral("b")));
         rig.clock.advance(Seconds(1));
         LogCapture log;
         QSignalSpy rotated(&rig.coordinator, &LiveActivityCoordinator::rotated);
-        QVERIFY(!rig.coordinator.promote(QStringLiteral("ghost")));
-        QCOMPARE(log.lines(), QStringList({"Norva activities: promote ghost did nothing (it is not live)"}));
+        QVERIFY(!rig.coordinator.promote(promoted));
+        QCOMPARE(log.lines(), QStringList{QStringLiteral("Norva activities: promote ") + why});
         QCOMPARE(rotated.count(), 0);
         QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("a"));
         rig.clock.advance(Seconds(3)); // the rotation kept its rhythm
-        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("b"));
-    }
-
-    void promoteCannotDisplaceAPinnedActivity()
-    {
-        Rig rig;
-        LiveActivity prompt = lasting(QStringLiteral("agent-1"), 0, ActivityContent::agentPrompt());
-        prompt.pinned = true;
-        rig.coordinator.upsert(prompt);
-        rig.coordinator.upsert(lasting(QStringLiteral("timer")));
-        LogCapture log;
-        QVERIFY(!rig.coordinator.promote(QStringLiteral("timer")));
-        QCOMPARE(log.lines(),
-                 QStringList({"Norva activities: promote timer did nothing (agent-1 is pinned and "
-                              "owns the body)"}));
-        QCOMPARE(*rig.coordinator.shownId(), QStringLiteral("agent-1"));
-        QVERIFY(rig.coordinator.promote(QStringLiteral("agent-1"))); // promoting the pinned one is fine
+        QCOMPARE(*rig.coordinator.shownId(), pinned ? QStringLiteral("a") : QStringLiteral("b"));
+        QVERIFY(rig.coordinator.promote(QStringLiteral("a"))); // promoting the shown one is fine
     }
 
     void aPromotedActivityShowsForAWholeTurnEvenBelowTheTopPriority()
