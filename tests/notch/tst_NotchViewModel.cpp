@@ -140,46 +140,87 @@ private slots:
         QCOMPARE(rig.notch.state(), State::peek);
     }
 
+    // A drag under way keeps the notch closed, not even peeking; it opens on the release only if the
+    // pointer is still there.
+    void heldButtonDelaysOpeningUntilRelease_data()
+    {
+        QTest::addColumn<bool>("leftFirst");
+        QTest::newRow("released over the notch") << false;
+        QTest::newRow("released after leaving") << true;
+    }
     void heldButtonDelaysOpeningUntilRelease()
     {
+        QFETCH(bool, leftFirst);
         Rig rig;
         rig.prefs.setValue(SettingsKeys::openOnHover, true);
         rig.notch.setPressedMouseButtons(1);
         rig.notch.pointerEntered();
-        rig.advance(2);
-        QCOMPARE(rig.notch.state(), State::closed); // not even the peek while a drag is under way
-        rig.notch.setPressedMouseButtons(0);
-        rig.advance(0.06);
-        QCOMPARE(rig.notch.state(), State::open);
-    }
-
-    void releaseAfterPointerLeftDoesNotOpen()
-    {
-        Rig rig;
-        rig.prefs.setValue(SettingsKeys::openOnHover, true);
-        rig.notch.setPressedMouseButtons(1);
-        rig.notch.pointerEntered();
-        rig.advance(0.5);
-        rig.notch.pointerExited();
-        rig.notch.setPressedMouseButtons(0);
         rig.advance(2);
         QCOMPARE(rig.notch.state(), State::closed);
+        if (leftFirst)
+            rig.notch.pointerExited();
+        rig.notch.setPressedMouseButtons(0);
+        rig.advance(leftFirst ? 2 : 0.06);
+        QCOMPARE(rig.notch.state(), leftFirst ? State::closed : State::open);
     }
 
-    void leavingThePeekClosesAfter022UnlessThePointerComesBack()
+    // Leaving closes the notch after the grace of how it was shown (a pointer back within it keeps
+    // it); a card that holds the panel open rechecks every 0.4 s, an open menu or a pin keep it.
+    void leavingClosesAfterTheGrace_data()
     {
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("holder");
+        QTest::addColumn<double>("closesAfter"); // -1: it stays
+        QTest::newRow("peek") << "peek" << QString() << 0.22;
+        QTest::newRow("opened by a click") << "click" << QString() << 0.7;
+        QTest::newRow("just opened by hover") << "hover" << QString() << 0.9;
+        QTest::newRow("a card holds it") << "click"
+                                         << "card" << -1.0;
+        QTest::newRow("a menu is open") << "click"
+                                        << "menu" << -1.0;
+        QTest::newRow("pinned") << "click"
+                                << "pin" << -1.0;
+    }
+    void leavingClosesAfterTheGrace()
+    {
+        QFETCH(QString, shown);
+        QFETCH(QString, holder);
+        QFETCH(double, closesAfter);
         Rig rig;
+        rig.prefs.setValue(SettingsKeys::openOnHover, shown == QLatin1String("hover"));
         rig.notch.pointerEntered();
-        rig.advance(0.1);
-        QCOMPARE(rig.notch.state(), State::peek);
+        if (shown == QLatin1String("click"))
+            rig.notch.clicked();
+        const State state = shown == QLatin1String("peek") ? State::peek : State::open;
+        QVERIFY(rig.secondsUntil(state) >= 0);
+        if (shown == QLatin1String("peek")) { // back within the grace: it stays
+            rig.notch.pointerExited();
+            rig.advance(closesAfter - 0.01);
+            rig.notch.pointerEntered();
+            rig.advance(1);
+            QCOMPARE(rig.notch.state(), state);
+        }
+        rig.notch.setCardShowing(holder == QLatin1String("card"));
+        rig.notch.setCardHoldsOpen(holder == QLatin1String("card"));
+        rig.notch.setMenuOpen(holder == QLatin1String("menu"));
+        rig.notch.setPinnedOpen(holder == QLatin1String("pin"));
         rig.notch.pointerExited();
-        rig.advance(0.21);
-        QCOMPARE(rig.notch.state(), State::peek);
-        rig.notch.pointerEntered();
-        rig.advance(1);
-        QCOMPARE(rig.notch.state(), State::peek);
-        rig.notch.pointerExited();
-        QCOMPARE(rig.secondsUntil(State::closed), 0.22);
+        if (closesAfter >= 0) {
+            QCOMPARE(rig.secondsUntil(State::closed), closesAfter);
+            return;
+        }
+        if (holder == QLatin1String("menu"))
+            QCOMPARE(rig.clock.pendingCount(), 0); // nothing to recheck
+        rig.advance(0.7);
+        if (holder == QLatin1String("card"))
+            QCOMPARE(rig.clock.secondsToNext(), 0.4);
+        rig.advance(10);
+        QCOMPARE(rig.notch.state(), State::open);
+        if (holder == QLatin1String("card")) {
+            rig.notch.setCardHoldsOpen(false);
+            const double took = rig.secondsUntil(State::closed);
+            QVERIFY2(took > 0 && took <= 0.4, qPrintable(QString::number(took)));
+        }
     }
 
     // A drag the shelf would take over the notch: a closed notch peeks to show the drop will land, and
@@ -223,25 +264,6 @@ private slots:
         QCOMPARE(rig.notch.state(), after);
     }
 
-    void leavingTheOpenPanelClosesAfter07()
-    {
-        Rig rig;
-        rig.notch.clicked();
-        QCOMPARE(rig.notch.state(), State::open);
-        rig.notch.pointerExited();
-        QCOMPARE(rig.secondsUntil(State::closed), 0.7);
-    }
-
-    void leavingJustAfterAHoverOpenGetsTheExtendedGrace()
-    {
-        Rig rig;
-        rig.prefs.setValue(SettingsKeys::openOnHover, true);
-        rig.notch.pointerEntered();
-        QVERIFY(rig.secondsUntil(State::open) > 0);
-        rig.notch.pointerExited();
-        QCOMPARE(rig.secondsUntil(State::closed), 0.9);
-    }
-
     // The hover handler said the pointer left, but the pointer is still over the panel (the
     // button under it was replaced): the panel stays, and closes once the pointer has really gone.
     void panelNeverClosesWhileThePointerIsInside_data()
@@ -269,44 +291,6 @@ private slots:
         const double closedAfter = rig.secondsUntil(State::closed);
         QVERIFY2(closedAfter > 0 && closedAfter <= NotchViewModel::closeRecheck,
                  qPrintable(QString::number(closedAfter)));
-    }
-
-    void cardThatHoldsOpenRechecksEvery04()
-    {
-        Rig rig;
-        rig.notch.clicked();
-        rig.notch.setCardShowing(true);
-        rig.notch.setCardHoldsOpen(true);
-        rig.notch.pointerExited();
-        rig.advance(0.7);
-        QCOMPARE(rig.notch.state(), State::open);
-        QCOMPARE(rig.clock.secondsToNext(), 0.4);
-        rig.advance(0.4 * 5);
-        QCOMPARE(rig.notch.state(), State::open);
-        rig.notch.setCardHoldsOpen(false);
-        const double took = rig.secondsUntil(State::closed);
-        QVERIFY2(took > 0 && took <= 0.4, qPrintable(QString::number(took)));
-    }
-
-    void menuOpenSchedulesNoCloseAtAll()
-    {
-        Rig rig;
-        rig.notch.clicked();
-        rig.notch.setMenuOpen(true);
-        rig.notch.pointerExited();
-        QCOMPARE(rig.clock.pendingCount(), 0);
-        rig.advance(10);
-        QCOMPARE(rig.notch.state(), State::open);
-    }
-
-    void pinnedPanelIgnoresLeaving()
-    {
-        Rig rig;
-        rig.notch.clicked();
-        rig.notch.setPinnedOpen(true);
-        rig.notch.pointerExited();
-        rig.advance(5);
-        QCOMPARE(rig.notch.state(), State::open);
     }
 
     void closedNotchWithNothingExpandedSchedulesNothing()
