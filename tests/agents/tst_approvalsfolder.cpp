@@ -19,26 +19,26 @@ using namespace norva;
 class ApprovalsFolderTest : public QObject {
     Q_OBJECT
 private slots:
-    void createsFolderPrivateWithParents()
+    // A new folder is made private with its parents; an open one is tightened.
+    void folderIsPrivate_data()
     {
-        test::TempHome home;
-        ApprovalsFolder folder(Paths::approvalsFolder());
-        QVERIFY(folder.ensure().ok);
-        struct stat info {};
-        QCOMPARE(::stat(QFile::encodeName(folder.path()).constData(), &info), 0);
-        QCOMPARE(int(info.st_mode & 07777), 0700);
-        QVERIFY(folder.path().endsWith(QStringLiteral("/.local/share/Norva/approvals")));
+        QTest::addColumn<bool>("existing");
+        QTest::newRow("made with its parents") << false;
+        QTest::newRow("an open folder") << true;
     }
-
-    void tightensAnExistingOpenFolder()
+    void folderIsPrivate()
     {
+        QFETCH(bool, existing);
         test::TempHome home;
-        const QString path = home.file(QStringLiteral("approvals"));
-        QVERIFY(QDir().mkpath(path));
-        QVERIFY(::chmod(QFile::encodeName(path).constData(), 0777) == 0);
+        const QString path = Paths::approvalsFolder();
+        QVERIFY(path.endsWith(QStringLiteral("/.local/share/Norva/approvals")));
+        if (existing) {
+            QVERIFY(QDir().mkpath(path));
+            QVERIFY(::chmod(QFile::encodeName(path).constData(), 0777) == 0);
+        }
         QVERIFY(ApprovalsFolder(path).ensure().ok);
         struct stat info {};
-        ::stat(QFile::encodeName(path).constData(), &info);
+        QCOMPARE(::stat(QFile::encodeName(path).constData(), &info), 0);
         QCOMPARE(int(info.st_mode & 07777), 0700);
     }
 
@@ -52,38 +52,6 @@ private slots:
         const FileResult result = ApprovalsFolder(link).ensure();
         QVERIFY(!result.ok);
         QCOMPARE(result.error, QStringLiteral("it is a link"));
-    }
-
-    void neverReadsThroughALink()
-    {
-        test::TempHome home;
-        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
-        QVERIFY(folder.ensure().ok);
-        const QString secret = home.write(QStringLiteral("secret.json"), "{\"tool_name\":\"Bash\"}");
-        QVERIFY(QFile::link(secret, folder.filePath(QStringLiteral("pending-x.json"))));
-        QVERIFY(!folder.read(QStringLiteral("pending-x.json")).has_value());
-        QVERIFY(!folder.modified(QStringLiteral("pending-x.json")).has_value());
-        QVERIFY(!folder.files().contains(QStringLiteral("pending-x.json")));
-    }
-
-    void writeReplacesALinkInsteadOfWritingThroughIt()
-    {
-        test::TempHome home;
-        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
-        QVERIFY(folder.ensure().ok);
-        const QString target = home.write(QStringLiteral("bashrc"), "keep me");
-        QVERIFY(QFile::link(target, folder.filePath(QStringLiteral("resp-1"))));
-        QVERIFY(folder.write(QStringLiteral("resp-1"), "{}").ok);
-        QCOMPARE(test::TempHome::read(target), QByteArray("keep me"));
-        QVERIFY(!QFileInfo(folder.filePath(QStringLiteral("resp-1"))).isSymLink());
-        QCOMPARE(*folder.read(QStringLiteral("resp-1")), QByteArray("{}"));
-
-        QVERIFY(QFile::link(target, folder.filePath(QStringLiteral("heartbeat"))));
-        const QDateTime when = QDateTime::fromSecsSinceEpoch(1700000000, Qt::UTC);
-        QVERIFY(folder.touch(QStringLiteral("heartbeat"), when).ok);
-        QCOMPARE(*folder.modified(QStringLiteral("heartbeat")), when);
-        QVERIFY(QFileInfo(target).lastModified().toSecsSinceEpoch() != 1700000000);
-        QVERIFY(folder.files().filter(QStringLiteral(".norva-")).isEmpty());
     }
 
     void touchSetsTheGivenTimeAndRemoveToleratesMissing()

@@ -106,6 +106,7 @@ private slots:
         writers().at(writer).write(folder, clock);
         QVERIFY2(!QFile::exists(outside), "written through the link");
         QVERIFY(isRegularFile(folder.filePath(name)));
+        QVERIFY(folder.files().filter(QStringLiteral(".norva-")).isEmpty()); // no half-made file left
     }
 
     void readsRefuseTheLink()

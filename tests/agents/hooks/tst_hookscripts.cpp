@@ -243,29 +243,25 @@ private slots:
         QVERIFY(hooks.names("pending-").isEmpty());
     }
 
-    void denyWaitZeroSkipsTheWait()
+    // A check nobody answers in time, or no wait at all, is no objection, and leaves no file behind.
+    void unansweredCheckMeansNoObjection_data()
     {
-        test::TempHome home;
-        HookRunner hooks(home);
-        hooks.freshHeartbeat();
-        hooks.answer("team-deny-active", QByteArray());
-        hooks.setEnv("NORVA_DENY_WAIT", "0");
-        const auto result = hooks.run("pretooluse.sh", claudePayload("Bash", "plan", "t8"));
-        QCOMPARE(result.out, QByteArray());
-        QVERIFY(hooks.names("denycheck-").isEmpty());
-        QVERIFY(hooks.names(".dc-").isEmpty());
+        QTest::addColumn<QByteArray>("wait");
+        QTest::newRow("no wait") << QByteArray("0");
+        QTest::newRow("4 s without an answer") << QByteArray("4");
     }
-
     void unansweredCheckMeansNoObjection()
     {
+        QFETCH(QByteArray, wait);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.freshHeartbeat();
         hooks.answer("team-deny-active", QByteArray());
-        hooks.setEnv("NORVA_DENY_WAIT", "4");
+        hooks.setEnv("NORVA_DENY_WAIT", wait);
         const auto result = hooks.run("codex-hook.sh", codexPayload("PreToolUse", "bypassPermissions"));
         QCOMPARE(result.out, QByteArray());
         QVERIFY(hooks.names("denycheck-").isEmpty());
+        QVERIFY(hooks.names(".dc-").isEmpty());
     }
 
     void notchOffRunsOnlyTheCheck_data() { noNorvaMeansNoFilesAndAnImmediateAnswer_data(); }
@@ -475,30 +471,30 @@ private slots:
         QCOMPARE(identity.value("transcript_path").toString(), QStringLiteral("/tmp/t.jsonl"));
     }
 
-    void fieldExtractionTakesTheLastOnALineAndCutsAtAnEscapedQuote()
+    // The id names the question's file: the last "tool_use_id" on a line wins (a tool input may
+    // repeat the key), and one that would leave the folder makes no file at all.
+    void questionFileIsNamedByItsId_data()
     {
-        test::TempHome home;
-        HookRunner hooks(home);
-        hooks.freshHeartbeat();
-        // A payload whose tool input repeats "tool_use_id" later on the line: the last one wins.
-        const QByteArray payload =
-            R"({"tool_name":"AskUserQuestion","tool_use_id":"first","tool_input":{"tool_use_id":"last"}})";
-        QCOMPARE(hooks.run("pretooluse.sh", payload, {"question"}).out, QByteArray());
-        QVERIFY(hooks.exists("pending-last.json"));
-        QVERIFY(!hooks.exists("pending-first.json"));
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<QString>("pending"); // empty: no file
+        QTest::newRow("the last id on the line")
+            << QByteArray(
+                   R"({"tool_name":"AskUserQuestion","tool_use_id":"first","tool_input":{"tool_use_id":"last"}})")
+            << "pending-last.json";
+        QTest::newRow("a slash in the id")
+            << claudePayload("AskUserQuestion", "default", "../../escape") << QString();
     }
-
-    void slashInAnIdNeverLeavesTheFolder()
+    void questionFileIsNamedByItsId()
     {
+        QFETCH(QByteArray, payload);
+        QFETCH(QString, pending);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.freshHeartbeat();
-        const auto result = hooks.run(
-            "pretooluse.sh", claudePayload("AskUserQuestion", "default", "../../escape"), {"question"});
-        QCOMPARE(result.out, QByteArray());
-        QVERIFY(hooks.names("pending-").isEmpty());
+        QCOMPARE(hooks.run("pretooluse.sh", payload, {"question"}).out, QByteArray());
+        QCOMPARE(hooks.names("pending-").filter(".json"),
+                 pending.isEmpty() ? QStringList() : QStringList{pending});
         QVERIFY(!QFile::exists(home.file(".local/share/escape.json")));
-        QVERIFY(!QFile::exists(home.file(".local/share/pending-../../escape.json")));
     }
 };
 NORVA_TEST(HookScriptsTest)

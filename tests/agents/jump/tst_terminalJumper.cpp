@@ -143,18 +143,15 @@ private slots:
     {
         QTest::addColumn<QString>("tty");
         QTest::addColumn<QString>("location");
-        QTest::newRow("bare name") << "pts/7"
-                                   << "work:1.1";
-        QTest::newRow("full name") << "/dev/pts/3"
-                                   << "work:0.0";
-        QTest::newRow("session with blanks") << "/dev/pts/9"
-                                             << "my notes:2.0";
-        QTest::newRow("not listed") << "/dev/pts/70"
-                                    << "";
-        QTest::newRow("prefix is not enough") << "/dev/pts/"
-                                              << "";
-        QTest::newRow("empty") << ""
-                               << "";
+        const auto row = [](const char* name, const char* tty, const char* location) {
+            QTest::newRow(name) << QString::fromLatin1(tty) << QString::fromLatin1(location);
+        };
+        row("bare name", "pts/7", "work:1.1");
+        row("full name", "/dev/pts/3", "work:0.0");
+        row("session with blanks", "/dev/pts/9", "my notes:2.0");
+        row("not listed", "/dev/pts/70", "");
+        row("prefix is not enough", "/dev/pts/", "");
+        row("empty", "", "");
     }
     void paneIsFoundByItsTty()
     {
@@ -257,12 +254,6 @@ private slots:
         QCOMPARE(log.lines(), QStringList{});
     }
 
-    void scriptTextIsQuotedForAppleScript()
-    {
-        const QString script = TerminalJumper::terminalScript(target("Apple_Terminal", "tty\"x\\", 1));
-        QVERIFY(script.contains("set wantedTTY to \"/dev/tty\\\"x\\\\\""));
-    }
-
     void scriptErrorIsLoggedAndTheAppComesForward()
     {
         Stand s;
@@ -301,14 +292,6 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(s.jumper.jumpNow(target("Apple_Terminal", "ttys006", 4242)) &&
                                      s.lastScript().contains("ttys006"),
                                  5000);
-    }
-
-    void otherTerminalsComeForwardByProcess()
-    {
-        Stand s;
-        QVERIFY(s.jumper.jumpNow(target("WezTerm", "pts/2", 4242)));
-        QCOMPARE(s.activator.unminimised, QList<qint64>{4242});
-        QCOMPARE(s.activator.activated, QList<qint64>{4242});
     }
 
     void jumpFailsOnlyWhenTheTerminalIsGone_data()

@@ -46,10 +46,6 @@ QString installedCommand(const QString& agent)
         const QJsonObject hooks = readJson(ApprovalHook::settingsPath()).value("hooks").toObject();
         return firstCommand(hooks.value("PermissionRequest").toArray(), "command");
     }
-    if (agent == "claude-pre") {
-        const QJsonObject hooks = readJson(ApprovalHook::settingsPath()).value("hooks").toObject();
-        return firstCommand(hooks.value("PreToolUse").toArray(), "command");
-    }
     if (agent == "codex") {
         const QJsonObject hooks = readJson(CodexHook::hooksPath()).value("hooks").toObject();
         return firstCommand(hooks.value("PermissionRequest").toArray(), "command");
@@ -62,8 +58,6 @@ QByteArray payloadFor(const QString& agent)
 {
     if (agent == "claude")
         return R"({"session_id":"e2e-claude","transcript_path":"/tmp/t.jsonl","cwd":"/work/shop","prompt_id":"32b2e892-1542-4194-b7c4-0890f0e67016","permission_mode":"default","effort":{"level":"medium"},"hook_event_name":"PermissionRequest","tool_name":"Bash","tool_input":{"command":"npm publish","description":"Publish"},"permission_suggestions":[{"type":"addDirectories","directories":["/work/shop"],"destination":"session"},{"type":"setMode","mode":"acceptEdits","destination":"session"}]})";
-    if (agent == "claude-pre")
-        return R"({"session_id":"e2e-claude","transcript_path":"/tmp/t.jsonl","cwd":"/work/shop","prompt_id":"32b2e892-1542-4194-b7c4-0890f0e67016","permission_mode":"default","effort":{"level":"medium"},"hook_event_name":"PreToolUse","tool_name":"AskUserQuestion","tool_input":{"questions":[{"question":"Which registry?","header":"Registry","options":[{"label":"npm","description":"public"},{"label":"internal","description":"ours"}],"multiSelect":false}]},"tool_use_id":"toolu_e2e"})";
     if (agent == "codex")
         return R"({"session_id":"e2e-codex","transcript_path":"/tmp/c.jsonl","cwd":"/work/shop","hook_event_name":"PermissionRequest","permission_mode":"default","tool_name":"shell","tool_input":{"command":["bash","-lc","npm publish"]}})";
     return R"({"sessionId":"e2e-copilot","cwd":"/work/shop","toolName":"bash","toolInput":{"command":"npm publish"}})";
@@ -179,19 +173,6 @@ private slots:
         QCOMPARE(finish(*hook, 5000), QByteArray("{}"));
     }
 
-    void hookWithoutNorvaNeverWaits()
-    {
-        test::TempHome home;
-        ApprovalHook::install();
-        QElapsedTimer timer;
-        timer.start();
-        for (const QString& entry : {QStringLiteral("claude"), QStringLiteral("claude-pre")}) {
-            auto hook = startHook(installedCommand(entry), payloadFor(entry));
-            QCOMPARE(finish(*hook, 5000), QByteArray());
-        }
-        QVERIFY(QDir(Paths::approvalsFolder()).entryList({"pending-*", "alive-*"}).isEmpty());
-    }
-
     // Esc in Claude Code kills the waiting hook: its card leaves at the next scan, not minutes later.
     void cardOfAKilledHookLeaves()
     {
@@ -203,20 +184,6 @@ private slots:
         hook->waitForFinished(2000);
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 0, 10000); // within one fallback scan (5 s)
         QVERIFY(QDir(Paths::approvalsFolder()).entryList({"pending-*", "alive-*"}).isEmpty());
-    }
-
-    // A question comes through the PreToolUse hook, which never waits: the card shows it until the
-    // PostToolUse hook takes it away.
-    void questionShowsFromThePreToolUseHook()
-    {
-        test::TempHome home;
-        RunningCore core;
-        auto hook = startHook(installedCommand("claude-pre"), payloadFor("claude-pre"));
-        QCOMPARE(finish(*hook, 5000), QByteArray());
-        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 10000);
-        const QVariantMap card = core.model->cards().at(0).toMap();
-        QVERIFY(card.value("isQuestion").toBool());
-        QCOMPARE(card.value("questions").toStringList(), QStringList{"Which registry?"});
     }
 };
 NORVA_TEST(ExchangeEndToEndTest)

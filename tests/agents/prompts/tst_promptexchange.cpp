@@ -20,7 +20,6 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <sys/stat.h>
 #include <utime.h>
 
 using namespace norva;
@@ -183,28 +182,6 @@ private slots:
         QCOMPARE(log.count("Norva agents: handed big"), 1);
     }
 
-    // A waiting hook writes its process id into its alive file; once that process is gone (the agent
-    // killed the hook), the card goes at the next scan instead of after two minutes.
-    void cardOfAGoneHookIsDropped()
-    {
-        test::TempHome home;
-        ApprovalsFolder folder(Paths::approvalsFolder());
-        QVERIFY(folder.ensure().ok);
-        folder.write("pending-p.json", bashPayload);
-        folder.write("alive-p", QByteArray::number(QCoreApplication::applicationPid()));
-        QCOMPARE(PendingScan::run(folder, QDateTime::currentDateTimeUtc()).size(), 1);
-        QProcess sleeper; // a hook's shell, surely gone once killed and reaped
-        sleeper.start("sleep", {"30"});
-        QVERIFY(sleeper.waitForStarted());
-        const qint64 pid = sleeper.processId();
-        sleeper.kill();
-        QVERIFY(sleeper.waitForFinished());
-        folder.write("alive-p", QByteArray::number(pid));
-        QVERIFY(PendingScan::run(folder, QDateTime::currentDateTimeUtc()).isEmpty());
-        QVERIFY(!folder.exists("pending-p.json"));
-        QVERIFY(!folder.exists("alive-p"));
-    }
-
     void cardsReadEachAgentsPayload_data()
     {
         QTest::addColumn<QString>("id");
@@ -280,9 +257,6 @@ private slots:
         test::TempHome home;
         Core core;
         core.manager->start();
-        struct stat info {};
-        ::stat(QFile::encodeName(Paths::approvalsFolder()).constData(), &info);
-        QCOMPARE(int(info.st_mode & 07777), 0700);
         // The manual clock never moves: only the folder watch can bring this card.
         core.folder().write("pending-toolu_1.json", bashPayload);
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
@@ -330,20 +304,6 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 0, 1000);
         QCOMPARE(core.alerts.chimes, 1);
         QVERIFY(!core.model->allow("toolu_1"));
-    }
-
-    void releaseWritesAnEmptyAnswerAndRemovesThePrompt()
-    {
-        test::TempHome home;
-        Core core;
-        core.manager->start();
-        core.folder().write("pending-codex-s-7.json",
-                            R"({"tool_name":"shell","tool_input":{"command":"ls"}})");
-        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
-        QVERIFY(core.model->answerInTerminal("codex-s-7"));
-        QCOMPARE(*core.folder().read("resp-codex-s-7"), QByteArray());
-        QVERIFY(!core.folder().exists("pending-codex-s-7.json"));
-        QCOMPARE(core.model->count(), 0);
     }
 
     // The card's way to the terminal asks the jump-back for the session's terminal by its transcript;
@@ -463,16 +423,6 @@ private slots:
                 "directory); the hook waits out its timeout",
                 "Norva agents: handing toolu_6 back to the terminal failed (the prompt's file could not be "
                 "removed: Is a directory); it may show again on the next scan"}));
-    }
-
-    void shutdownTakesTheHeartbeatAway()
-    {
-        test::TempHome home;
-        Core core;
-        core.manager->start();
-        QVERIFY(core.folder().exists("heartbeat"));
-        core.manager->shutdown();
-        QVERIFY(!core.folder().exists("heartbeat"));
     }
 };
 NORVA_TEST(PromptExchangeTest)

@@ -40,32 +40,22 @@ private slots:
         QTest::addColumn<QString>("pattern");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("matches");
-        QTest::newRow("exact") << "git push"
-                               << "git push" << true;
-        QTest::newRow("case differs") << "Git push"
-                                      << "git push" << false;
-        QTest::newRow("no star is whole text") << "git push"
-                                               << "git push origin" << false;
-        QTest::newRow("trailing star") << "git push*"
-                                       << "git push origin main" << true;
-        QTest::newRow("star matches empty") << "git push*"
-                                            << "git push" << true;
-        QTest::newRow("leading star") << "*.env"
-                                      << "config/.env" << true;
-        QTest::newRow("star needs backtracking") << "*a*b"
-                                                 << "xaybzab" << true;
-        QTest::newRow("backtrack fails at end") << "*a*b"
-                                                << "xaybza" << false;
-        QTest::newRow("middle star") << "rm *-rf*"
-                                     << "rm x -rf y" << true;
-        QTest::newRow("only star") << "*"
-                                   << "" << true;
-        QTest::newRow("empty pattern") << ""
-                                       << "x" << false;
-        QTest::newRow("question mark is literal") << "ls ?"
-                                                  << "ls a" << false;
-        QTest::newRow("prefix of pattern") << "git push"
-                                           << "git pus" << false;
+        const auto row = [](const char* name, const char* pattern, const char* text, bool matches) {
+            QTest::newRow(name) << QString::fromLatin1(pattern) << QString::fromLatin1(text) << matches;
+        };
+        row("exact", "git push", "git push", true);
+        row("case differs", "Git push", "git push", false);
+        row("no star is whole text", "git push", "git push origin", false);
+        row("trailing star", "git push*", "git push origin main", true);
+        row("star matches empty", "git push*", "git push", true);
+        row("leading star", "*.env", "config/.env", true);
+        row("star needs backtracking", "*a*b", "xaybzab", true);
+        row("backtrack fails at end", "*a*b", "xaybza", false);
+        row("middle star", "rm *-rf*", "rm x -rf y", true);
+        row("only star", "*", "", true);
+        row("empty pattern", "", "x", false);
+        row("question mark is literal", "ls ?", "ls a", false);
+        row("prefix of pattern", "git push", "git pus", false);
     }
     void globMatchesTheWholeTextCaseSensitively()
     {
