@@ -84,40 +84,41 @@ class DueAlertMonitorTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void aToDoDueBeforeTheStartAlertsAtTheFirstTickOnce()
+    // A timed to-do alerts at the first tick at or after its due time, once; a whole-day or done one
+    // never does (-1).
+    void aToDoAlertsOnceAtTheTickAfterItsDueTime_data()
     {
+        QTest::addColumn<double>("dueIn");
+        QTest::addColumn<bool>("hasTime");
+        QTest::addColumn<bool>("done");
+        QTest::addColumn<int>("alertsAtTick");
+        QTest::newRow("due before the start") << -3600.0 << true << false << 0;
+        QTest::newRow("due in 45 s") << 45.0 << true << false << 2;
+        QTest::newRow("a whole day") << -86400.0 << false << false << -1;
+        QTest::newRow("done") << -60.0 << true << true << -1;
+    }
+    void aToDoAlertsOnceAtTheTickAfterItsDueTime()
+    {
+        QFETCH(double, dueIn);
+        QFETCH(bool, hasTime);
+        QFETCH(bool, done);
+        QFETCH(int, alertsAtTick);
         MonitorRig rig;
-        rig.add(QStringLiteral("past"), -3600);
+        rig.add(QStringLiteral("a"), dueIn, hasTime).completed = done;
         rig.monitor.start();
-        QVERIFY(rig.shown());
-        QCOMPARE(rig.shown()->text.title, QStringLiteral("to-do past"));
-        QCOMPARE(rig.shown()->content.kind(), ActivityContent::Kind::taskDue);
-        rig.coordinator.remove(DueAlertMonitor::kActivityId);
+        for (int tick = 0; tick < alertsAtTick; ++tick) {
+            QVERIFY(!rig.shown());
+            rig.clock.advance(DueAlertMonitor::kTickInterval);
+        }
+        if (alertsAtTick >= 0) {
+            QVERIFY(rig.shown());
+            QCOMPARE(rig.shown()->text.title, QStringLiteral("to-do a"));
+            QCOMPARE(rig.shown()->content.kind(), ActivityContent::Kind::taskDue);
+            rig.coordinator.remove(DueAlertMonitor::kActivityId);
+        }
         rig.clock.advance(DueAlertMonitor::kTickInterval * 4);
         QVERIFY(!rig.shown());
-    }
-
-    void aToDoAlertsAtTheTickAfterItsDueTime()
-    {
-        MonitorRig rig;
-        rig.add(QStringLiteral("soon"), 45);
-        rig.monitor.start();
-        QVERIFY(!rig.shown());
-        rig.clock.advance(DueAlertMonitor::kTickInterval);
-        QVERIFY(!rig.shown());
-        rig.clock.advance(DueAlertMonitor::kTickInterval);
-        QVERIFY(rig.shown());
-    }
-
-    void wholeDayAndDoneToDosNeverAlert()
-    {
-        MonitorRig rig;
-        rig.add(QStringLiteral("day"), -86400, false);
-        rig.add(QStringLiteral("done"), -60).completed = true;
-        rig.monitor.start();
-        rig.clock.advance(DueAlertMonitor::kTickInterval * 3);
-        QVERIFY(!rig.shown());
-        QVERIFY(rig.monitor.alerted().isEmpty());
+        QCOMPARE(rig.monitor.alerted().isEmpty(), alertsAtTick < 0);
     }
 
     void doneShowsTheTickThenFolds()
@@ -160,21 +161,9 @@ private slots:
         QVERIFY(rig.shown());
     }
 
-    void aSnoozedToDoComesBackAfterTenMinutesWhenStillDue()
-    {
-        MonitorRig rig;
-        rig.add(QStringLiteral("a"), -1);
-        rig.monitor.start();
-        QCOMPARE(rig.press(QStringLiteral("snooze")), LiveActivityCoordinator::Outcome::done);
-        QVERIFY(!rig.shown());
-        rig.clock.advance(DueAlertMonitor::kSnooze - Seconds(1));
-        QVERIFY(!rig.shown());
-        rig.clock.advance(Seconds(1));
-        QVERIFY(rig.shown());
-    }
-
-    // Behind a full-screen window the notch cannot be seen: the alert also goes to the desktop, once
-    // when the to-do falls due and once more when it comes back from a snooze.
+    // A snoozed to-do still due comes back after ten minutes. Behind a full-screen window the notch
+    // cannot be seen: the alert also goes to the desktop, once when the to-do falls due and once more
+    // when it comes back from the snooze.
     void aDueToDoTheNotchCannotShowGoesToTheDesktop_data()
     {
         QTest::addColumn<bool>("covered");
@@ -200,7 +189,10 @@ private slots:
         QVERIFY(rig.shown());
         QCOMPARE(desktop.shown, notifications.mid(0, 1));
         QCOMPARE(rig.press(QStringLiteral("snooze")), LiveActivityCoordinator::Outcome::done);
-        rig.clock.advance(DueAlertMonitor::kSnooze);
+        QVERIFY(!rig.shown());
+        rig.clock.advance(DueAlertMonitor::kSnooze - Seconds(1)); // a snooze is ten minutes
+        QVERIFY(!rig.shown());
+        rig.clock.advance(Seconds(1));
         QVERIFY(rig.shown());
         QCOMPARE(desktop.shown, notifications);
     }
@@ -209,14 +201,10 @@ private slots:
     {
         QTest::addColumn<QString>("change");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("ticked elsewhere") << "tick"
-                                          << "it was ticked done";
-        QTest::newRow("deleted") << "delete"
-                                 << "it is no longer in Reminders";
-        QTest::newRow("due taken off") << "undue"
-                                       << "its due time was taken off";
-        QTest::newRow("moved later") << "later"
-                                     << "it was moved to a later time";
+        QTest::newRow("ticked elsewhere") << "tick" << QStringLiteral("it was ticked done");
+        QTest::newRow("deleted") << "delete" << QStringLiteral("it is no longer in Reminders");
+        QTest::newRow("due taken off") << "undue" << QStringLiteral("its due time was taken off");
+        QTest::newRow("moved later") << "later" << QStringLiteral("it was moved to a later time");
     }
     void aSnoozedToDoStaysAwayWhenItChanged()
     {

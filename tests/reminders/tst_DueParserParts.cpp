@@ -192,21 +192,15 @@ private slots:
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QString>("zone");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("en_GB London") << "en_GB"
-                                      << "Europe/London"
-                                      << "17:00";
-        QTest::newRow("en_US London") << "en_US"
-                                      << "Europe/London"
-                                      << "5:00 PM";
-        QTest::newRow("en_US New York") << "en_US"
-                                        << "America/New_York"
-                                        << "12:00 PM";
-        QTest::newRow("C London, without seconds") << "C"
-                                                   << "Europe/London"
-                                                   << "17:00";
-        QTest::newRow("de_DE New York") << "de_DE"
-                                        << "America/New_York"
-                                        << "12:00";
+        const auto row = [](const char* name, const char* locale, const char* zone, const char* text) {
+            QTest::newRow(name) << QString::fromLatin1(locale) << QString::fromLatin1(zone)
+                                << QString::fromLatin1(text);
+        };
+        row("en_GB London", "en_GB", "Europe/London", "17:00");
+        row("en_US London", "en_US", "Europe/London", "5:00 PM");
+        row("en_US New York", "en_US", "America/New_York", "12:00 PM");
+        row("C London, without seconds", "C", "Europe/London", "17:00");
+        row("de_DE New York", "de_DE", "America/New_York", "12:00");
     }
     void clockTextUsesOrdinarySpaces()
     {
@@ -227,30 +221,21 @@ private slots:
         QTest::addColumn<QString>("from");
         QTest::addColumn<QString>("of");
         QTest::addColumn<int>("days");
-        QTest::newRow("same day") << "Europe/London"
-                                  << "2026-11-18T00:10:00Z"
-                                  << "2026-11-18T23:50:00Z" << 0;
-        QTest::newRow("next morning") << "Europe/London"
-                                      << "2026-11-18T23:50:00Z"
-                                      << "2026-11-19T00:10:00Z" << 1;
-        QTest::newRow("over the spring change") << "Europe/London"
-                                                << "2026-03-28T23:30:00Z"
-                                                << "2026-03-29T22:30:00Z" << 1;
-        QTest::newRow("23-hour day, late to early") << "Europe/London"
-                                                    << "2026-03-28T12:00:00Z"
-                                                    << "2026-03-30T00:30:00+01:00" << 2;
-        QTest::newRow("over the autumn change") << "America/New_York"
-                                                << "2026-10-31T23:30:00-04:00"
-                                                << "2026-11-01T23:30:00-05:00" << 1;
-        QTest::newRow("a week over it") << "America/New_York"
-                                        << "2026-10-28T00:00:00-04:00"
-                                        << "2026-11-04T00:00:00-05:00" << 7;
-        QTest::newRow("backwards") << "Europe/London"
-                                   << "2026-11-18T10:00:00Z"
-                                   << "2026-11-17T23:00:00Z" << -1;
-        QTest::newRow("zone decides the day") << "America/New_York"
-                                              << "2026-11-18T10:00:00Z"
-                                              << "2026-11-19T03:00:00Z" << 0;
+        const auto row = [](const char* name, const char* zone, const char* from, const char* of, int days) {
+            QTest::newRow(name) << QString::fromLatin1(zone) << QString::fromLatin1(from)
+                                << QString::fromLatin1(of) << days;
+        };
+        row("same day", "Europe/London", "2026-11-18T00:10:00Z", "2026-11-18T23:50:00Z", 0);
+        row("next morning", "Europe/London", "2026-11-18T23:50:00Z", "2026-11-19T00:10:00Z", 1);
+        row("over the spring change", "Europe/London", "2026-03-28T23:30:00Z", "2026-03-29T22:30:00Z", 1);
+        row("23-hour day, late to early", "Europe/London", "2026-03-28T12:00:00Z",
+            "2026-03-30T00:30:00+01:00", 2);
+        row("over the autumn change", "America/New_York", "2026-10-31T23:30:00-04:00",
+            "2026-11-01T23:30:00-05:00", 1);
+        row("a week over it", "America/New_York", "2026-10-28T00:00:00-04:00", "2026-11-04T00:00:00-05:00",
+            7);
+        row("backwards", "Europe/London", "2026-11-18T10:00:00Z", "2026-11-17T23:00:00Z", -1);
+        row("zone decides the day", "America/New_York", "2026-11-18T10:00:00Z", "2026-11-19T03:00:00Z", 0);
     }
     void daysAheadCountsCalendarDays()
     {
@@ -366,28 +351,23 @@ private slots:
                                    "call sunday 1:30am",
                                    "tomo",
                                    "invoice 4.12.2026 at noon"};
-        const DueParser parser;
-        QStringList expected;
-        for (const QString& text : texts) {
-            const auto reading = parser.parse(text, kNow, kLondonCalendar, kBritish);
-            expected.append(reading ? reading->date.toString(Qt::ISODate) + reading->label + reading->title
-                                    : QString());
-        }
+        const auto readAll = [&texts](const DueParser& parser) {
+            QStringList read;
+            for (const QString& text : texts) {
+                const auto reading = parser.parse(text, kNow, kLondonCalendar, kBritish);
+                read << (reading ? reading->date.toString(Qt::ISODate) + reading->label + reading->title
+                                 : QString());
+            }
+            return read;
+        };
+        const QStringList expected = readAll(DueParser());
         std::vector<QStringList> results(4);
         std::vector<std::thread> threads;
         for (size_t t = 0; t < results.size(); ++t) {
             threads.emplace_back([&, t] {
                 const DueParser own; // shares the patterns and the detector
-                for (int round = 0; round < 50; ++round) {
-                    QStringList got;
-                    for (const QString& text : texts) {
-                        const auto reading = own.parse(text, kNow, kLondonCalendar, kBritish);
-                        got.append(reading
-                                       ? reading->date.toString(Qt::ISODate) + reading->label + reading->title
-                                       : QString());
-                    }
-                    results[t] = got;
-                }
+                for (int round = 0; round < 50; ++round)
+                    results[t] = readAll(own);
             });
         }
         for (auto& thread : threads)
