@@ -53,34 +53,6 @@ struct TimerRig {
 class TimerManagerTest : public QObject {
     Q_OBJECT
 private slots:
-    void focusRoundsFollowTheRhythm_data()
-    {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("rounds");
-        QTest::addColumn<int>("nextPhase");
-        QTest::addColumn<int>("nextRounds");
-        QTest::addColumn<bool>("clearsTargets");
-        QTest::newRow("first work round") << int(Phase::work) << 0 << int(Phase::shortBreak) << 1 << false;
-        QTest::newRow("second work round") << int(Phase::work) << 1 << int(Phase::shortBreak) << 2 << false;
-        QTest::newRow("third work round") << int(Phase::work) << 2 << int(Phase::shortBreak) << 3 << false;
-        QTest::newRow("fourth work round") << int(Phase::work) << 3 << int(Phase::longBreak) << 4 << false;
-        QTest::newRow("eighth work round") << int(Phase::work) << 7 << int(Phase::longBreak) << 8 << false;
-        QTest::newRow("short break") << int(Phase::shortBreak) << 2 << int(Phase::work) << 2 << false;
-        QTest::newRow("long break") << int(Phase::longBreak) << 4 << int(Phase::work) << 0 << true;
-    }
-    void focusRoundsFollowTheRhythm()
-    {
-        QFETCH(int, from);
-        QFETCH(int, rounds);
-        QFETCH(int, nextPhase);
-        QFETCH(int, nextRounds);
-        QFETCH(bool, clearsTargets);
-        const FocusRounds::Step step = FocusRounds::advance(Phase(from), rounds);
-        QCOMPARE(int(step.phase), nextPhase);
-        QCOMPARE(step.completedRounds, nextRounds);
-        QCOMPARE(step.clearTargets, clearsTargets);
-    }
-
     void nextTextsSayWhatComes_data()
     {
         QTest::addColumn<int>("phase");
@@ -99,6 +71,8 @@ private slots:
         QCOMPARE(FocusRounds::nextText(Phase(phase), rounds), text);
     }
 
+    // The rhythm of focus rounds: three short breaks, a long one after the fourth round, and a fresh
+    // cycle that clears the targets.
     void fourWorkRoundsEndInALongBreakAndAFreshCycle()
     {
         TimerRig rig;
@@ -136,24 +110,22 @@ private slots:
         QTest::addColumn<QStringList>("before");
         QTest::addColumn<QString>("action");
         QTest::addColumn<QString>("refusal");
-        QTest::newRow("pause without a timer") << QStringList{} << "pause"
-                                               << "no timer is running";
-        QTest::newRow("resume without a timer") << QStringList{} << "resume"
-                                                << "no timer is running";
-        QTest::newRow("stop without a timer") << QStringList{} << "stop"
-                                              << "no timer is running";
+        QTest::newRow("pause without a timer")
+            << QStringList{} << "pause" << QStringLiteral("no timer is running");
+        QTest::newRow("resume without a timer")
+            << QStringList{} << "resume" << QStringLiteral("no timer is running");
+        QTest::newRow("stop without a timer")
+            << QStringList{} << "stop" << QStringLiteral("no timer is running");
         QTest::newRow("pause twice") << QStringList{"start", "pause"} << "pause"
-                                     << "the timer is already paused";
-        QTest::newRow("resume a running one") << QStringList{"start"} << "resume"
-                                              << "the timer is already running";
-        QTest::newRow("an unknown action") << QStringList{"start"} << "snooze"
-                                           << "a timer has no answer for it";
-        QTest::newRow("pause a running one") << QStringList{"start"} << "pause"
-                                             << "";
-        QTest::newRow("resume a paused one") << QStringList{"start", "pause"} << "resume"
-                                             << "";
-        QTest::newRow("stop a paused one") << QStringList{"start", "pause"} << "stop"
-                                           << "";
+                                     << QStringLiteral("the timer is already paused");
+        QTest::newRow("resume a running one")
+            << QStringList{"start"} << "resume" << QStringLiteral("the timer is already running");
+        QTest::newRow("an unknown action")
+            << QStringList{"start"} << "snooze" << QStringLiteral("a timer has no answer for it");
+        QTest::newRow("pause a running one") << QStringList{"start"} << "pause" << QStringLiteral("");
+        QTest::newRow("resume a paused one")
+            << QStringList{"start", "pause"} << "resume" << QStringLiteral("");
+        QTest::newRow("stop a paused one") << QStringList{"start", "pause"} << "stop" << QStringLiteral("");
     }
     void actionsAnswerAsTheNotchExpects()
     {
