@@ -96,16 +96,6 @@ private slots:
         QCOMPARE(log.count("Norva team: allowed"), 1);
     }
 
-    void switchedOffRuleLeavesThePromptToThePerson()
-    {
-        test::TempHome home;
-        Core core;
-        core.policy.setAlwaysRuleOn("st", false);
-        core.folder.write("pending-toolu_11.json", bash("toolu_11", "git status"));
-        QTRY_COMPARE_WITH_TIMEOUT(core.manager.prompts().size(), 1, 5000);
-        QVERIFY(!core.folder.exists("resp-toolu_11"));
-    }
-
     // A never rule denies a prompt that reached the notch in any mode of any agent: the hook gets the
     // team's deny body at once and no card (with its Allow) ever shows.
     void neverRuleDeniesBeforeACardShows_data()
