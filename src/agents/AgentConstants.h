@@ -11,8 +11,12 @@ namespace norva::agents {
 inline constexpr Seconds heartbeatInterval{10};
 inline constexpr double heartbeatTrustSeconds = 30;
 
-// The fallback scan of the approvals folder, for the rare change the folder watch misses.
+// The fallback scan of the approvals folder, for the rare change the folder watch misses and for
+// the sweeps that go by age: every 5 s while a prompt or an unclaimed answer waits in the folder (a
+// killed hook's card goes within seconds) or while the folder cannot be watched; once a minute while
+// nothing waits, so a Norva at rest does not wake for it.
 inline constexpr Seconds fallbackScanInterval{5};
+inline constexpr Seconds restingScanInterval{60};
 
 // Sweeping: a response no hook took up, an identity nobody refreshed, a prompt older than a day,
 // and a prompt whose waiting hook stopped touching its alive file (it touches it every 25 s at most).

@@ -29,8 +29,7 @@ void AgentPromptsManager::start()
     m_watch.start();
     m_heartbeat = std::make_unique<Heartbeat>(m_folder, m_clock);
     m_heartbeat->start();
-    m_fallbackScan = m_clock.every(agents::fallbackScanInterval, [this] { scanPending(); });
-    scanPending();
+    scanPending(); // its end arms the fallback scan
 }
 
 void AgentPromptsManager::shutdown()
@@ -59,24 +58,44 @@ void AgentPromptsManager::scanPending()
     m_scanRunning = true;
     const ApprovalsFolder folder = m_folder;
     const QDateTime now = m_clock.now();
-    runOffMain<QList<PromptCard>>(
+    struct Outcome {
+        QList<PromptCard> cards;
+        bool somethingWaits = false;
+    };
+    runOffMain<Outcome>(
         this,
         [folder, now] {
             // The folder is made again (0700) if someone removed it; the hooks would make it too.
             folder.ensure();
-            return PendingScan::run(folder, now);
+            Outcome outcome{PendingScan::run(folder, now)};
+            const QStringList left = folder.names();
+            outcome.somethingWaits = std::any_of(left.cbegin(), left.cend(), [](const QString& name) {
+                return name.startsWith(QLatin1String("pending-")) || name.startsWith(QLatin1String("resp-"));
+            });
+            return outcome;
         },
-        [this](QList<PromptCard> cards) {
+        [this](Outcome outcome) {
             m_scanRunning = false;
             if (m_started && !m_watch.isWatching())
                 m_watch.start();
-            apply(std::move(cards));
+            apply(std::move(outcome.cards));
             emit scanFinished();
             if (m_scanAgain) {
                 m_scanAgain = false;
                 scanPending();
+            } else if (m_started) {
+                scheduleFallbackScan(outcome.somethingWaits);
             }
         });
+}
+
+// Each scan moves the fallback on from its own end, so a folder the watch keeps scanning is not
+// scanned again by the clock in between.
+void AgentPromptsManager::scheduleFallbackScan(bool somethingWaits)
+{
+    const bool soon = somethingWaits || !m_watch.isWatching();
+    m_fallbackScan = m_clock.after(soon ? agents::fallbackScanInterval : agents::restingScanInterval,
+                                   [this] { scanPending(); });
 }
 
 void AgentPromptsManager::apply(QList<PromptCard> cards)

@@ -23,7 +23,8 @@ class PromptAlerts;
 class SettingsStore;
 
 // Norva's side of the approval exchange: keeps the heartbeat beating, scans the approvals folder
-// whenever it changes (and every few seconds as a fallback), turns each waiting prompt into a card,
+// whenever it changes (and as a fallback every few seconds while something waits there, once a
+// minute while nothing does), turns each waiting prompt into a card,
 // and writes the person's answers for the hooks. Lives on the main thread; scans run off it.
 class AgentPromptsManager : public QObject {
     Q_OBJECT
@@ -68,6 +69,7 @@ private:
     void alert(const PromptCard& card);
     bool answeredByTeam(const PromptCard& card);
     bool takeAway(const QString& id);
+    void scheduleFallbackScan(bool somethingWaits);
 
     Clock& m_clock;
     AgentSettings m_settings;

@@ -4,6 +4,7 @@
 #include "TempHome.h"
 #include "TestMain.h"
 
+#include "agents/AgentConstants.h"
 #include "agents/prompts/AgentPromptsManager.h"
 #include "agents/prompts/AgentsPageModel.h"
 #include "agents/prompts/ApprovalExchange.h"
@@ -269,19 +270,36 @@ private slots:
         QCOMPARE(core.alerts.notes, QStringList{"Claude Code asks to use Bash | git push origin main"});
     }
 
+    // A change the folder watch missed shows at the next fallback scan: within seconds while a
+    // prompt or an unclaimed answer waits in the folder, within a minute while nothing does.
+    void periodicScanIsTheFallback_data()
+    {
+        QTest::addColumn<QString>("waiting"); // a file in the folder before Norva starts
+        QTest::addColumn<double>("fallbackAfter");
+        QTest::newRow("nothing waits") << QString() << agents::restingScanInterval.count();
+        QTest::newRow("a prompt waits") << "pending-toolu_0.json" << agents::fallbackScanInterval.count();
+        QTest::newRow("an answer waits") << "resp-toolu_0" << agents::fallbackScanInterval.count();
+    }
     void periodicScanIsTheFallback()
     {
+        QFETCH(QString, waiting);
+        QFETCH(double, fallbackAfter);
         test::TempHome home;
         Core core;
+        QVERIFY(core.folder().ensure().ok);
+        if (!waiting.isEmpty())
+            QVERIFY(core.folder().write(waiting, bashPayload));
         QSignalSpy scans(core.manager.get(), &AgentPromptsManager::scanFinished);
         core.manager->start();
         QTRY_VERIFY(scans.count() > 0);
+        const int shown = core.model->count();
         core.manager->folderWatch().stop();
         core.folder().write("pending-toolu_1.json", bashPayload);
+        core.clock.advance(Seconds(fallbackAfter - 0.1));
         QTest::qWait(200); // nothing may show while neither the watch nor the clock asks for a scan
-        QCOMPARE(core.model->count(), 0);
-        core.clock.advance(Seconds(5));
-        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
+        QCOMPARE(core.model->count(), shown);
+        core.clock.advance(Seconds(0.1));
+        QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), shown + 1, 5000);
     }
 
     void allowWritesTheBodyAndTheCardStaysAway()
