@@ -9,6 +9,7 @@
 #include "media/MusicSettings.h"
 #include "media/ScriptingBackend.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -156,10 +157,7 @@ void MusicManager::take(const MediaUpdate& update)
         scheduleKeepCheck();
     }
 
-    if (next.isPlaying && !m_positionTick.isArmed())
-        m_positionTick = m_clock.every(Seconds(positionTick), [this] { emit positionChanged(); });
-    else if (!next.isPlaying)
-        m_positionTick.cancel();
+    updatePositionTick();
 
     if (update.artworkChanged)
         takeArtwork(update);
@@ -180,6 +178,25 @@ void MusicManager::take(const MediaUpdate& update)
     // Only a song that has the notch peeks: a dismissed one stays out of sight.
     if (peeks && m_active)
         m_songPeek.show();
+}
+
+void MusicManager::followPosition(bool following)
+{
+    m_positionFollowers = std::max(0, m_positionFollowers + (following ? 1 : -1));
+    updatePositionTick();
+    if (following)
+        emit positionChanged(); // the song moved on while nothing showed where it is
+}
+
+// Nothing on the closed notch shows the position, so a playing song wakes Norva for it only while
+// a view follows it.
+void MusicManager::updatePositionTick()
+{
+    const bool ticks = m_snapshot.isPlaying && m_positionFollowers > 0;
+    if (ticks && !m_positionTick.isArmed())
+        m_positionTick = m_clock.every(Seconds(positionTick), [this] { emit positionChanged(); });
+    else if (!ticks)
+        m_positionTick.cancel();
 }
 
 void MusicManager::takeArtwork(const MediaUpdate& update)

@@ -88,6 +88,9 @@ public:
     void startVolumeMonitoring();
     void stopVolumeMonitoring();
     Q_INVOKABLE void dismissCurrent();
+    // A view that shows the position (the music page's clock, progress and lyrics) follows it while
+    // it is there: the position ticks only while at least one does, and catches up as one comes.
+    Q_INVOKABLE void followPosition(bool following);
     Q_INVOKABLE bool launch(const QString& player);
 
     const MediaSnapshot& snapshot() const { return m_snapshot; }
@@ -129,7 +132,7 @@ public:
 
     static QString appNameFor(const QString& bundleIdentifier);
 
-    static constexpr double positionTick = 0.5; // seconds between position updates while playing
+    static constexpr double positionTick = 0.5; // seconds between position updates while shown playing
     static constexpr double noticeDuration = 4.0;
     static constexpr double volumeScrollStep = 0.05; // per notch of the wheel
     // Covers kept decoded, so going back to a track (or between two players) shows its cover at once.
@@ -164,6 +167,7 @@ private:
     void checkStale();
     void updateActiveSession();
     void prefetchLyrics();
+    void updatePositionTick();
 
     Clock& m_clock;
     MusicSettings* m_settings;
@@ -190,6 +194,7 @@ private:
     QString m_dismissedTrackKey;
     QString m_peekedTrackKey;
     ScheduledWork m_keepCheck;
+    int m_positionFollowers = 0;
     ScheduledWork m_positionTick;
     ScheduledWork m_noticeWork;
 };

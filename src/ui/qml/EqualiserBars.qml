@@ -1,9 +1,9 @@
 import QtQuick
 
 // The playing mark beside the notch: four bars that move while the song plays and stand low and
-// still while it is paused (or while motion is reduced). They jump to new heights a few times a
-// second without easing in between, so a playing song costs a handful of repaints a second rather
-// than one every frame; a paused song costs none.
+// still while it is paused (or while motion is reduced). They jump to new heights twice a second
+// without easing in between, so a playing song costs two repaints a second rather than one every
+// frame; a paused song costs none.
 Item {
     id: bars
     property bool playing: false

@@ -7,6 +7,9 @@ Item {
     id: page
     readonly property var now: typeof music !== "undefined" ? music : null
     readonly property bool playing: now !== null && now.hasTrack
+    // The position ticks only while a page shows it; the page is made as the notch opens on it.
+    Component.onCompleted: if (now) now.followPosition(true)
+    Component.onDestruction: if (now) now.followPosition(false)
 
     function clock(seconds) {
         const whole = Math.max(0, Math.floor(seconds))
