@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "SmallDisk.h"
+#include "TempHome.h"
 #include "TestMain.h"
 
 #include "notes/QuickNotesStore.h"
@@ -9,7 +10,6 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace norva;
@@ -26,26 +26,17 @@ QByteArray noteJson(const QString& id, const QString& text)
 }
 
 struct StoreRig {
-    QTemporaryDir folder;
+    test::TempHome folder;
     ManualClock clock;
     std::unique_ptr<QuickNotesStore> store;
-    QString file() const { return folder.filePath(QStringLiteral("notes.json")); }
-    void write(const QByteArray& bytes) const
-    {
-        QFile out(file());
-        QVERIFY(out.open(QIODevice::WriteOnly));
-        out.write(bytes);
-    }
+    QString file() const { return folder.file(QStringLiteral("notes.json")); }
+    void write(const QByteArray& bytes) const { folder.write(QStringLiteral("notes.json"), bytes); }
     void open()
     {
         store = std::make_unique<QuickNotesStore>(clock, folder.path());
         store->load();
     }
-    QByteArray onDisk() const
-    {
-        QFile in(file());
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
+    QByteArray onDisk() const { return test::TempHome::read(file()); }
     QStringList asideFiles() const
     {
         return QDir(folder.path()).entryList({QStringLiteral("notes.json.unreadable-*")});
@@ -102,7 +93,7 @@ private slots:
         rig.store->add(QStringLiteral("three"));
         QVERIFY(rig.store->saveNow());
         QCOMPARE(rig.asideFiles(), QStringList{QStringLiteral("notes.json.unreadable-2026-11-18-100000")});
-        QCOMPARE(TempRead(rig.folder.filePath(rig.asideFiles().first())), file);
+        QCOMPARE(test::TempHome::read(rig.folder.file(rig.asideFiles().first())), file);
         QVERIFY(log.contains(QStringLiteral(
             "Norva Notes: set the unreadable notes.json aside as notes.json.unreadable-2026-11-18-100000")));
         QCOMPARE(rig.store->failure()->kind, QuickNotesStore::FailureKind::setAside);
@@ -136,7 +127,7 @@ private slots:
         rig.store->add(QStringLiteral("new"));
         rig.clock.advance(QuickNotesStore::kSaveDelay);
         QCOMPARE(rig.asideFiles().size(), 1);
-        QCOMPARE(TempRead(rig.folder.filePath(rig.asideFiles().first())), content);
+        QCOMPARE(test::TempHome::read(rig.folder.file(rig.asideFiles().first())), content);
     }
 
     void aFailedSaveKeepsTheNotesAndSaysWhy()
@@ -176,13 +167,6 @@ private slots:
         QCOMPARE(rig.store->notes().first().id, b);
         rig.store->putBack(removed->first, removed->second);
         QCOMPARE(rig.store->notes().first().id, a);
-    }
-
-private:
-    static QByteArray TempRead(const QString& path)
-    {
-        QFile in(path);
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
     }
 };
 
