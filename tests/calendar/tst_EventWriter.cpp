@@ -52,32 +52,21 @@ private slots:
         QCOMPARE(events[0].joinUrl, draft.joinUrl);
     }
 
-    void oneOccurrenceChangesAndAnotherGoes()
+    // Moving or deleting one occurrence is followed through khal in the event store's tests; here,
+    // an occurrence the file does not hold is refused rather than written as a new one.
+    void anOccurrenceTheFileDoesNotHoldIsRefused()
     {
         const QByteArray series =
             "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Other//EN\r\nBEGIN:VEVENT\r\n"
             "UID:daily\r\nDTSTAMP:20270301T000000Z\r\nDTSTART;TZID=Europe/London:20270322T093000\r\n"
-            "DURATION:PT15M\r\nRRULE:FREQ=DAILY;COUNT=3\r\nSUMMARY:Daily\r\n"
-            "X-KEEP-ME:yes\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
-        QList<EventInfo> events = readBack(series);
-        QCOMPARE(events.size(), 3);
-        std::sort(events.begin(), events.end(), [](auto& a, auto& b) { return a.start < b.start; });
-        const EventDraft later{QStringLiteral("Daily (late)"), events[1].start.addSecs(3600),
-                               events[1].end.addSecs(3600), std::nullopt};
-        const auto changed = EventWriter::changed(series, events[1].ekOccurrence, later, kStamp, kLondon);
-        QVERIFY(changed);
-        QVERIFY(changed->contains("X-KEEP-ME:yes"));
-        const auto fewer = EventWriter::withoutOccurrence(*changed, events[2].ekOccurrence);
-        QVERIFY(fewer);
-        QStringList seen;
-        for (const EventInfo& event : readBack(*fewer))
-            seen << event.start.toTimeZone(kLondon).toString(QStringLiteral("dd HH:mm ")) + event.title;
-        seen.sort();
-        QCOMPARE(seen, (QStringList{"22 09:30 Daily", "23 10:30 Daily (late)"}));
-
-        EventOccurrence gone = events[0].ekOccurrence;
+            "DURATION:PT15M\r\nRRULE:FREQ=DAILY;COUNT=3\r\nSUMMARY:Daily\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+        const EventInfo first = readBack(series).first();
+        QVERIFY(EventWriter::withoutOccurrence(series, first.ekOccurrence));
+        EventOccurrence gone = first.ekOccurrence;
         gone.uid = QStringLiteral("not-here");
+        const EventDraft later{QStringLiteral("Daily (late)"), first.start.addSecs(3600), first.end, {}};
         QVERIFY(!EventWriter::changed(series, gone, later, kStamp, kLondon));
+        QVERIFY(!EventWriter::withoutOccurrence(series, gone));
     }
 };
 
