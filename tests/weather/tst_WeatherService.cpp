@@ -196,19 +196,6 @@ private slots:
         QCOMPARE(rig.weather->ageText(), QStringLiteral("Updated 15 min ago"));
     }
 
-    void emptyArraysShowNowOnly()
-    {
-        WeatherRig rig;
-        rig.answers.insert("/v1/forecast", {200, Answers::emptyArrays});
-        rig.weather->start();
-        QVERIFY(rig.settled());
-        QCOMPARE(rig.weather->status(), WeatherService::Status::ready);
-        QCOMPARE(rig.weather->glyphName(), QStringLiteral("snow"));
-        QCOMPARE(rig.weather->temperatureText(), QStringLiteral("-2\u00B0"));
-        QVERIFY(rig.weather->hourRows().isEmpty());
-        QVERIFY(rig.weather->dayRows().isEmpty());
-    }
-
     void startRefreshesOnlyWhenTheLastFetchIsFifteenMinutesOld_data()
     {
         QTest::addColumn<int>("minutesAgo");
