@@ -433,22 +433,6 @@ private slots:
         QVERIFY(log.contains(QStringLiteral("); copying the same picture again adds a second clip")));
     }
 
-    void unreadableListIsLeftAsItIsUntilTheListChanges()
-    {
-        Rig rig;
-        const QString path = rig.home.write(QStringLiteral("data/clipboard.json"), "[{\"id\": ");
-        LogCapture log;
-        rig.start();
-        QCOMPARE(log.count(QStringLiteral("Norva clipboard: could not read clipboard.json (")), 1);
-        rig.clock.advance(Seconds(30));
-        QCOMPARE(TempHome::read(path), QByteArray("[{\"id\": "));
-        rig.copyText(QStringLiteral("first"));
-        rig.clock.advance(StoredList::kSaveDelay);
-        QVERIFY(log.contains(QStringLiteral(
-            "Norva clipboard: kept the unreadable clipboard.json as clipboard.json.unreadable-")));
-        QVERIFY(TempHome::read(path).contains("first"));
-    }
-
     void historySurvivesARestart()
     {
         Rig rig;
