@@ -19,82 +19,48 @@ private slots:
     void bodyPerAgentPhaseAndAnswer_data()
     {
         // The waiting hook, which names its agent and phase: a prompt's id, or a never-allow check's key.
-        QTest::addColumn<QString>("hook");
-        QTest::addColumn<QString>("answer"); // allow, trusted, deny, team allow, team deny
+        // Then the answer: allow, trusted, deny, team allow, team deny.
+        QTest::addColumn<QString>("hookAndAnswer");
         QTest::addColumn<QByteArray>("expected");
         const QByteArray team = "Denied by your team's rule: never run git push*";
+        const QByteArray notch = "Denied from the Norva notch";
+        // The three envelopes: Claude Code's and Codex's PreToolUse, their PermissionRequest, Copilot's.
+        const auto pre = [](const QByteArray& decision, const QByteArray& reason) {
+            return j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'") +
+                   decision + j("','permissionDecisionReason':'") + reason + j("'}}");
+        };
+        const auto bare = [](const QByteArray& behavior, const QByteArray& message = {}) {
+            return j("{'behavior':'") + behavior + j("'") +
+                   (message.isEmpty() ? QByteArray() : j(",'message':'") + message + j("'")) + "}";
+        };
+        const auto perm = [&bare](const QByteArray& behavior, const QByteArray& message = {}) {
+            return j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':") +
+                   bare(behavior, message) + "}}";
+        };
         // Claude Code's PreToolUse hook (tool-use ids), and every agent's check before a tool runs.
-        QTest::newRow("claude pre allow")
-            << "toolu_1"
-            << "allow"
-            << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'allow',"
-                 "'permissionDecisionReason':'Approved from the Norva notch'}}");
+        QTest::newRow("claude pre allow") << "toolu_1 allow" << pre("allow", "Approved from the Norva notch");
         QTest::newRow("claude pre trusted")
-            << "toolu_1"
-            << "trusted"
-            << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'allow',"
-                 "'permissionDecisionReason':'Auto-approved from the Norva notch (session trusted)'}}");
-        QTest::newRow("claude pre deny")
-            << "toolu_1"
-            << "deny"
-            << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny',"
-                 "'permissionDecisionReason':'Denied from the Norva notch'}}");
-        QTest::newRow("claude pre team deny")
-            << "claude-pre-3"
-            << "team deny"
-            << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny',"
-                 "'permissionDecisionReason':'") +
-                   team + "\"}}";
-        QTest::newRow("codex pre team deny")
-            << "codex-pre-3"
-            << "team deny"
-            << j("{'hookSpecificOutput':{'hookEventName':'PreToolUse','permissionDecision':'deny',"
-                 "'permissionDecisionReason':'") +
-                   team + "\"}}";
+            << "toolu_1 trusted" << pre("allow", "Auto-approved from the Norva notch (session trusted)");
+        QTest::newRow("claude pre deny") << "toolu_1 deny" << pre("deny", notch);
+        QTest::newRow("claude pre team deny") << "claude-pre-3 team deny" << pre("deny", team);
+        QTest::newRow("codex pre team deny") << "codex-pre-3 team deny" << pre("deny", team);
         // Permission requests: Codex, and Claude Code's PermissionRequest hook ("claude-" ids).
-        QTest::newRow("claude perm allow") << "claude-7"
-                                           << "allow"
-                                           << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','"
-                                                "decision':{'behavior':'allow'}}}");
-        QTest::newRow("claude perm deny")
-            << "claude-7"
-            << "deny"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'deny',"
-                 "'message':'Denied from the Norva notch'}}}");
-        QTest::newRow("codex allow") << "codex-s-7"
-                                     << "allow"
-                                     << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','"
-                                          "decision':{'behavior':'allow'}}}");
-        QTest::newRow("codex team allow carries no message")
-            << "codex-s-7"
-            << "team allow"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'allow'}}"
-                 "}");
-        QTest::newRow("codex deny")
-            << "codex-s-7"
-            << "deny"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'deny',"
-                 "'message':'Denied from the Norva notch'}}}");
-        QTest::newRow("codex perm team deny")
-            << "codex-perm-3"
-            << "team deny"
-            << j("{'hookSpecificOutput':{'hookEventName':'PermissionRequest','decision':{'behavior':'deny',"
-                 "'message':'") +
-                   team + "\"}}}";
+        QTest::newRow("claude perm allow") << "claude-7 allow" << perm("allow");
+        QTest::newRow("claude perm deny") << "claude-7 deny" << perm("deny", notch);
+        QTest::newRow("codex allow") << "codex-s-7 allow" << perm("allow");
+        QTest::newRow("codex team allow carries no message") << "codex-s-7 team allow" << perm("allow");
+        QTest::newRow("codex deny") << "codex-s-7 deny" << perm("deny", notch);
+        QTest::newRow("codex perm team deny") << "codex-perm-3 team deny" << perm("deny", team);
         // Copilot CLI reads the bare decision.
-        QTest::newRow("copilot allow") << "copilot-s-7"
-                                       << "allow" << j("{'behavior':'allow'}");
-        QTest::newRow("copilot deny")
-            << "copilot-s-7"
-            << "deny" << j("{'behavior':'deny','message':'Denied from the Norva notch'}");
-        QTest::newRow("copilot team deny")
-            << "copilot-perm-3"
-            << "team deny" << j("{'behavior':'deny','message':'") + team + "\"}";
+        QTest::newRow("copilot allow") << "copilot-s-7 allow" << bare("allow");
+        QTest::newRow("copilot deny") << "copilot-s-7 deny" << bare("deny", notch);
+        QTest::newRow("copilot team deny") << "copilot-perm-3 team deny" << bare("deny", team);
     }
     void bodyPerAgentPhaseAndAnswer()
     {
-        QFETCH(QString, hook);
-        QFETCH(QString, answer);
+        QFETCH(QString, hookAndAnswer);
+        const QString hook = hookAndAnswer.section(QLatin1Char(' '), 0, 0);
+        const QString answer = hookAndAnswer.section(QLatin1Char(' '), 1);
         QFETCH(QByteArray, expected);
         using D = ApprovalExchange::Decision;
         QJsonObject body;
