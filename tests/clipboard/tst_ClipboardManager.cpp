@@ -455,19 +455,15 @@ private slots:
         for (const char* kind : {"text", "image", "file"})
             QTest::newRow(kind) << kind << QString() << QString() << QString();
         QTest::newRow("files deleted")
-            << "file"
-            << "delete" << ClipboardTexts::filesGone
+            << "file" << QStringLiteral("delete") << ClipboardTexts::filesGone
             << "could not be copied again (none of its files exist any more); removed it from the history";
         QTest::newRow("picture deleted")
-            << "image"
-            << "delete" << ClipboardTexts::pictureGone
+            << "image" << QStringLiteral("delete") << ClipboardTexts::pictureGone
             << "could not be copied again (its image file is gone); removed it from the history";
         QTest::newRow("picture emptied")
-            << "image"
-            << "empty" << ClipboardTexts::nothingLeft
+            << "image" << QStringLiteral("empty") << ClipboardTexts::nothingLeft
             << "could not be copied again (its image file is empty); removed it from the history";
-        QTest::newRow("clipboard refuses") << "text"
-                                           << "refuse" << ClipboardTexts::refused
+        QTest::newRow("clipboard refuses") << "text" << QStringLiteral("refuse") << ClipboardTexts::refused
                                            << "was not copied again (the pasteboard refused the write)";
     }
     void copyingBack()
