@@ -71,17 +71,16 @@ private slots:
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("logged");
-        QTest::newRow("nothing found")
-            << 200 << QByteArray(R"({"generationtime_ms": 0.1})") << "No place matches \u201CAtlantis\u201D."
-            << "";
-        QTest::newRow("empty results")
-            << 200 << QByteArray(R"({"results": []})") << "No place matches \u201CAtlantis\u201D."
-            << "";
+        QTest::newRow("nothing found") << 200 << QByteArray(R"({"generationtime_ms": 0.1})")
+                                       << "No place matches \u201CAtlantis\u201D." << QString();
+        QTest::newRow("empty results") << 200 << QByteArray(R"({"results": []})")
+                                       << "No place matches \u201CAtlantis\u201D." << QString();
         QTest::newRow("garbage")
             << 200 << QByteArray("Service Unavailable") << "The place search didn't come back."
-            << "Norva Weather: searching places failed (the geocoder sent nothing readable)";
-        QTest::newRow("server error") << 503 << QByteArray("{}") << "The place search didn't come back."
-                                      << "Norva Weather: searching places failed (the geocoder answered 503)";
+            << QStringLiteral("Norva Weather: searching places failed (the geocoder sent nothing readable)");
+        QTest::newRow("server error")
+            << 503 << QByteArray("{}") << "The place search didn't come back."
+            << QStringLiteral("Norva Weather: searching places failed (the geocoder answered 503)");
     }
     void searchOutcomesReadCalmly()
     {

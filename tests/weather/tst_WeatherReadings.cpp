@@ -25,58 +25,35 @@ private slots:
         QTest::addColumn<bool>("isDay");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("glyph");
-        QTest::newRow("0 clear by day") << 0 << true << "Clear"
-                                        << "clearDay";
-        QTest::newRow("0 clear by night") << 0 << false << "Clear"
-                                          << "clearNight";
-        QTest::newRow("1 reads partly cloudy, keeps the clear sky") << 1 << true << "Partly cloudy"
-                                                                    << "clearDay";
-        QTest::newRow("1 at night") << 1 << false << "Partly cloudy"
-                                    << "clearNight";
-        QTest::newRow("2 partly cloudy with the cloud") << 2 << true << "Partly cloudy"
-                                                        << "cloud";
-        QTest::newRow("3 cloudy") << 3 << false << "Cloudy"
-                                  << "cloud";
-        QTest::newRow("45 fog") << 45 << true << "Fog"
-                                << "fog";
-        QTest::newRow("48 fog") << 48 << true << "Fog"
-                                << "fog";
-        QTest::newRow("51 drizzle") << 51 << true << "Drizzle"
-                                    << "rain";
-        QTest::newRow("57 drizzle") << 57 << true << "Drizzle"
-                                    << "rain";
-        QTest::newRow("60 is no WMO code, yet rain's glyph") << 60 << true << "\u2014"
-                                                             << "rain";
-        QTest::newRow("61 rain") << 61 << true << "Rain"
-                                 << "rain";
-        QTest::newRow("67 rain") << 67 << true << "Rain"
-                                 << "rain";
-        QTest::newRow("68 beyond rain") << 68 << true << "\u2014"
-                                        << "cloud";
-        QTest::newRow("71 snow") << 71 << true << "Snow"
-                                 << "snow";
-        QTest::newRow("77 snow") << 77 << true << "Snow"
-                                 << "snow";
-        QTest::newRow("74 snow's glyph only") << 74 << true << "\u2014"
-                                              << "snow";
-        QTest::newRow("80 showers") << 80 << true << "Showers"
-                                    << "rain";
-        QTest::newRow("82 showers") << 82 << true << "Showers"
-                                    << "rain";
-        QTest::newRow("85 snow showers") << 85 << true << "Snow showers"
-                                         << "snow";
-        QTest::newRow("86 snow showers") << 86 << true << "Snow showers"
-                                         << "snow";
-        QTest::newRow("95 thunderstorm") << 95 << true << "Thunderstorm"
-                                         << "thunder";
-        QTest::newRow("99 thunderstorm") << 99 << false << "Thunderstorm"
-                                         << "thunder";
-        QTest::newRow("97 thunder's glyph only") << 97 << true << "\u2014"
-                                                 << "thunder";
-        QTest::newRow("-1 unknown") << -1 << true << "\u2014"
-                                    << "cloud";
-        QTest::newRow("100 unknown") << 100 << true << "\u2014"
-                                     << "cloud";
+        QTest::newRow("0 clear by day") << 0 << true << QStringLiteral("Clear") << "clearDay";
+        QTest::newRow("0 clear by night") << 0 << false << QStringLiteral("Clear") << "clearNight";
+        QTest::newRow("1 reads partly cloudy, keeps the clear sky")
+            << 1 << true << QStringLiteral("Partly cloudy") << "clearDay";
+        QTest::newRow("1 at night") << 1 << false << QStringLiteral("Partly cloudy") << "clearNight";
+        QTest::newRow("2 partly cloudy with the cloud")
+            << 2 << true << QStringLiteral("Partly cloudy") << "cloud";
+        QTest::newRow("3 cloudy") << 3 << false << QStringLiteral("Cloudy") << "cloud";
+        QTest::newRow("45 fog") << 45 << true << QStringLiteral("Fog") << "fog";
+        QTest::newRow("48 fog") << 48 << true << QStringLiteral("Fog") << "fog";
+        QTest::newRow("51 drizzle") << 51 << true << QStringLiteral("Drizzle") << "rain";
+        QTest::newRow("57 drizzle") << 57 << true << QStringLiteral("Drizzle") << "rain";
+        QTest::newRow("60 is no WMO code, yet rain's glyph")
+            << 60 << true << QStringLiteral("\u2014") << "rain";
+        QTest::newRow("61 rain") << 61 << true << QStringLiteral("Rain") << "rain";
+        QTest::newRow("67 rain") << 67 << true << QStringLiteral("Rain") << "rain";
+        QTest::newRow("68 beyond rain") << 68 << true << QStringLiteral("\u2014") << "cloud";
+        QTest::newRow("71 snow") << 71 << true << QStringLiteral("Snow") << "snow";
+        QTest::newRow("77 snow") << 77 << true << QStringLiteral("Snow") << "snow";
+        QTest::newRow("74 snow's glyph only") << 74 << true << QStringLiteral("\u2014") << "snow";
+        QTest::newRow("80 showers") << 80 << true << QStringLiteral("Showers") << "rain";
+        QTest::newRow("82 showers") << 82 << true << QStringLiteral("Showers") << "rain";
+        QTest::newRow("85 snow showers") << 85 << true << QStringLiteral("Snow showers") << "snow";
+        QTest::newRow("86 snow showers") << 86 << true << QStringLiteral("Snow showers") << "snow";
+        QTest::newRow("95 thunderstorm") << 95 << true << QStringLiteral("Thunderstorm") << "thunder";
+        QTest::newRow("99 thunderstorm") << 99 << false << QStringLiteral("Thunderstorm") << "thunder";
+        QTest::newRow("97 thunder's glyph only") << 97 << true << QStringLiteral("\u2014") << "thunder";
+        QTest::newRow("-1 unknown") << -1 << true << QStringLiteral("\u2014") << "cloud";
+        QTest::newRow("100 unknown") << 100 << true << QStringLiteral("\u2014") << "cloud";
     }
     void conditionReadsAndDraws()
     {

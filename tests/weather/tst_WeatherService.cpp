@@ -380,49 +380,44 @@ private slots:
         const QVariantMap unpinned{{WeatherSettings::kPlaceLatitudeKey, QVariant()},
                                    {WeatherSettings::kPlaceLongitudeKey, QVariant()},
                                    {WeatherSettings::kPlaceNameKey, QVariant()}};
-        QTest::newRow("a place pinned") << QVariantMap{{WeatherSettings::kPlaceLatitudeKey, 64.13548},
-                                                       {WeatherSettings::kPlaceLongitudeKey, -21.89541},
-                                                       {WeatherSettings::kPlaceNameKey, "Reykjavík"}}
-                                        << QStringList{"placeChanged"} << QStringList{reykjavik}
-                                        << QStringList{reykjavik, oslo} << "celsius"
-                                        << "Reykjavík" << false;
+        QTest::newRow("a place pinned")
+            << QVariantMap{{WeatherSettings::kPlaceLatitudeKey, 64.13548},
+                           {WeatherSettings::kPlaceLongitudeKey, -21.89541},
+                           {WeatherSettings::kPlaceNameKey, "Reykjavík"}}
+            << QStringList{"placeChanged"} << QStringList{reykjavik} << QStringList{reykjavik, oslo}
+            << "celsius" << QStringLiteral("Reykjavík") << false;
         QTest::newRow("the place unpinned")
             << unpinned << QStringList{"placeChanged"} << QStringList{"/where", lisbon}
-            << QStringList{"/where", lisbon, oslo} << "celsius"
-            << "Lisbon" << false;
+            << QStringList{"/where", lisbon, oslo} << "celsius" << QStringLiteral("Lisbon") << false;
         QTest::newRow("a latitude past the pole is no place")
             << QVariantMap{{WeatherSettings::kPlaceLatitudeKey, 95.0}} << QStringList{"placeChanged"}
             << QStringList{"/where", lisbon} << QStringList{"/where", lisbon, oslo} << "celsius"
-            << "Lisbon" << false;
+            << QStringLiteral("Lisbon") << false;
         QTest::newRow("a unit chosen")
             << QVariantMap{{WeatherSettings::kUnitKey, "fahrenheit"}} << QStringList{"unitChanged"}
-            << QStringList{berlin} << QStringList{berlin, oslo} << "fahrenheit"
-            << "Berlin" << false;
+            << QStringList{berlin} << QStringList{berlin, oslo} << "fahrenheit" << QStringLiteral("Berlin")
+            << false;
         QTest::newRow("an unknown unit follows the desktop")
             << QVariantMap{{WeatherSettings::kUnitKey, "kelvin"}} << QStringList{"unitChanged"}
-            << QStringList{} << QStringList{berlin, oslo} << "celsius"
-            << "Berlin" << false;
+            << QStringList{} << QStringList{berlin, oslo} << "celsius" << QStringLiteral("Berlin") << false;
         QTest::newRow("the forecast moved")
             << QVariantMap{{WeatherSettings::kForecastAddressKey, "BASE/moved"}}
             << QStringList{"addressesChanged"} << QStringList{} << QStringList{"/moved" + berlin, oslo}
-            << "celsius"
-            << "Berlin" << false;
+            << "celsius" << QStringLiteral("Berlin") << false;
         QTest::newRow("the geocoder moved")
             << QVariantMap{{WeatherSettings::kGeocodingAddressKey, "BASE/moved/"}}
             << QStringList{"addressesChanged"} << QStringList{} << QStringList{berlin, "/moved" + oslo}
-            << "celsius"
-            << "Berlin" << false;
+            << "celsius" << QStringLiteral("Berlin") << false;
         QVariantMap locatedElsewhere = unpinned;
         locatedElsewhere.insert(WeatherSettings::kLocationAddressKey, "BASE/moved/where");
         locatedElsewhere.insert(WeatherSettings::kLocationFallbackAddressKey, "not an address");
         QTest::newRow("the place unpinned and located elsewhere in one save")
             << locatedElsewhere << QStringList{"addressesChanged", "placeChanged"}
             << QStringList{"/moved/where", lisbon} << QStringList{"/moved/where", lisbon, oslo} << "celsius"
-            << "Lisbon" << false;
+            << QStringLiteral("Lisbon") << false;
         QTest::newRow("the closed notch switched on")
             << QVariantMap{{WeatherSettings::kClosedNotchKey, true}} << QStringList{"closedNotchChanged"}
-            << QStringList{} << QStringList{berlin, oslo} << "celsius"
-            << "Berlin" << true;
+            << QStringList{} << QStringList{berlin, oslo} << "celsius" << QStringLiteral("Berlin") << true;
     }
     void preferencesEditedOutsideAreFollowed()
     {
