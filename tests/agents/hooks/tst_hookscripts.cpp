@@ -354,20 +354,13 @@ private slots:
         QTest::addColumn<QString>("arguments");
         QTest::addColumn<QString>("prompt");
         QTest::addColumn<bool>("card");
-        QTest::newRow("--allow-tool=shell") << "copilot --allow-tool=shell"
-                                            << "ls" << false;
-        QTest::newRow("--allow-tool shell") << "copilot --allow-tool shell"
-                                            << "ls" << false;
-        QTest::newRow("--yolo") << "copilot --yolo"
-                                << "ls" << false;
-        QTest::newRow("--allow-all-paths") << "copilot --allow-all-paths"
-                                           << "ls" << false;
-        QTest::newRow("--allow-all at the end") << "copilot --allow-all"
-                                                << "ls" << false;
-        QTest::newRow("/yolo typed inside") << "copilot"
-                                            << "/yolo" << true;
-        QTest::newRow("similar flag") << "copilot --allow-toolbox"
-                                      << "ls" << true;
+        QTest::newRow("--allow-tool=shell") << "copilot --allow-tool=shell" << QStringLiteral("ls") << false;
+        QTest::newRow("--allow-tool shell") << "copilot --allow-tool shell" << QStringLiteral("ls") << false;
+        QTest::newRow("--yolo") << "copilot --yolo" << QStringLiteral("ls") << false;
+        QTest::newRow("--allow-all-paths") << "copilot --allow-all-paths" << QStringLiteral("ls") << false;
+        QTest::newRow("--allow-all at the end") << "copilot --allow-all" << QStringLiteral("ls") << false;
+        QTest::newRow("/yolo typed inside") << "copilot" << QStringLiteral("/yolo") << true;
+        QTest::newRow("similar flag") << "copilot --allow-toolbox" << QStringLiteral("ls") << true;
     }
     void copilotAutonomyKeepsCopilotsOwnRules()
     {

@@ -229,14 +229,14 @@ private slots:
         QTest::addColumn<QByteArray>("answer");
         QTest::addColumn<QString>("app");
         QTest::addColumn<bool>("broughtForward");
-        QTest::newRow("iTerm2 by session") << "iTerm.app"
-                                           << "w0t1p0:6F3A-11" << QByteArray("found") << "iTerm2" << false;
-        QTest::newRow("iTerm2 by tty alone") << "iTerm.app"
-                                             << "" << QByteArray("found") << "iTerm2" << false;
-        QTest::newRow("Terminal") << "Apple_Terminal"
-                                  << "" << QByteArray("found") << "Terminal" << false;
-        QTest::newRow("Terminal finds nothing") << "Apple_Terminal"
-                                                << "" << QByteArray("missing") << "Terminal" << true;
+        QTest::newRow("iTerm2 by session")
+            << "iTerm.app" << QStringLiteral("w0t1p0:6F3A-11") << QByteArray("found") << "iTerm2" << false;
+        QTest::newRow("iTerm2 by tty alone")
+            << "iTerm.app" << QString() << QByteArray("found") << "iTerm2" << false;
+        QTest::newRow("Terminal") << "Apple_Terminal" << QString() << QByteArray("found") << "Terminal"
+                                  << false;
+        QTest::newRow("Terminal finds nothing")
+            << "Apple_Terminal" << QString() << QByteArray("missing") << "Terminal" << true;
     }
     void scriptedTerminalsSelectTheSessionOrComeForward()
     {

@@ -151,12 +151,9 @@ private slots:
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("why");
-        QTest::newRow("over 4 MB") << "large"
-                                   << "its prompt file is over 4 MB";
-        QTest::newRow("not JSON") << "text"
-                                  << "its prompt file is not JSON";
-        QTest::newRow("a link") << "link"
-                                << "its prompt file is a link";
+        QTest::newRow("over 4 MB") << "large" << QStringLiteral("its prompt file is over 4 MB");
+        QTest::newRow("not JSON") << "text" << QStringLiteral("its prompt file is not JSON");
+        QTest::newRow("a link") << "link" << QStringLiteral("its prompt file is a link");
     }
     void unreadablePromptIsHandedBackAtOnce()
     {
@@ -190,28 +187,21 @@ private slots:
         QTest::addColumn<QString>("agent");
         QTest::addColumn<QString>("tool");
         QTest::addColumn<QString>("subject");
-        QTest::newRow("claude bash") << "toolu_1" << bashPayload << "Claude Code"
-                                     << "Bash"
+        QTest::newRow("claude bash") << "toolu_1" << bashPayload << "Claude Code" << QStringLiteral("Bash")
                                      << "git push origin main";
         QTest::newRow("claude edit")
             << "toolu_2"
             << QByteArray(R"({"tool_name":"Edit","tool_input":{"file_path":"/src/a.cpp","old_string":"x"}})")
-            << "Claude Code"
-            << "Edit"
-            << "/src/a.cpp";
+            << "Claude Code" << QStringLiteral("Edit") << "/src/a.cpp";
         QTest::newRow("codex argv")
             << "codex-s-41"
             << QByteArray(R"({"tool_name":"shell","tool_input":{"command":["bash","-lc","rm -rf build"]}})")
-            << "Codex"
-            << "shell"
-            << "rm -rf build";
+            << "Codex" << QStringLiteral("shell") << "rm -rf build";
         QTest::newRow("copilot")
             << "copilot-s-42"
             << QByteArray(
                    R"({"transcript_path":"/t","sessionId":"s","toolName":"bash","toolInput":{"command":"ls"}})")
-            << "Copilot CLI"
-            << "bash"
-            << "ls";
+            << "Copilot CLI" << QStringLiteral("bash") << "ls";
         QTest::newRow("copilot args as text")
             << "copilot-s-43"
             << QByteArray(R"({"sessionId":"s","toolName":"write","toolInput":"{\"path\":\"/n.md\"}"})")
@@ -222,9 +212,7 @@ private slots:
             << "toolu_3"
             << QByteArray(
                    R"({"tool_name":"WebFetch","tool_input":{"url":"https://example.org","prompt":"p"}})")
-            << "Claude Code"
-            << "WebFetch"
-            << "https://example.org";
+            << "Claude Code" << QStringLiteral("WebFetch") << "https://example.org";
     }
     void cardsReadEachAgentsPayload()
     {
