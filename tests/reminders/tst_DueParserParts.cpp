@@ -317,16 +317,17 @@ private slots:
         QTest::addColumn<QString>("line");
         QTest::newRow("a day past the last year")
             << "renew in 999999999 years"
-            << "Norva plan: due words named a day the calendar could not "
-               "place (1000002025-11-18)";
+            << QStringLiteral("Norva plan: due words named a day the calendar could not "
+                              "place (1000002025-11-18)");
         // The last day a date-time can hold ends a little after seven in the morning, and has no
         // night after it.
         QTest::newRow("a time past the last moment")
             << "in 106751970392 days at 11pm deploy"
-            << "Norva plan: due words named a time the calendar could not place (23:00)";
+            << QStringLiteral("Norva plan: due words named a time the calendar could not place (23:00)");
         QTest::newRow("a night past the last day")
             << "in 106751970392 days night at 1 deploy"
-            << "Norva plan: due words named a night the calendar could not carry past midnight";
+            << QStringLiteral(
+                   "Norva plan: due words named a night the calendar could not carry past midnight");
     }
     void aDueBeyondTheCalendarIsLoggedAndNotRead()
     {
