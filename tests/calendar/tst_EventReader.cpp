@@ -93,7 +93,7 @@ DTEND;TZID=Europe/London:20261123T111500
 SUMMARY:Stand-up (moved)
 END:VEVENT
 )") << "2026-11-16T00:00:00Z"
-            << "2026-11-27T00:00:00Z"
+            << QStringLiteral("2026-11-27T00:00:00Z")
             << QStringList{"2026-11-16 09:30-09:45 Stand-up", "2026-11-23 11:00-11:15 Stand-up (moved)",
                            "2026-11-25 09:30-09:45 Stand-up"};
 
@@ -107,7 +107,7 @@ RRULE:FREQ=WEEKLY
 SUMMARY:NY sync
 END:VEVENT
 )") << "2027-03-07T00:00:00Z"
-            << "2027-04-01T00:00:00Z"
+            << QStringLiteral("2027-04-01T00:00:00Z")
             << QStringList{"2027-03-08 15:00-15:30 NY sync", "2027-03-15 14:00-14:30 NY sync",
                            "2027-03-22 14:00-14:30 NY sync", "2027-03-29 15:00-15:30 NY sync"};
 
@@ -120,29 +120,27 @@ DTEND;TZID=Europe/Berlin:20261119T150000
 SUMMARY:Berlin review
 END:VEVENT
 )") << "2026-11-18T00:00:00Z"
-            << "2026-11-20T00:00:00Z" << QStringList{"2026-11-19 13:00-14:00 Berlin review"};
+            << QStringLiteral("2026-11-20T00:00:00Z") << QStringList{"2026-11-19 13:00-14:00 Berlin review"};
 
-        QTest::newRow("Outlook's Windows zone name")
-            << calendar(R"(BEGIN:VEVENT
+        QTest::newRow("Outlook's Windows zone name") << calendar(R"(BEGIN:VEVENT
 UID:outlook
 DTSTAMP:20261101T000000Z
 DTSTART;TZID="W. Europe Standard Time":20261119T090000
 DTEND;TZID="W. Europe Standard Time":20261119T093000
 SUMMARY:Outlook call
 END:VEVENT
-)") << "2026-11-18T00:00:00Z"
-            << "2026-11-20T00:00:00Z" << QStringList{"2026-11-19 08:00-08:30 Outlook call"};
+)") << "2026-11-18T00:00:00Z" << QStringLiteral("2026-11-20T00:00:00Z")
+                                                     << QStringList{"2026-11-19 08:00-08:30 Outlook call"};
 
-        QTest::newRow("all-day over several days")
-            << calendar(R"(BEGIN:VEVENT
+        QTest::newRow("all-day over several days") << calendar(R"(BEGIN:VEVENT
 UID:offsite
 DTSTAMP:20261101T000000Z
 DTSTART;VALUE=DATE:20261120
 DTEND;VALUE=DATE:20261123
 SUMMARY:Offsite
 END:VEVENT
-)") << "2026-11-18T00:00:00Z"
-            << "2026-12-02T00:00:00Z" << QStringList{"2026-11-20..2026-11-23 Offsite"};
+)") << "2026-11-18T00:00:00Z" << QStringLiteral("2026-12-02T00:00:00Z")
+                                                   << QStringList{"2026-11-20..2026-11-23 Offsite"};
 
         QTest::newRow("all-day across the spring clock change stays whole days")
             << calendar(R"(BEGIN:VEVENT
@@ -153,12 +151,11 @@ RRULE:FREQ=DAILY;COUNT=3
 SUMMARY:Holiday
 END:VEVENT
 )") << "2027-03-26T00:00:00Z"
-            << "2027-04-01T00:00:00Z"
+            << QStringLiteral("2027-04-01T00:00:00Z")
             << QStringList{"2027-03-27..2027-03-28 Holiday", "2027-03-28..2027-03-29 Holiday",
                            "2027-03-29..2027-03-30 Holiday"};
 
-        QTest::newRow("one cancelled occurrence")
-            << calendar(R"(BEGIN:VEVENT
+        QTest::newRow("one cancelled occurrence") << calendar(R"(BEGIN:VEVENT
 UID:one-on-one
 DTSTAMP:20261101T000000Z
 DTSTART:20261117T150000Z
@@ -175,10 +172,10 @@ DURATION:PT30M
 STATUS:CANCELLED
 SUMMARY:1:1
 END:VEVENT
-)") << "2026-11-17T00:00:00Z"
-            << "2026-11-30T00:00:00Z"
-            << QStringList{"2026-11-17 15:00-15:30 1:1", "2026-11-18 15:00-15:30 1:1 [cancelled]",
-                           "2026-11-19 15:00-15:30 1:1"};
+)") << "2026-11-17T00:00:00Z" << QStringLiteral("2026-11-30T00:00:00Z")
+                                                  << QStringList{"2026-11-17 15:00-15:30 1:1",
+                                                                 "2026-11-18 15:00-15:30 1:1 [cancelled]",
+                                                                 "2026-11-19 15:00-15:30 1:1"};
 
         QTest::newRow("declined invitation")
             << calendar(R"(BEGIN:VEVENT
@@ -192,19 +189,18 @@ ATTENDEE;PARTSTAT=ACCEPTED:mailto:bob@example.com
 SUMMARY:All hands
 END:VEVENT
 )") << "2026-11-18T00:00:00Z"
-            << "2026-11-20T00:00:00Z"
+            << QStringLiteral("2026-11-20T00:00:00Z")
             << QStringList{"2026-11-19 16:00-17:00 All hands [declined by ada@example.com]"};
 
-        QTest::newRow("floating time on the local clock")
-            << calendar(R"(BEGIN:VEVENT
+        QTest::newRow("floating time on the local clock") << calendar(R"(BEGIN:VEVENT
 UID:floating
 DTSTAMP:20261101T000000Z
 DTSTART:20270329T090000
 DTEND:20270329T100000
 SUMMARY:Gym
 END:VEVENT
-)") << "2027-03-28T00:00:00Z"
-            << "2027-03-30T00:00:00Z" << QStringList{"2027-03-29 09:00-10:00 Gym"};
+)") << "2027-03-28T00:00:00Z" << QStringLiteral("2027-03-30T00:00:00Z")
+                                                          << QStringList{"2027-03-29 09:00-10:00 Gym"};
 
         QTest::newRow("extra dates and a daily rule that started years ago")
             << calendar(R"(BEGIN:VEVENT
@@ -217,7 +213,7 @@ RDATE;TZID=Europe/London:20261120T120000
 SUMMARY:Weekly note
 END:VEVENT
 )") << "2026-11-16T00:00:00Z"
-            << "2026-11-24T00:00:00Z"
+            << QStringLiteral("2026-11-24T00:00:00Z")
             << QStringList{"2026-11-16 08:00-08:15 Weekly note", "2026-11-20 12:00-12:15 Weekly note",
                            "2026-11-23 08:00-08:15 Weekly note"};
 
@@ -237,7 +233,7 @@ DTEND:20261118T080000Z
 SUMMARY:Over already
 END:VEVENT
 )") << "2026-11-18T09:00:00Z"
-            << "2026-12-02T10:00:00Z" << QStringList{"2026-11-18 08:00-12:00 Workshop"};
+            << QStringLiteral("2026-12-02T10:00:00Z") << QStringList{"2026-11-18 08:00-12:00 Workshop"};
     }
     void shapesReadAsThePersonExpects()
     {
