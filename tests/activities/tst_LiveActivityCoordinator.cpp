@@ -421,9 +421,9 @@ private slots:
         QTest::addColumn<QString>("promoted");
         QTest::addColumn<QString>("why");
         QTest::newRow("unknown id") << false << "ghost"
-                                    << "ghost did nothing (it is not live)";
-        QTest::newRow("a pinned activity owns the body") << true << "b"
-                                                         << "b did nothing (a is pinned and owns the body)";
+                                    << QStringLiteral("ghost did nothing (it is not live)");
+        QTest::newRow("a pinned activity owns the body")
+            << true << "b" << QStringLiteral("b did nothing (a is pinned and owns the body)");
     }
     void aPromoteThatCannotBeDoneChangesNothing()
     {
