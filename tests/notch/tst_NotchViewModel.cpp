@@ -174,12 +174,9 @@ private slots:
         QTest::newRow("peek") << "peek" << QString() << 0.22;
         QTest::newRow("opened by a click") << "click" << QString() << 0.7;
         QTest::newRow("just opened by hover") << "hover" << QString() << 0.9;
-        QTest::newRow("a card holds it") << "click"
-                                         << "card" << -1.0;
-        QTest::newRow("a menu is open") << "click"
-                                        << "menu" << -1.0;
-        QTest::newRow("pinned") << "click"
-                                << "pin" << -1.0;
+        QTest::newRow("a card holds it") << "click" << QStringLiteral("card") << -1.0;
+        QTest::newRow("a menu is open") << "click" << QStringLiteral("menu") << -1.0;
+        QTest::newRow("pinned") << "click" << QStringLiteral("pin") << -1.0;
     }
     void leavingClosesAfterTheGrace()
     {

@@ -23,29 +23,22 @@ private slots:
             QStringLiteral("Norva: drawing through XWayland (this desktop offers no layer for the notch)");
         const QString layer =
             QStringLiteral("Norva: drawing on this desktop's layer for the notch (wlr-layer-shell)");
-        QTest::newRow("X11 desktop: Qt's own choice") << ""
-                                                      << "" << true << false << QByteArray() << "";
-        QTest::newRow("no desktop at all") << ""
-                                           << "" << false << false << QByteArray() << "";
+        QTest::newRow("X11 desktop: Qt's own choice")
+            << "" << QString() << true << false << QByteArray() << "";
+        QTest::newRow("no desktop at all") << "" << QString() << false << false << QByteArray() << "";
         QTest::newRow("Wayland with XWayland: through XWayland")
-            << "wayland-0"
-            << "" << true << false << QByteArray("xcb") << xwayland;
+            << "wayland-0" << QString() << true << false << QByteArray("xcb") << xwayland;
         QTest::newRow("Wayland with a layer: the layer first")
-            << "wayland-0"
-            << "" << true << true << QByteArray("wayland") << layer;
+            << "wayland-0" << QString() << true << true << QByteArray("wayland") << layer;
         QTest::newRow("Wayland with a layer, no XWayland")
-            << "wayland-1"
-            << "" << false << true << QByteArray("wayland") << layer;
+            << "wayland-1" << QString() << false << true << QByteArray("wayland") << layer;
         QTest::newRow("Wayland alone: Qt's own choice, told after start")
-            << "wayland-0"
-            << "" << false << false << QByteArray() << "";
+            << "wayland-0" << QString() << false << false << QByteArray() << "";
         QTest::newRow("the person chose wayland")
-            << "wayland-0"
-            << "wayland" << true << false << QByteArray()
+            << "wayland-0" << QStringLiteral("wayland") << true << false << QByteArray()
             << "Norva: drawing through the platform you chose (wayland)";
         QTest::newRow("the person chose offscreen on X11")
-            << ""
-            << "offscreen" << true << false << QByteArray()
+            << "" << QStringLiteral("offscreen") << true << false << QByteArray()
             << "Norva: drawing through the platform you chose (offscreen)";
     }
 
@@ -68,21 +61,18 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("environment");
         QTest::addColumn<QString>("chosen");
-        QTest::newRow("nothing chosen") << QStringList{"norva", "--demo"} << ""
-                                        << "";
-        QTest::newRow("the environment") << QStringList{"norva"} << "wayland"
-                                         << "wayland";
-        QTest::newRow("the argument wins") << QStringList{"norva", "-platform", "xcb"} << "wayland"
-                                           << "xcb";
+        QTest::newRow("nothing chosen") << QStringList{"norva", "--demo"} << "" << QString();
+        QTest::newRow("the environment") << QStringList{"norva"} << "wayland" << QStringLiteral("wayland");
+        QTest::newRow("the argument wins")
+            << QStringList{"norva", "-platform", "xcb"} << "wayland" << QStringLiteral("xcb");
         QTest::newRow("double dash") << QStringList{"norva", "--platform", "offscreen"} << ""
-                                     << "offscreen";
+                                     << QStringLiteral("offscreen");
         QTest::newRow("the last argument counts")
             << QStringList{"norva", "-platform", "xcb", "-platform", "wayland"} << ""
-            << "wayland";
-        QTest::newRow("no name after it") << QStringList{"norva", "-platform"} << ""
-                                          << "";
-        QTest::newRow("a page named platform") << QStringList{"norva", "--open-page", "-platform"} << ""
-                                               << "";
+            << QStringLiteral("wayland");
+        QTest::newRow("no name after it") << QStringList{"norva", "-platform"} << "" << QString();
+        QTest::newRow("a page named platform")
+            << QStringList{"norva", "--open-page", "-platform"} << "" << QString();
     }
 
     void readsThePlatformThePersonChose()
@@ -101,19 +91,17 @@ private slots:
         QTest::addColumn<DrawingPath>("path");
         QTest::addColumn<bool>("limitsShown");
         QTest::addColumn<bool>("limitsLogged");
-        QTest::newRow("X11") << "xcb"
-                             << "" << false << DrawingPath::x11 << false << false;
-        QTest::newRow("XWayland") << "xcb"
-                                  << "wayland-0" << false << DrawingPath::xwayland << true << false;
-        QTest::newRow("layer") << "wayland"
-                               << "wayland-0" << true << DrawingPath::notchLayer << true << false;
-        QTest::newRow("Wayland window") << "wayland"
-                                        << "wayland-0" << false << DrawingPath::waylandWindow << true << true;
-        QTest::newRow("Wayland with EGL named")
-            << "wayland-egl"
-            << "wayland-0" << false << DrawingPath::waylandWindow << true << true;
-        QTest::newRow("offscreen") << "offscreen"
-                                   << "wayland-0" << false << DrawingPath::other << false << false;
+        QTest::newRow("X11") << "xcb" << QString() << false << DrawingPath::x11 << false << false;
+        QTest::newRow("XWayland") << "xcb" << QStringLiteral("wayland-0") << false << DrawingPath::xwayland
+                                  << true << false;
+        QTest::newRow("layer") << "wayland" << QStringLiteral("wayland-0") << true << DrawingPath::notchLayer
+                               << true << false;
+        QTest::newRow("Wayland window") << "wayland" << QStringLiteral("wayland-0") << false
+                                        << DrawingPath::waylandWindow << true << true;
+        QTest::newRow("Wayland with EGL named") << "wayland-egl" << QStringLiteral("wayland-0") << false
+                                                << DrawingPath::waylandWindow << true << true;
+        QTest::newRow("offscreen") << "offscreen" << QStringLiteral("wayland-0") << false
+                                   << DrawingPath::other << false << false;
     }
 
     void namesThePathTaken()
