@@ -23,23 +23,18 @@ private slots:
         QTest::addColumn<QString>("configFile");
         QTest::addColumn<QByteArray>("config");
         QTest::addColumn<QString>("expected"); // relative to HOME
-        QTest::newRow("nothing set") << ""
-                                     << "" << QByteArray() << ".local/share/calendars";
+        QTest::newRow("nothing set") << "" << QString() << QByteArray() << ".local/share/calendars";
         QTest::newRow("todoman glob")
-            << ""
-            << ".config/todoman/config.py"
+            << "" << QStringLiteral(".config/todoman/config.py")
             << QByteArray("[main]\npath = \"~/cals/*\"\ndate_format = \"%Y-%m-%d\"\n") << "cals";
         QTest::newRow("khal calendar")
-            << ""
-            << ".config/khal/config" << QByteArray("[calendars]\n[[home]]\npath = ~/khalcals/home\n")
-            << "khalcals";
+            << "" << QStringLiteral(".config/khal/config")
+            << QByteArray("[calendars]\n[[home]]\npath = ~/khalcals/home\n") << "khalcals";
         QTest::newRow("khal discover")
-            << ""
-            << ".config/khal/config" << QByteArray("[calendars]\n[[all]]\npath = ~/sync/*\ntype = discover\n")
-            << "sync";
-        QTest::newRow("setting wins")
-            << "~/mine"
-            << ".config/todoman/config.py" << QByteArray("path = \"~/cals/*\"\n") << "mine";
+            << "" << QStringLiteral(".config/khal/config")
+            << QByteArray("[calendars]\n[[all]]\npath = ~/sync/*\ntype = discover\n") << "sync";
+        QTest::newRow("setting wins") << "~/mine" << QStringLiteral(".config/todoman/config.py")
+                                      << QByteArray("path = \"~/cals/*\"\n") << "mine";
     }
     void theRootIsFoundWhereTheToolsKeepIt()
     {
