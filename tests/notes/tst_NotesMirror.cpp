@@ -107,18 +107,12 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("name");
-        QTest::newRow("first line") << "Shopping\nmilk"
-                                    << "Shopping";
-        QTest::newRow("blank lines first") << "\n\n  Ideas  \nmore"
-                                           << "Ideas";
-        QTest::newRow("slashes and colons") << "a/b: c\\d"
-                                            << "a b c d";
-        QTest::newRow("heading marks") << "## Plan"
-                                       << "Plan";
-        QTest::newRow("hidden name") << "..env"
-                                     << "env";
-        QTest::newRow("nothing usable") << "   \n"
-                                        << "2026-11-18 10.00";
+        QTest::newRow("first line") << "Shopping\nmilk" << QStringLiteral("Shopping");
+        QTest::newRow("blank lines first") << "\n\n  Ideas  \nmore" << QStringLiteral("Ideas");
+        QTest::newRow("slashes and colons") << "a/b: c\\d" << QStringLiteral("a b c d");
+        QTest::newRow("heading marks") << "## Plan" << QStringLiteral("Plan");
+        QTest::newRow("hidden name") << "..env" << QStringLiteral("env");
+        QTest::newRow("nothing usable") << "   \n" << QStringLiteral("2026-11-18 10.00");
     }
     void fileNamesAreSafeAndUntitledNotesAreStamped()
     {
@@ -175,12 +169,13 @@ private slots:
         QTest::addColumn<QString>("status");
         QTest::newRow("read-only")
             << "ro,size=64k"
-            << "Not mirrored: the disk is read-only. Your notes are still safe in Norva.";
+            << QStringLiteral("Not mirrored: the disk is read-only. Your notes are still safe in Norva.");
         QTest::newRow("full") << "size=8k"
-                              << "Not mirrored: the disk is full. Your notes are still safe in Norva.";
+                              << QStringLiteral(
+                                     "Not mirrored: the disk is full. Your notes are still safe in Norva.");
         QTest::newRow("missing")
             << ""
-            << "Not mirrored: the folder is missing. Your notes are still safe in Norva.";
+            << QStringLiteral("Not mirrored: the folder is missing. Your notes are still safe in Norva.");
     }
     void troublesAreToldInPlainWords()
     {
