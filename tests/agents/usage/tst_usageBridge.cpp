@@ -251,29 +251,35 @@ private slots:
         }
     }
 
-    void bridgeWithoutAnExtractorStillRunsThePersonsLine()
+    // Without an extractor the person's line still runs; without a saved line nothing is printed.
+    void bridgeRunsWhateverItHas_data()
     {
+        QTest::addColumn<QByteArray>("settings");
+        QTest::addColumn<bool>("extractor");
+        QTest::addColumn<QByteArray>("output");
+        QTest::newRow("no extractor")
+            << j("{'statusLine':{'type':'command','command':'echo mine'}}") << false << QByteArray("mine\n");
+        QTest::newRow("no saved line") << QByteArray() << true << QByteArray();
+    }
+    void bridgeRunsWhateverItHas()
+    {
+        QFETCH(QByteArray, settings);
+        QFETCH(bool, extractor);
+        QFETCH(QByteArray, output);
         Bridge b;
-        b.home.write(".claude/settings.json", j("{'statusLine':{'type':'command','command':'echo mine'}}"));
+        if (!settings.isEmpty())
+            b.home.write(".claude/settings.json", settings);
         QVERIFY(b.bridge.install());
         // A PATH with only what the script needs besides an extractor.
         const QString bin = b.home.file("bin");
         QDir().mkpath(bin);
         for (const char* tool : {"cat", "mv", "sh"})
             QVERIFY(QFile::link(QStandardPaths::findExecutable(tool), bin + "/" + tool));
-        const ScriptRun run = runBridge(b, j("{'rate_limits':{'five_hour':{}}}"), bin);
+        const ScriptRun run =
+            runBridge(b, j("{'rate_limits':{'five_hour':{}}}"), extractor ? QString() : bin);
         QCOMPARE(run.exitCode, 0);
-        QCOMPARE(run.output, QByteArray("mine\n"));
-        QVERIFY(!QFile::exists(b.approvals + "/rate-limits.json"));
-    }
-
-    void bridgeWithNoSavedLinePrintsNothing()
-    {
-        Bridge b;
-        QVERIFY(b.bridge.install());
-        const ScriptRun run = runBridge(b, j("{'rate_limits':{}}"));
-        QCOMPARE(run.exitCode, 0);
-        QCOMPARE(run.output, QByteArray());
+        QCOMPARE(run.output, output);
+        QCOMPARE(QFile::exists(b.approvals + "/rate-limits.json"), extractor);
     }
 
     void monitorLogsWhyItShowsNothing()
