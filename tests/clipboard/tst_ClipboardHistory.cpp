@@ -123,7 +123,6 @@ private slots:
     void search()
     {
         QFETCH(QString, query);
-        QFETCH(QStringList, found);
         ClipboardHistory history;
         history.record(textClip(QStringLiteral("grocery list: milk, eggs"), 0));
         ClipboardItem link = textClip(QStringLiteral("https://example.org/path"), 1);
@@ -131,7 +130,7 @@ private slots:
         history.record(link);
         history.record(textClip(QStringLiteral("Crème brûlée recipe"), 2));
         history.record(textClip(QStringLiteral("pinned note"), -5, true));
-        QCOMPARE(texts(history.search(query)), found);
+        QTEST(texts(history.search(query)), "found");
     }
 
     void searchFindsFilesByName()
@@ -176,8 +175,7 @@ private slots:
     void classification()
     {
         QFETCH(QString, text);
-        QFETCH(QString, kind);
-        QCOMPARE(ClipboardItem::kindName(ClipboardHistory::classify(text)), kind);
+        QTEST(ClipboardItem::kindName(ClipboardHistory::classify(text)), "kind");
     }
 
     void hashIsStableAcrossRuns_data()
@@ -193,8 +191,7 @@ private slots:
     void hashIsStableAcrossRuns()
     {
         QFETCH(QByteArray, bytes);
-        QFETCH(qint64, hash);
-        QCOMPARE(ClipboardHistory::stableHash(bytes), hash);
+        QTEST(ClipboardHistory::stableHash(bytes), "hash");
     }
 
     void duplicatesMergeIntoTheOneCopiedLast()
