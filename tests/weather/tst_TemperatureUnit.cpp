@@ -32,7 +32,6 @@ private slots:
         QFETCH(QByteArray, lcAll);
         QFETCH(QByteArray, lcMeasurement);
         QFETCH(QByteArray, lang);
-        QFETCH(bool, fahrenheit);
         const QByteArray saved[] = {qgetenv("LC_ALL"), qgetenv("LC_MEASUREMENT"), qgetenv("LANG")};
         const char* names[] = {"LC_ALL", "LC_MEASUREMENT", "LANG"};
         const QByteArray wanted[] = {lcAll, lcMeasurement, lang};
@@ -41,7 +40,7 @@ private slots:
         const TemperatureUnit unit = Platform::systemTemperatureUnit();
         for (int i = 0; i < 3; ++i)
             saved[i].isEmpty() ? qunsetenv(names[i]) : qputenv(names[i], saved[i]);
-        QCOMPARE(unit == TemperatureUnit::fahrenheit, fahrenheit);
+        QTEST(unit == TemperatureUnit::fahrenheit, "fahrenheit");
     }
 };
 

@@ -224,9 +224,8 @@ private slots:
     void locationAnswersGivePositions()
     {
         QFETCH(QByteArray, body);
-        QFETCH(bool, found);
         const auto place = GeoPlace::fromLocationAnswer(body);
-        QCOMPARE(place.has_value(), found);
+        QTEST(place.has_value(), "found");
         if (place) {
             QTEST(place->name, "city");
             QTEST(place->latitude, "latitude");
