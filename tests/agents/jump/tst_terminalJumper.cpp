@@ -124,19 +124,14 @@ private slots:
     void recordsBecomeTargets()
     {
         QFETCH(QByteArray, record);
-        QFETCH(bool, parses);
-        QFETCH(QString, tty);
-        QFETCH(bool, inTmux);
-        QFETCH(QString, socket);
-        QFETCH(qint64, pid);
         const auto parsed = TerminalJumper::parse(record);
-        QCOMPARE(parsed.has_value(), parses);
+        QTEST(parsed.has_value(), "parses");
         if (!parsed)
             return;
-        QCOMPARE(parsed->tty, tty);
-        QCOMPARE(parsed->inTmux, inTmux);
-        QCOMPARE(parsed->tmuxSocket, socket);
-        QCOMPARE(parsed->pid, pid);
+        QTEST(parsed->tty, "tty");
+        QTEST(parsed->inTmux, "inTmux");
+        QTEST(parsed->tmuxSocket, "socket");
+        QTEST(parsed->pid, "pid");
     }
 
     void paneIsFoundByItsTty_data()
@@ -156,10 +151,9 @@ private slots:
     void paneIsFoundByItsTty()
     {
         QFETCH(QString, tty);
-        QFETCH(QString, location);
         const QStringList lines = {"work:0.0 /dev/pts/3", "work:1.1 /dev/pts/7", "my notes:2.0 /dev/pts/9",
                                    "junk"};
-        QCOMPARE(TerminalJumper::tmuxPaneLocation(lines, tty).value_or(QString()), location);
+        QTEST(TerminalJumper::tmuxPaneLocation(lines, tty).value_or(QString()), "location");
     }
 
     void tmuxJumpSelectsThePaneOnARealServer()

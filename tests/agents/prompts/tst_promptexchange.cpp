@@ -218,14 +218,11 @@ private slots:
     {
         QFETCH(QString, id);
         QFETCH(QByteArray, payload);
-        QFETCH(QString, agent);
-        QFETCH(QString, tool);
-        QFETCH(QString, subject);
         const auto card = PromptCard::fromPayload(id, payload, QDateTime::currentDateTimeUtc());
         QVERIFY(card.has_value());
-        QCOMPARE(CodingAgents::displayName(card->agent), agent);
-        QCOMPARE(card->tool, tool);
-        QCOMPARE(card->subject, subject);
+        QTEST(CodingAgents::displayName(card->agent), "agent");
+        QTEST(card->tool, "tool");
+        QTEST(card->subject, "subject");
         QVERIFY(!card->isQuestion);
         QVERIFY(!PromptCard::fromPayload(id, "not json", QDateTime()).has_value());
     }
@@ -333,7 +330,6 @@ private slots:
     {
         QFETCH(QByteArray, payload);
         QFETCH(QString, button);
-        QFETCH(QStringList, requested);
         test::TempHome home;
         Core core;
         core.manager->start();
@@ -351,7 +347,7 @@ private slots:
         QStringList transcripts;
         for (const QList<QVariant>& call : asked)
             transcripts << call.at(0).toString();
-        QCOMPARE(transcripts, requested);
+        QTEST(transcripts, "requested");
     }
 
     void questionCardsAreNotAnsweredThroughTheExchange()

@@ -60,9 +60,8 @@ private slots:
     void checkNamesSplitIntoFourParts()
     {
         QFETCH(QString, name);
-        QFETCH(QString, key);
         const auto parsed = TeamDenyResponder::parseName(name);
-        QCOMPARE(parsed ? parsed->key() : QString(), key);
+        QTEST(parsed ? parsed->key() : QString(), "key");
     }
 
     void answersEachCheckInItsAgentsDialect_data()
