@@ -81,7 +81,6 @@ private slots:
     {
         QFETCH(QString, text);
         QFETCH(int, hour);
-        QFETCH(int, minute);
         const auto clock = DueParser().typedClock(text);
         if (hour < 0) {
             QVERIFY(!clock);
@@ -89,7 +88,7 @@ private slots:
         }
         QVERIFY(clock);
         QCOMPARE(clock->hour, hour);
-        QCOMPARE(clock->minute, minute);
+        QTEST(clock->minute, "minute");
     }
 
     void detectionsDropNumbersThatOnlyLookLikeDates_data()
@@ -206,11 +205,10 @@ private slots:
     {
         QFETCH(QString, locale);
         QFETCH(QString, zone);
-        QFETCH(QString, expected);
         const QDateTime fivePmInLondon(QDate(2026, 11, 18), QTime(17, 0), QTimeZone::utc());
         const Calendar calendar{QTimeZone(zone.toUtf8()), Qt::Monday};
         const QString text = DueParser::clockText(fivePmInLondon, calendar, QLocale(locale));
-        QCOMPARE(text, expected);
+        QTEST(text, "expected");
         QVERIFY(!text.contains(QChar(0x202F)));
         QVERIFY(!text.contains(QChar(0x00A0)));
     }
