@@ -240,14 +240,13 @@ END:VEVENT
         QFETCH(QByteArray, file);
         QFETCH(QString, from);
         QFETCH(QString, to);
-        QFETCH(QStringList, expected);
         const EventReader::Result result = EventReader::read(file, windowOf(from, to), kLondon);
         QVERIFY2(result.ok(), qPrintable(result.failure));
         QStringList seen;
         for (const EventInfo& event : result.events)
             seen << describe(event);
         std::sort(seen.begin(), seen.end());
-        QCOMPARE(seen, expected);
+        QTEST(seen, "expected");
     }
 
     void brokenFilesSayWhy_data()

@@ -82,11 +82,10 @@ private slots:
     void theNextRealMeetingIsChosen()
     {
         QFETCH(QList<Meeting>, meetings);
-        QFETCH(QString, chosen);
         QFETCH(QStringList, rejected);
         const auto choice = FaceMeetingChooser::choose(meetings, kNow, FaceMeetingChooser::kDefaultLeadTime,
                                                        {QStringLiteral("ada@example.com")});
-        QCOMPARE(choice.meeting ? choice.meeting->title() : QString(), chosen);
+        QTEST(choice.meeting ? choice.meeting->title() : QString(), "chosen");
         QStringList why;
         for (const auto& [meeting, reason] : choice.rejected)
             why << meeting.title() + QStringLiteral(": ") + reason;
@@ -108,9 +107,8 @@ private slots:
     void countdownReads()
     {
         QFETCH(int, secondsToStart);
-        QFETCH(QString, text);
         const QDateTime start = kNow.addSecs(secondsToStart);
-        QCOMPARE(MeetingActivity::countdownText(start, start.addSecs(1800), kNow), text);
+        QTEST(MeetingActivity::countdownText(start, start.addSecs(1800), kNow), "text");
     }
 
     // The activity counts down by itself on the clock, says "now" at the start, and joins on a click.

@@ -116,9 +116,8 @@ private slots:
         QFETCH(QString, url);
         QFETCH(QString, location);
         QFETCH(QString, notes);
-        QFETCH(QString, expected);
         const auto link = MeetingLinks::joinURL(QUrl(url), location, notes);
-        QCOMPARE(link ? link->toString() : QString(), expected);
+        QTEST(link ? link->toString() : QString(), "expected");
     }
 
     void everyLinkOfATextIsFoundInOrder()
