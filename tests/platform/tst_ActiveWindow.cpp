@@ -88,7 +88,6 @@ private slots:
         QFETCH(bool, active);
         QFETCH(QStringList, states);
         QFETCH(QRect, display);
-        QFETCH(bool, expected);
         QWindow window;
         window.setGeometry(100, 100, 400, 300);
         window.show();
@@ -100,7 +99,7 @@ private slots:
         if (active)
             setActive(xcb_window_t(window.winId()));
         xcb_flush(connection());
-        QCOMPARE(ActiveWindow::isFullscreenOn(display), expected);
+        QTEST(ActiveWindow::isFullscreenOn(display), "expected");
     }
 };
 
