@@ -18,6 +18,7 @@ run_packages=(
 test_packages=(
     xvfb xauth xdotool x11-utils imagemagick xclip tmux dbus dbus-x11 openbox
     unzip python3-yaml clang-format desktop-file-utils
+    qml6-module-qtqml qml6-module-qtqml-models
     weston xwayland qt6-wayland
     mpv mpv-mpris pulseaudio
     todoman khal vdirsyncer radicale

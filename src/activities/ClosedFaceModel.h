@@ -1,9 +1,11 @@
 #pragma once
 
 #include "activities/ClosedLayout.h"
+#include "app/QmlInstances.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -15,6 +17,8 @@ class SettingsStore;
 // side of the face back: the pointer over the notch pauses the holds, a click runs the activity.
 class ClosedFaceModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool active READ active NOTIFY changed)
     Q_PROPERTY(QString activityId READ activityId NOTIFY changed)
     Q_PROPERTY(QString kind READ kind NOTIFY changed)
@@ -44,6 +48,7 @@ class ClosedFaceModel : public QObject {
     Q_PROPERTY(bool detailOpen READ detailOpen WRITE setDetailOpen NOTIFY inputsChanged)
 
 public:
+    static ClosedFaceModel* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<ClosedFaceModel>(); }
     // What the face draws, as plain values; compared so that the QML hears only real changes.
     struct Face {
         bool active = false;

@@ -3,6 +3,7 @@
 #include "activities/ClosedLayout.h"
 #include "activities/LiveActivity.h"
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 
 #include <QHash>
 #include <QList>
@@ -11,6 +12,7 @@
 #include <QPointer>
 #include <QSet>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <limits>
 #include <map>
 #include <memory>
@@ -27,7 +29,13 @@ class SettingsStore;
 // and hands the closed face what to draw. Main thread only; every delay goes through the clock.
 class LiveActivityCoordinator : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
 public:
+    static LiveActivityCoordinator* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<LiveActivityCoordinator>();
+    }
     using Kind = ActivityContent::Kind;
 
     // What perform() did with an action.

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "agents/CodingAgent.h"
+#include "app/QmlInstances.h"
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -16,11 +18,14 @@ class SettingsStore;
 // wake its listeners, whether Norva or an edit outside it changed them.
 class AgentSettings : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(
         bool answerPromptsOnNotch READ answerPromptsOnNotch WRITE setAnswerPromptsOnNotch NOTIFY changed)
     Q_PROPERTY(bool showClaudeUsage READ showClaudeUsage WRITE setShowClaudeUsage NOTIFY changed)
 
 public:
+    static AgentSettings* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<AgentSettings>(); }
     static const QString kAnswerOnNotchKey; // "answerPromptsOnNotch", off when absent
     static const QString kWatchClaudeKey;   // "agents.watch.claude.v1", on when absent
     static const QString kWatchCodexKey;    // "agents.watch.codex.v1", on when absent

@@ -98,14 +98,9 @@ QList<FeaturePage> AgentsModule::pages() const
              QStringLiteral("Your team's rules for coding agents will be here."), 80}};
 }
 
-QList<QmlObject> AgentsModule::qmlObjects() const
+QList<QObject*> AgentsModule::qmlObjects() const
 {
-    return {{QStringLiteral("agentsPage"), m_page.get()},
-            {QStringLiteral("agentSettings"), m_settings.get()},
-            {QStringLiteral("agentHooks"), m_hookPresence.get()},
-            {QStringLiteral("team"), m_team.get()},
-            {QStringLiteral("usage"), m_usage.get()},
-            {QStringLiteral("terminalJumper"), m_terminalJumper.get()}};
+    return {m_page.get(), m_settings.get(), m_team.get(), m_usage.get()};
 }
 
 } // namespace norva

@@ -34,7 +34,7 @@ public:
     void start() override;
     void stop() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
 private:
     void startTeam();

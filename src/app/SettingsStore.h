@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/PreferencesDatabase.h"
+#include "app/QmlInstances.h"
 #include "app/SettingsTypes.h"
 
 #include <QHash>
@@ -9,6 +10,7 @@
 #include <QSet>
 #include <QVariantMap>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <optional>
 
@@ -22,6 +24,8 @@ namespace norva {
 // A stored value of the wrong type is logged once per key per run and never overwritten by a read.
 class SettingsStore : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool openOnHover READ openOnHover WRITE setOpenOnHover NOTIFY changed)
     Q_PROPERTY(double openHoverDelay READ openHoverDelay WRITE setOpenHoverDelay NOTIFY changed)
     Q_PROPERTY(bool showMenuBarIcon READ showMenuBarIcon WRITE setShowMenuBarIcon NOTIFY changed)
@@ -31,6 +35,7 @@ class SettingsStore : public QObject {
     Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY launchAtLoginChanged)
 
 public:
+    static SettingsStore* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<SettingsStore>(); }
     SettingsStore(PreferencesDatabase& database, QObject* parent = nullptr);
     ~SettingsStore() override;
 

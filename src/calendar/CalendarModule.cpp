@@ -56,9 +56,9 @@ QList<FeaturePage> CalendarModule::pages() const
              QStringLiteral("Your next meetings will be here."), 60}};
 }
 
-QList<QmlObject> CalendarModule::qmlObjects() const
+QList<QObject*> CalendarModule::qmlObjects() const
 {
-    return {{QStringLiteral("calendarPage"), m_page.get()}};
+    return {m_page.get()};
 }
 
 } // namespace norva

@@ -27,7 +27,7 @@ public:
     // A Norva-only meeting saved a moment ago is written now.
     void stop() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
 private:
     Shell& m_shell;

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include "calendar/MeetingManager.h"
 
 #include <QDate>
 #include <QObject>
 #include <QVariantList>
 #include <QVariantMap>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -14,6 +16,8 @@ namespace norva {
 // forms' words, their link detection on paste, and their saving. QML draws; this decides.
 class CalendarPageModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList days READ days NOTIFY changed)
     Q_PROPERTY(QString monthTitle READ monthTitle NOTIFY changed)
     Q_PROPERTY(QVariantList monthCells READ monthCells NOTIFY changed)
@@ -22,6 +26,10 @@ class CalendarPageModel : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
+    static CalendarPageModel* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<CalendarPageModel>();
+    }
     // The form's calendar choice that keeps a meeting in Norva only.
     static const QString kNorvaOnly;       // "norva"
     static constexpr int kMonthCells = 42; // six weeks, so every month fits

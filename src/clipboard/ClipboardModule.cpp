@@ -28,10 +28,9 @@ QList<FeaturePage> ClipboardModule::pages() const
              QStringLiteral("Your clipboard history will be here."), 30}};
 }
 
-QList<QmlObject> ClipboardModule::qmlObjects() const
+QList<QObject*> ClipboardModule::qmlObjects() const
 {
-    return {{QStringLiteral("clipboardPage"), m_page.get()},
-            {QStringLiteral("clipboardSettings"), m_settings.get()}};
+    return {m_page.get(), m_settings.get()};
 }
 
 } // namespace norva

@@ -21,7 +21,7 @@ public:
 
     void start() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
     // The desktop's clipboard and the history, for the shelf that copies to one and drops text into the
     // other.

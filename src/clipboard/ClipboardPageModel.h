@@ -1,8 +1,10 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include <QObject>
 #include <QString>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -12,6 +14,8 @@ class ClipboardManager;
 // off, no match, the private-copies footer) and the actions a row offers.
 class ClipboardPageModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
     Q_PROPERTY(bool historyOn READ historyOn NOTIFY rowsChanged)
@@ -20,6 +24,10 @@ class ClipboardPageModel : public QObject {
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
+    static ClipboardPageModel* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<ClipboardPageModel>();
+    }
     // The most characters of a clip's text shown in its row.
     static constexpr int kPreviewLength = 280;
 

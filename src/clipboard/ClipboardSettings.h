@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include <QObject>
 #include <QString>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -12,10 +14,16 @@ class SettingsStore;
 // nobody here.
 class ClipboardSettings : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool history READ history WRITE setHistory NOTIFY historyChanged)
     Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY limitChanged)
 
 public:
+    static ClipboardSettings* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<ClipboardSettings>();
+    }
     static const QString kHistoryKey; // "clipboard.history.v1", on when absent
     static const QString kLimitKey;   // "clipboardLimit": how many copies are kept, 50 when absent
     static constexpr int kDefaultLimit = 50;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include "hotkeys/HotKeyGrab.h"
 
 #include <QHash>
@@ -8,6 +9,7 @@
 #include <QPointer>
 #include <QString>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -20,10 +22,13 @@ class SettingsStore;
 // the message opens the same thing from the desktop's own shortcut settings.
 class HotKeys : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     // One map per hot key: name, title, key (as the person wrote it), trouble (empty when it works).
     Q_PROPERTY(QVariantList keys READ keys NOTIFY keysChanged)
 
 public:
+    static HotKeys* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<HotKeys>(); }
     struct Action {
         QString name;       // the grab's name, and what pressed() says
         QString settingKey; // the preference that holds the key

@@ -18,9 +18,9 @@ void HotKeysModule::start()
         m_hotKeys->start();
 }
 
-QList<QmlObject> HotKeysModule::qmlObjects() const
+QList<QObject*> HotKeysModule::qmlObjects() const
 {
-    return {{QStringLiteral("hotKeys"), m_hotKeys.get()}};
+    return {m_hotKeys.get()};
 }
 
 } // namespace norva

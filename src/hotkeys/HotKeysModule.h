@@ -19,7 +19,7 @@ public:
     ~HotKeysModule() override;
 
     void start() override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
     HotKeys& hotKeys() const { return *m_hotKeys; }
 
 private:

@@ -46,9 +46,9 @@ QList<FeaturePage> MediaModule::pages() const
              QStringLiteral("Now playing, with synced lyrics, will be here."), 10}};
 }
 
-QList<QmlObject> MediaModule::qmlObjects() const
+QList<QObject*> MediaModule::qmlObjects() const
 {
-    return {{QStringLiteral("music"), m_music.get()}};
+    return {m_music.get()};
 }
 
 } // namespace norva

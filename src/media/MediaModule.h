@@ -25,7 +25,7 @@ public:
     void start() override;
     void stop() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
 private:
     Shell& m_shell;

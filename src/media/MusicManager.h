@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "media/MediaBackend.h"
 #include "media/OutputVolume.h"
 #include "media/PreparedArtwork.h"
@@ -12,6 +13,7 @@
 #include <QObject>
 #include <QVariantList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <memory>
 
@@ -25,6 +27,8 @@ class MusicSettings;
 // for the rest of the session, when the adapter cannot work.
 class MusicManager : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool hasTrack READ hasTrack NOTIFY snapshotChanged)
     Q_PROPERTY(QString title READ title NOTIFY snapshotChanged)
     Q_PROPERTY(QString artist READ artist NOTIFY snapshotChanged)
@@ -54,6 +58,7 @@ class MusicManager : public QObject {
     Q_PROPERTY(QStringList launchablePlayers READ launchablePlayers CONSTANT)
 
 public:
+    static MusicManager* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<MusicManager>(); }
     enum class Source { stopped, adapter, scripting, none };
 
     // Makes the backends; a factory answers nothing when its backend cannot exist here (no

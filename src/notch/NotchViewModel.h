@@ -7,6 +7,7 @@
 #include <QSizeF>
 #include <QStringList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <optional>
 
@@ -18,6 +19,8 @@ class SettingsStore;
 // the pointer's arrival or departure changes that. The overlay window and its QML render from it.
 class NotchViewModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Each notch window is handed its own")
     Q_PROPERTY(State state READ state NOTIFY stateChanged)
     Q_PROPERTY(QString stateName READ stateName NOTIFY stateChanged)
     Q_PROPERTY(ShellSurface surface READ surface NOTIFY stateChanged)

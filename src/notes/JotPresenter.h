@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "notes/QuickNotesStore.h"
 #include "reminders/DueDraft.h"
 #include "reminders/RemindersStore.h"
@@ -9,6 +10,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <optional>
 
 namespace norva {
@@ -21,6 +23,8 @@ class SettingsStore;
 // is remembered in the preferences.
 class JotPresenter : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool showing READ showing NOTIFY stageChanged)
     Q_PROPERTY(QString stage READ stageWord NOTIFY stageChanged)
     Q_PROPERTY(QString mode READ modeWord WRITE setModeWord NOTIFY modeChanged)
@@ -35,6 +39,7 @@ class JotPresenter : public QObject {
     Q_PROPERTY(QString message READ message NOTIFY draftChanged)
 
 public:
+    static JotPresenter* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<JotPresenter>(); }
     enum class Stage { idle, writing, saved, closing };
     // How a jotted text is kept; stored as "new", "append" or "todo".
     enum class Mode { newNote, append, todo };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "notes/QuickNotesStore.h"
 
 #include <QDate>
@@ -8,6 +9,7 @@
 #include <QObject>
 #include <QVariantList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <optional>
 
 namespace norva {
@@ -18,6 +20,8 @@ namespace norva {
 // is not drawn again when another changes.
 class NotesDesk : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
     Q_PROPERTY(QStringList categories READ categories NOTIFY rowsChanged)
     Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
@@ -28,6 +32,7 @@ class NotesDesk : public QObject {
     Q_PROPERTY(QString emptyText READ emptyText CONSTANT)
 
 public:
+    static NotesDesk* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<NotesDesk>(); }
     struct Row {
         QString id;
         QString name;

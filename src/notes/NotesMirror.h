@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "notes/NotesFileOps.h"
 #include "notes/QuickNote.h"
 
@@ -11,6 +12,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <optional>
 
 namespace norva {
@@ -25,11 +27,14 @@ class SettingsStore;
 // NotesFileOps.
 class NotesMirror : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)
     Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY configChanged)
     Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY configChanged)
 
 public:
+    static NotesMirror* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<NotesMirror>(); }
     // A burst of edits is written once, this long after the last.
     static constexpr Seconds kSyncDelay{1.0};
     static const QString stateFileName; // "notes-mirror.json"

@@ -32,11 +32,9 @@ QList<FeaturePage> NotesModule::pages() const
              QStringLiteral("Your quick notes will be here."), 52}};
 }
 
-QList<QmlObject> NotesModule::qmlObjects() const
+QList<QObject*> NotesModule::qmlObjects() const
 {
-    return {{QStringLiteral("notesDesk"), m_desk.get()},
-            {QStringLiteral("notesMirror"), m_mirror.get()},
-            {QStringLiteral("jotSheet"), m_jot.get()}};
+    return {m_desk.get(), m_mirror.get(), m_jot.get()};
 }
 
 void NotesModule::openJot()

@@ -24,7 +24,7 @@ public:
 
     void start() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
     // Opens the jot sheet (the notch's button, norva --jot); the shell opens the notes page under it.
     void openJot();
 

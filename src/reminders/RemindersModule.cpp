@@ -78,9 +78,9 @@ QList<FeaturePage> RemindersModule::pages() const
              QStringLiteral("Your to-dos will be here."), 50}};
 }
 
-QList<QmlObject> RemindersModule::qmlObjects() const
+QList<QObject*> RemindersModule::qmlObjects() const
 {
-    return {{QStringLiteral("todos"), m_page.get()}};
+    return {m_page.get()};
 }
 
 QString RemindersModule::chosenRoot() const

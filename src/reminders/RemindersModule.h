@@ -25,7 +25,7 @@ public:
 
     void start() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
     // The to-dos themselves, for the features that file or offer them (the jot sheet, the timer).
     RemindersStore& store() const { return *m_store; }
 

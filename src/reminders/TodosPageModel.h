@@ -1,11 +1,13 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "reminders/DueDraft.h"
 #include "reminders/RemindersStore.h"
 
 #include <QObject>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -15,6 +17,8 @@ class SettingsStore;
 // the chosen one, the trash, and the add field's live reading of the due words.
 class TodosPageModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QString access READ access NOTIFY changed)
     Q_PROPERTY(QString folder READ folder NOTIFY changed)
     Q_PROPERTY(bool readOnly READ readOnly CONSTANT)
@@ -32,6 +36,7 @@ class TodosPageModel : public QObject {
     Q_PROPERTY(QVariantList readSpans READ readSpans NOTIFY draftChanged)
 
 public:
+    static TodosPageModel* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<TodosPageModel>(); }
     TodosPageModel(RemindersStore& store, Clock& clock, SettingsStore* settings = nullptr,
                    QObject* parent = nullptr);
 

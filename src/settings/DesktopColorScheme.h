@@ -1,8 +1,10 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include <QDBusVariant>
 #include <QObject>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <optional>
 
 namespace norva {
@@ -13,8 +15,14 @@ namespace norva {
 // changes; without an answer, the palette's window colour decides.
 class DesktopColorScheme : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool dark READ dark NOTIFY darkChanged)
 public:
+    static DesktopColorScheme* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<DesktopColorScheme>();
+    }
     explicit DesktopColorScheme(QObject* parent = nullptr);
 
     bool dark() const;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include <QObject>
 #include <QStringList>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -15,6 +17,8 @@ class SettingsStore;
 // new" card shows once. The only things written are Norva's own notes of what was shown.
 class FirstRunGuide : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool showing READ showing NOTIFY changed)
     Q_PROPERTY(int step READ step NOTIFY changed)
     Q_PROPERTY(int stepCount READ stepCount CONSTANT)
@@ -24,6 +28,7 @@ class FirstRunGuide : public QObject {
     Q_PROPERTY(QString version READ version CONSTANT)
 
 public:
+    static FirstRunGuide* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<FirstRunGuide>(); }
     struct Setup {
         bool firstLaunch = false;
         QString version;       // the running Norva's

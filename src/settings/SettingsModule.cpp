@@ -43,11 +43,9 @@ QList<FeaturePage> SettingsModule::pages() const
              QStringLiteral("Settings will be here."), 90}};
 }
 
-QList<QmlObject> SettingsModule::qmlObjects() const
+QList<QObject*> SettingsModule::qmlObjects() const
 {
-    return {{QStringLiteral("settingsWindow"), m_window.get()},
-            {QStringLiteral("firstRun"), m_guide.get()},
-            {QStringLiteral("desktopScheme"), m_scheme.get()}};
+    return {m_window.get(), m_guide.get(), m_scheme.get()};
 }
 
 } // namespace norva

@@ -24,7 +24,7 @@ public:
     void start() override {}
     QList<FeaturePage> pages() const override;
     // "settingsWindow", "firstRun" and "desktopScheme", the names the settings' QML uses.
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
     FirstRunGuide& guide() const { return *m_guide; }
 
 private:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include "notch/DisplayInfo.h"
 #include "settings/SettingDescription.h"
 #include "settings/SettingsChecks.h"
@@ -7,6 +8,7 @@
 #include <QObject>
 #include <QVariantList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 
 namespace norva {
@@ -18,12 +20,18 @@ class SettingsStore;
 // settings store, and outside edits of the preferences show at once.
 class SettingsWindowModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList groups READ groups CONSTANT)
     Q_PROPERTY(QString section READ section WRITE setSection NOTIFY sectionChanged)
     Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
     Q_PROPERTY(QString summary READ summary NOTIFY sectionChanged)
 
 public:
+    static SettingsWindowModel* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<SettingsWindowModel>();
+    }
     // The displays the notch may be put on.
     using ListDisplays = std::function<QList<DisplayInfo>()>;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include "shelf/ShelfActions.h"
 #include "shelf/ShelfManager.h"
 
@@ -7,6 +8,7 @@
 #include <QUrl>
 #include <QVariantList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,6 +22,8 @@ class FileOpener;
 // runs off the main thread; when it ends, the rows follow and the page shows a short toast.
 class ShelfDesk : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList items READ items NOTIFY itemsChanged)
     Q_PROPERTY(int count READ count NOTIFY itemsChanged)
     Q_PROPERTY(QStringList pictureIds READ pictureIds NOTIFY itemsChanged)
@@ -31,6 +35,7 @@ class ShelfDesk : public QObject {
     Q_PROPERTY(bool openOnDrop READ openOnDrop)
 
 public:
+    static ShelfDesk* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<ShelfDesk>(); }
     enum class Action {
         convert,
         openWith,

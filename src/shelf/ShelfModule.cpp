@@ -61,9 +61,9 @@ QList<FeaturePage> ShelfModule::pages() const
              QStringLiteral("Files you drop on the notch will wait here."), 40}};
 }
 
-QList<QmlObject> ShelfModule::qmlObjects() const
+QList<QObject*> ShelfModule::qmlObjects() const
 {
-    return {{QStringLiteral("shelfDesk"), m_desk.get()}};
+    return {m_desk.get()};
 }
 
 } // namespace norva

@@ -26,7 +26,7 @@ public:
 
     void start() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
 private:
     void startDemo();

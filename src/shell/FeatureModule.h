@@ -20,8 +20,9 @@ public:
     virtual void stop() {}
     // The pages this feature adds to the open panel.
     virtual QList<FeaturePage> pages() const { return {}; }
-    // The objects this feature's QML binds to.
-    virtual QList<QmlObject> qmlObjects() const { return {}; }
+    // The objects this feature's QML binds to, each a singleton of its own type there (QML_ELEMENT,
+    // QML_SINGLETON and a create() that asks QmlInstances for it).
+    virtual QList<QObject*> qmlObjects() const { return {}; }
 };
 
 } // namespace norva

@@ -18,10 +18,4 @@ struct FeaturePage {
     bool operator==(const FeaturePage&) const = default;
 };
 
-// An object a feature hands to QML under a name its pages use.
-struct QmlObject {
-    QString name;
-    QObject* object = nullptr;
-};
-
 } // namespace norva

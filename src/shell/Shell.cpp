@@ -82,11 +82,9 @@ QList<FeaturePage> Shell::pages() const
     return pages;
 }
 
-QList<QmlObject> Shell::qmlObjects() const
+QList<QObject*> Shell::qmlObjects() const
 {
-    QList<QmlObject> objects{{QStringLiteral("settings"), m_settings.get()},
-                             {QStringLiteral("activities"), m_activities.get()},
-                             {QStringLiteral("closedFace"), m_closedFace.get()}};
+    QList<QObject*> objects{m_settings.get(), m_activities.get(), m_closedFace.get()};
     for (const auto& module : m_modules)
         objects += module->qmlObjects();
     return objects;

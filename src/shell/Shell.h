@@ -68,8 +68,9 @@ public:
 
     // The open panel's pages in pager order.
     QList<FeaturePage> pages() const;
-    // The objects QML binds to by name: the shell's own and every feature's.
-    QList<QmlObject> qmlObjects() const;
+    // The objects QML reaches as singletons of their types (QmlInstances): the shell's own and every
+    // feature's.
+    QList<QObject*> qmlObjects() const;
 
     // Asks for the notch to open on a page, taking the keyboard or leaving it where it is.
     void openPage(const QString& page) { emit pageWanted(page, false); }

@@ -3,6 +3,7 @@
 #include "activities/ActivityKinds.h"
 #include "activities/LiveActivity.h"
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "timers/FocusRounds.h"
 #include "timers/TimerState.h"
 
@@ -11,6 +12,7 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <optional>
 
 namespace norva {
@@ -25,6 +27,8 @@ class TimerSound;
 // not the seconds left), so a countdown outlives a restart of Norva. Main thread only.
 class TimerManager : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool active READ active NOTIFY changed)
     Q_PROPERTY(bool paused READ paused NOTIFY changed)
     Q_PROPERTY(bool focus READ focus NOTIFY changed)
@@ -40,6 +44,7 @@ class TimerManager : public QObject {
     Q_PROPERTY(QVariantList presets READ presets CONSTANT)
 
 public:
+    static TimerManager* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<TimerManager>(); }
     static const QString activityId; // "timer"
     static constexpr int kActivityPriority = ActivityKinds::of(ActivityContent::Kind::timer).priority;
     // Seconds of the free countdowns offered with one click.

@@ -32,9 +32,9 @@ QList<FeaturePage> TimersModule::pages() const
              QStringLiteral("A timer and focus rounds will be here."), 54}};
 }
 
-QList<QmlObject> TimersModule::qmlObjects() const
+QList<QObject*> TimersModule::qmlObjects() const
 {
-    return {{QStringLiteral("timers"), m_timer.get()}};
+    return {m_timer.get()};
 }
 
 } // namespace norva

@@ -21,7 +21,7 @@ public:
 
     void start() override;
     QList<FeaturePage> pages() const override;
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
 private:
     Shell& m_shell;

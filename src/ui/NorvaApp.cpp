@@ -3,6 +3,7 @@
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/Platform.h"
+#include "app/QmlInstances.h"
 #include "hotkeys/HotKeysModule.h"
 #include "notch/ConnectedDisplays.h"
 #include "notes/NotesModule.h"
@@ -11,9 +12,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
-#include <QQmlContext>
 #include <QQuickWindow>
 #include <QScreen>
 
@@ -21,14 +20,6 @@
 
 namespace norva {
 namespace {
-
-QVariantMap describe(const FeaturePage& page)
-{
-    return {{QStringLiteral("id"), page.id},
-            {QStringLiteral("title"), page.title},
-            {QStringLiteral("qml"), page.qml},
-            {QStringLiteral("emptyText"), page.emptyText}};
-}
 
 QElapsedTimer& sinceStart()
 {
@@ -144,10 +135,16 @@ void NorvaApp::followGuide()
 
 void NorvaApp::exposeToQml()
 {
-    QQmlContext* context = m_engine.rootContext();
-    context->setContextProperty(QStringLiteral("app"), this);
-    for (const QmlObject& object : m_shell->qmlObjects())
-        context->setContextProperty(object.name, object.object);
+    m_front = std::make_unique<AppFront>(m_shell->pages(), m_options.demo,
+                                         WindowSystemChoice::limitsText(m_drawingPath));
+    connect(m_front.get(), &AppFront::settingsWanted, this, &NorvaApp::openSettings);
+    connect(m_front.get(), &AppFront::notchWanted, this, [this](const QString& page) { openNotch(page); });
+    connect(m_front.get(), &AppFront::jotWanted, this, &NorvaApp::openJot);
+    connect(m_front.get(), &AppFront::quitWanted, this, &NorvaApp::quit);
+    QmlInstances::registerTypes();
+    QmlInstances::offer(m_front.get());
+    for (QObject* object : m_shell->qmlObjects())
+        QmlInstances::offer(object);
 }
 
 // The closed face follows its notch: the pointer over the notch pauses the holds, the notch's
@@ -196,29 +193,6 @@ void NorvaApp::rebuildOverlays()
         wireClosedFace(*overlay);
         m_overlays.push_back(std::move(overlay));
     }
-}
-
-QVariantList NorvaApp::pages() const
-{
-    QVariantList list;
-    for (const FeaturePage& page : m_shell->pages())
-        list.append(describe(page));
-    return list;
-}
-
-QVariantMap NorvaApp::pageInfo(const QString& id) const
-{
-    const QList<FeaturePage> pages = m_shell->pages();
-    for (const FeaturePage& page : pages) {
-        if (page.id == id)
-            return describe(page);
-    }
-    return describe(pages.front());
-}
-
-bool NorvaApp::hasQml(const QString& fileName) const
-{
-    return QFile::exists(QStringLiteral(":/Norva/") + fileName);
 }
 
 void NorvaApp::openNotch(const QString& page)

@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "notch/WindowSystemChoice.h"
+#include "shell/AppFront.h"
 #include "shell/Shell.h"
 #include "ui/CommandDoor.h"
 #include "ui/NotchOverlay.h"
@@ -10,7 +11,6 @@
 
 #include <QObject>
 #include <QQmlApplicationEngine>
-#include <QVariantList>
 
 #include <memory>
 #include <optional>
@@ -20,12 +20,9 @@ namespace norva {
 
 // The running application: starts the shell (the settings store, the activity coordinator and
 // every registered feature), then the notch windows on the chosen displays and the tray icon, and
-// hands the features' objects to QML.
+// hands the features' objects to QML as singletons of their types.
 class NorvaApp : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QVariantList pages READ pages CONSTANT)
-    Q_PROPERTY(bool demo READ demo CONSTANT)
-    Q_PROPERTY(QString desktopLimits READ desktopLimits CONSTANT)
 
 public:
     struct Options {
@@ -45,23 +42,15 @@ public:
     ~NorvaApp() override;
 
     bool start();
-    QVariantList pages() const;
-    bool demo() const { return m_options.demo; }
-    // What does not work on the way this desktop lets Norva draw (empty where everything works).
-    QString desktopLimits() const { return WindowSystemChoice::limitsText(m_drawingPath); }
-    // Whether a QML file ships inside Norva (a page that is not built yet shows its empty text).
-    Q_INVOKABLE bool hasQml(const QString& fileName) const;
-    // One page's id, title, QML file and empty text; the first page for an unknown id.
-    Q_INVOKABLE QVariantMap pageInfo(const QString& id) const;
     // The settings window (the notch's Settings page where no window can be made).
-    Q_INVOKABLE void openSettings();
-    Q_INVOKABLE void openNotch(const QString& page = {});
+    void openSettings();
+    void openNotch(const QString& page = {});
     // Opens the notch on a page that an activity wants, without taking the keyboard from the
     // program the person is typing in.
     void openNotchQuietly(const QString& page);
-    Q_INVOKABLE void quit();
+    void quit();
     // Opens the notch on the notes with the jot sheet over it (the notch's button, norva --jot).
-    Q_INVOKABLE void openJot();
+    void openJot();
 
 private:
     void exposeToQml();
@@ -77,6 +66,7 @@ private:
     Clock& m_clock;
     // Outlives the QML engine and the overlays that show the features.
     std::unique_ptr<Shell> m_shell;
+    std::unique_ptr<AppFront> m_front; // what the QML asks of the application as a whole
     QQmlApplicationEngine m_engine;
     std::unique_ptr<SettingsWindowHost> m_settingsWindow; // made on first use, gone before the engine
     std::vector<std::unique_ptr<NotchOverlay>> m_overlays;

@@ -34,9 +34,11 @@ NotchOverlay::NotchOverlay(QQmlEngine& engine, QScreen* screen, const DisplayInf
         return m_window && m_window->mask().contains(m_window->mapFromGlobal(QCursor::pos(m_screen)));
     });
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/Norva/NotchWindow.qml")));
-    QObject* created =
-        component.createWithInitialProperties({{QStringLiteral("overlay"), QVariant::fromValue(this)},
-                                               {QStringLiteral("notch"), QVariant::fromValue(&m_notch)}});
+    // Qt 6.4 crashes creating a component that did not compile, rather than saying why.
+    QObject* created = component.isError() ? nullptr
+                                           : component.createWithInitialProperties(
+                                                 {{QStringLiteral("overlay"), QVariant::fromValue(this)},
+                                                  {QStringLiteral("notch"), QVariant::fromValue(&m_notch)}});
     m_window = qobject_cast<QQuickWindow*>(created);
     if (!m_window) {
         logLine(QStringLiteral("Norva: the notch window on ") + display.name +

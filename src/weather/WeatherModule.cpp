@@ -88,9 +88,9 @@ QList<FeaturePage> WeatherModule::pages() const
              QStringLiteral("The forecast for your places will be here."), 70}};
 }
 
-QList<QmlObject> WeatherModule::qmlObjects() const
+QList<QObject*> WeatherModule::qmlObjects() const
 {
-    return {{QStringLiteral("weather"), m_service.get()}, {QStringLiteral("weatherPlaces"), m_picker.get()}};
+    return {m_service.get(), m_picker.get()};
 }
 
 WeatherSamples WeatherModule::samples()

@@ -25,7 +25,7 @@ public:
     void stop() override { m_service->stop(); }
     QList<FeaturePage> pages() const override;
     // "weather" and "weatherPlaces", the names the weather's QML uses.
-    QList<QmlObject> qmlObjects() const override;
+    QList<QObject*> qmlObjects() const override;
 
     // The demo's weather: a mild day in Lisbon in the desktop's own time, and a few places to find.
     static WeatherSamples samples();

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 #include "weather/GeoPlace.h"
 
 #include <QObject>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -15,11 +17,17 @@ class WeatherService;
 // or goes back to the automatic place.
 class WeatherPlacePicker : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed)
     Q_PROPERTY(QVariantList results READ resultRows NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
 
 public:
+    static WeatherPlacePicker* create(QQmlEngine*, QJSEngine*)
+    {
+        return QmlInstances::of<WeatherPlacePicker>();
+    }
     static constexpr Seconds typingPause{0.3};
 
     WeatherPlacePicker(WeatherService& weather, Clock& clock, QObject* parent = nullptr);

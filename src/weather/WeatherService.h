@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "app/HttpClient.h"
+#include "app/QmlInstances.h"
 #include "weather/Forecast.h"
 #include "weather/GeoPlace.h"
 #include "weather/TemperatureUnit.h"
@@ -12,6 +13,7 @@
 #include <QObject>
 #include <QVariantList>
 
+#include <QtQmlIntegration/qqmlintegration.h>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -25,6 +27,8 @@ namespace norva {
 // refreshes at once, a new address serves the next request. All state lives on the main thread.
 class WeatherService : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool hasReading READ hasReading NOTIFY changed)
     Q_PROPERTY(QString temperature READ temperatureText NOTIFY changed)
     Q_PROPERTY(QString conditionText READ conditionText NOTIFY changed)
@@ -44,6 +48,7 @@ class WeatherService : public QObject {
     Q_PROPERTY(bool closedFaceReady READ closedFaceReady NOTIFY changed)
 
 public:
+    static WeatherService* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<WeatherService>(); }
     enum class Status { idle, loading, ready, failed };
 
     static constexpr Seconds refreshInterval{900.0}; // a fetch every 15 minutes

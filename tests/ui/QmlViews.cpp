@@ -1,5 +1,10 @@
 #include "QmlViews.h"
 
+#include "MemoryPreferences.h"
+
+#include "app/QmlInstances.h"
+#include "shell/Features.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -23,6 +28,13 @@ void collect(QQuickItem* item, const std::function<bool(QQuickItem*)>& wanted, Q
 
 QmlViews::QmlViews()
 {
+    QmlInstances::registerTypes();
+    m_shell = std::make_unique<Shell>(std::make_unique<MemoryPreferences>(), m_clock, Shell::Demo{true, {}});
+    addFeatures(*m_shell);
+    m_front = std::make_unique<AppFront>(m_shell->pages(), true, QString());
+    QmlInstances::offer(m_front.get());
+    for (QObject* object : m_shell->qmlObjects())
+        QmlInstances::offer(object);
     for (const QString& path : sourceFiles())
         QFile::copy(path, m_folder.filePath(QFileInfo(path).fileName()));
     QFile qmldir(m_folder.filePath(QStringLiteral("qmldir")));

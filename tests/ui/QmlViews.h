@@ -1,5 +1,10 @@
 #pragma once
 
+#include "ManualClock.h"
+
+#include "shell/AppFront.h"
+#include "shell/Shell.h"
+
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QTemporaryDir>
@@ -10,12 +15,16 @@
 namespace norva::test {
 
 // Norva's QML files as the app loads them: copied from the source folders into one, beside a qmldir that
-// makes Theme the singleton it is in the app's module, so a test creates the real views.
+// makes Theme the singleton it is in the app's module, so a test creates the real views. The objects
+// the views reach as singletons are a demo Norva's, every feature made and none started; a test
+// offers its own (QmlInstances::offer) before it creates a view, and its own wins.
 class QmlViews {
 public:
     QmlViews();
 
     QQmlEngine& engine() { return m_engine; }
+    Shell& shell() { return *m_shell; }
+    ManualClock& clock() { return m_clock; }
     // Creates the view from `file` with the initial properties; null (with a warning) when it fails.
     std::unique_ptr<QQuickItem> create(const QString& file, const QVariantMap& properties);
 
@@ -29,6 +38,9 @@ public:
 
 private:
     QTemporaryDir m_folder;
+    ManualClock m_clock;
+    std::unique_ptr<Shell> m_shell;
+    std::unique_ptr<AppFront> m_front;
     QQmlEngine m_engine;
 };
 

@@ -1,50 +1,67 @@
+#include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "QmlViews.h"
+#include "TempHome.h"
 #include "TestMain.h"
 
-#include <QQmlContext>
+#include "agents/AgentSettings.h"
+#include "agents/ApprovalsFolder.h"
+#include "agents/prompts/AgentPromptsManager.h"
+#include "agents/prompts/AgentsPageModel.h"
+#include "agents/prompts/PromptAlerts.h"
+#include "app/Paths.h"
+#include "app/QmlInstances.h"
+#include "app/SettingsStore.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QQuickWindow>
 #include <QtTest>
 
 using namespace norva;
+using namespace norva::test;
 
 namespace {
 
-// The Agents page's model as the page sees it: the cards, and the answers it was given.
-class FakeAgentsPage : public QObject {
-    Q_OBJECT
-    Q_PROPERTY(QVariantList cards READ cards NOTIFY cardsChanged)
-public:
-    QVariantList cards() const { return m_cards; }
-    void add(const QString& id, const QString& command)
-    {
-        m_cards << QVariantMap{{"id", id},        {"agent", "Claude Code"}, {"isQuestion", false},
-                               {"tool", "Bash"},  {"subject", command},     {"writes", ""},
-                               {"folder", "shop"}};
-        emit cardsChanged();
-    }
-    Q_INVOKABLE bool allow(const QString& id) { return take(id, "allow"); }
-    Q_INVOKABLE bool deny(const QString& id) { return take(id, "deny"); }
-    Q_INVOKABLE bool answerInTerminal(const QString& id) { return take(id, "terminal"); }
-    Q_INVOKABLE void showTerminal(const QString&) {}
-    QStringList answers;
+// The Agents page over Norva's real prompts, in a temporary home: each card is a hook's pending
+// prompt in the approvals folder, and an answer is the response file the hook would read.
+struct PageRig {
+    TempHome home;
+    ManualClock clock{QDateTime::currentDateTimeUtc()}; // the hooks' files carry real times
+    MemoryPreferences preferences;
+    SettingsStore store{preferences};
+    AgentSettings settings{store};
+    NoPromptAlerts alerts;
+    AgentPromptsManager prompts{clock, store, alerts, Paths::approvalsFolder()};
+    AgentsPageModel model{prompts};
+    ApprovalsFolder folder{Paths::approvalsFolder()};
+    QmlViews views;
 
-signals:
-    void cardsChanged();
-
-private:
-    bool take(const QString& id, const QString& how)
+    PageRig()
     {
-        answers << how + ' ' + id;
-        m_cards.removeIf([&id](const QVariant& card) { return card.toMap().value("id") == id; });
-        emit cardsChanged();
-        return true;
+        settings.setAnswerPromptsOnNotch(true);
+        prompts.start();
+        QmlInstances::offer(&settings);
+        QmlInstances::offer(&model);
     }
-    QVariantList m_cards;
+    // A hook asks to run `command`; the card shows once Norva has seen the file.
+    void ask(const QString& id, const QString& command)
+    {
+        const QJsonObject payload{{"session_id", "s1"},
+                                  {"cwd", "/work/shop"},
+                                  {"tool_name", "Bash"},
+                                  {"tool_input", QJsonObject{{"command", command}}},
+                                  {"tool_use_id", id}};
+        folder.write(QStringLiteral("pending-") + id + QStringLiteral(".json"),
+                     QJsonDocument(payload).toJson(QJsonDocument::Compact));
+        prompts.scanPending();
+    }
+    bool answered(const QString& id) const { return folder.exists(QStringLiteral("resp-") + id); }
 };
 
 QQuickItem* cardOf(QQuickItem* page, const QString& command)
 {
-    for (QQuickItem* card : test::QmlViews::made(page, QStringLiteral("AgentPromptCard")))
+    for (QQuickItem* card : QmlViews::made(page, QStringLiteral("AgentPromptCard")))
         if (card->property("card").toMap().value("subject") == command)
             return card;
     return nullptr;
@@ -55,7 +72,7 @@ QQuickItem* allowButtonOf(QQuickItem* page, const QString& command)
     QQuickItem* card = cardOf(page, command);
     if (!card)
         return nullptr;
-    for (QQuickItem* button : test::QmlViews::made(card, QStringLiteral("AgentAnswerButton")))
+    for (QQuickItem* button : QmlViews::made(card, QStringLiteral("AgentAnswerButton")))
         if (button->property("label") == QStringLiteral("Allow"))
             return button;
     return nullptr;
@@ -70,13 +87,11 @@ class AgentsPageTest : public QObject {
 private slots:
     void doubleClickAnswersOneCard()
     {
-        test::QmlViews views;
-        FakeAgentsPage model;
-        model.add("first", "make deploy");
-        model.add("second", "rm -rf build");
-        views.engine().rootContext()->setContextProperty("agentsPage", &model);
-        views.engine().rootContext()->setContextProperty(
-            "agentSettings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
+        PageRig rig;
+        rig.ask("first", "make deploy");
+        rig.ask("second", "rm -rf build");
+        QTRY_COMPARE(rig.model.count(), 2);
+        QmlViews& views = rig.views;
         QQuickWindow window;
         window.resize(640, 600);
         auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
@@ -96,14 +111,14 @@ private slots:
         const QPointF secondBefore = cardOf(page.get(), "rm -rf build")->mapToScene(QPointF(0, 0));
 
         QTest::mouseClick(&window, Qt::LeftButton, {}, where);
-        QTRY_COMPARE(model.answers, QStringList{"allow first"});
+        QTRY_VERIFY(rig.answered("first"));
         second = allowButtonOf(page.get(), "rm -rf build");
         QVERIFY(second);
         QCOMPARE(cardOf(page.get(), "rm -rf build")->mapToScene(QPointF(0, 0)), secondBefore); // no slide
         QTest::mouseClick(&window, Qt::LeftButton, {}, where);
         QTest::mouseClick(&window, Qt::LeftButton, {}, second->mapToScene(QPointF(4, 4)).toPoint());
         QCoreApplication::processEvents();
-        QCOMPARE(model.answers, QStringList{"allow first"}); // neither the gap nor the guarded card answered
+        QVERIFY(!rig.answered("second")); // neither the gap nor the guarded card answered
     }
 
     // A third card does not fit the usual page: the page asks for the room its cards take (the
@@ -111,14 +126,12 @@ private slots:
     // scrolls; given the room, the sign goes.
     void moreCardsThanFitShowThatThePageScrolls()
     {
-        test::QmlViews views;
-        FakeAgentsPage model;
-        model.add("first", "make deploy");
-        model.add("second", "rm -rf build");
-        model.add("third", "npm publish --access public");
-        views.engine().rootContext()->setContextProperty("agentsPage", &model);
-        views.engine().rootContext()->setContextProperty(
-            "agentSettings", QVariantMap{{"showClaudeUsage", false}, {"answerPromptsOnNotch", true}});
+        PageRig rig;
+        rig.ask("first", "make deploy");
+        rig.ask("second", "rm -rf build");
+        rig.ask("third", "npm publish --access public");
+        QTRY_COMPARE(rig.model.count(), 3);
+        QmlViews& views = rig.views;
         QQuickWindow window;
         window.resize(720, 700);
         auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
@@ -128,7 +141,7 @@ private slots:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
 
-        const QList<QQuickItem*> cues = test::QmlViews::made(page.get(), QStringLiteral("ScrollCue"));
+        const QList<QQuickItem*> cues = QmlViews::made(page.get(), QStringLiteral("ScrollCue"));
         QCOMPARE(cues.size(), 1);
         QTRY_VERIFY(page->implicitHeight() > 250);
         QVERIFY(cues.first()->isVisible());

@@ -1,58 +1,49 @@
+#include "FakeClipboard.h"
+#include "ManualClock.h"
+#include "MemoryPreferences.h"
 #include "QmlViews.h"
+#include "TempHome.h"
 #include "TestMain.h"
 
-#include <QQmlContext>
+#include "app/QmlInstances.h"
+#include "app/SettingsStore.h"
+#include "clipboard/ClipboardManager.h"
+#include "clipboard/ClipboardPageModel.h"
+#include "clipboard/ClipboardSettings.h"
+
 #include <QQuickWindow>
 #include <QtTest>
 
 using namespace norva;
+using namespace norva::test;
 
 namespace {
 
-// The clipboard page's model as the page sees it: it outlives the page, which is made anew at
-// each opening, and filters its rows by the query.
-class FakeClipboardPage : public QObject {
-    Q_OBJECT
-    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY queryChanged)
-    Q_PROPERTY(QString emptyText READ emptyText NOTIFY queryChanged)
-    Q_PROPERTY(bool historyOn READ historyOn CONSTANT)
-    Q_PROPERTY(QString footer READ footer CONSTANT)
-    Q_PROPERTY(QString notice READ notice CONSTANT)
-public:
-    QString query() const { return m_query; }
-    void setQuery(const QString& query)
-    {
-        if (query == m_query)
-            return;
-        m_query = query;
-        emit queryChanged();
-    }
-    QVariantList rows() const
-    {
-        QVariantList rows;
-        for (const QString& text : {QStringLiteral("apt install debian-keyring"), QStringLiteral("hello")})
-            if (text.contains(m_query))
-                rows << QVariantMap{{"id", text}, {"kind", "text"},      {"preview", text}, {"pinned", false},
-                                    {"app", ""},  {"date", QDateTime()}, {"copied", false}};
-        return rows;
-    }
-    QString emptyText() const { return rows().isEmpty() ? QStringLiteral("Nothing matches") : QString(); }
-    bool historyOn() const { return true; }
-    QString footer() const { return {}; }
-    QString notice() const { return {}; }
-    Q_INVOKABLE void copy(const QString& id) { copied << id; }
-    QStringList copied;
-    Q_INVOKABLE void setPinned(const QString&, bool) {}
-    Q_INVOKABLE void remove(const QString&) {}
-    Q_INVOKABLE void clearAllButPinned() {}
-    Q_INVOKABLE void dismissNotice() {}
+// The clipboard page over a real history of two copies ("hello", then "apt install
+// debian-keyring") from a stand-in clipboard, in a temporary home. Its model outlives the page,
+// which is made anew at each opening, and filters its rows by the query.
+struct PageRig {
+    TempHome home;
+    ManualClock clock;
+    MemoryPreferences preferences;
+    SettingsStore store{preferences};
+    ClipboardSettings settings{store};
+    FakeClipboard clipboard;
+    ClipboardManager manager{clipboard, settings, clock, home.file(QStringLiteral("data"))};
+    ClipboardPageModel model{manager};
+    QmlViews views;
 
-signals:
-    void queryChanged();
-
-private:
-    QString m_query;
+    PageRig()
+    {
+        QSignalSpy loaded(&manager, &ClipboardManager::loaded);
+        manager.start();
+        loaded.wait(5000);
+        for (const QString& text : {QStringLiteral("hello"), QStringLiteral("apt install debian-keyring")}) {
+            clipboard.setText(text);
+            clock.advance(ClipboardManager::kPollInterval);
+        }
+        QmlInstances::offer(&model);
+    }
 };
 
 QQuickItem* searchBoxOf(QQuickItem* page)
@@ -76,9 +67,10 @@ private slots:
     // Closing and opening again makes the page anew: the search box and the filter stay in step.
     void reopenedPageShowsTheQueryThatFilters()
     {
-        test::QmlViews views;
-        FakeClipboardPage model;
-        views.engine().rootContext()->setContextProperty(QStringLiteral("clipboardPage"), &model);
+        PageRig rig;
+        ClipboardPageModel& model = rig.model;
+        QmlViews& views = rig.views;
+        QCOMPARE(model.rows().size(), 2);
 
         auto page = views.create(QStringLiteral("ClipboardPage.qml"), {});
         QVERIFY(page);
@@ -103,9 +95,8 @@ private slots:
     // the arrows walk the same way, and Space presses what has the ring.
     void everyControlIsReachedAndPressedFromTheKeyboard()
     {
-        test::QmlViews views;
-        FakeClipboardPage model;
-        views.engine().rootContext()->setContextProperty(QStringLiteral("clipboardPage"), &model);
+        PageRig rig;
+        QmlViews& views = rig.views;
         QQuickWindow window;
         window.resize(700, 400);
         auto page = views.create(QStringLiteral("ClipboardPage.qml"), {});
@@ -122,7 +113,7 @@ private slots:
             reached << window.activeFocusItem();
             QTest::keyClick(&window, Qt::Key_Tab);
         }
-        const QList<QQuickItem*> rings = test::QmlViews::made(page.get(), QStringLiteral("FocusRing"));
+        const QList<QQuickItem*> rings = QmlViews::made(page.get(), QStringLiteral("FocusRing"));
         QVERIFY(rings.size() >= 7); // clear, and per row the row, Pin and Remove
         for (QQuickItem* ring : rings)
             QVERIFY2(reached.contains(ring), qPrintable(ring->parentItem()->objectName()));
@@ -139,7 +130,8 @@ private slots:
         QTest::keyClick(&window, Qt::Key_Up);
         QCOMPARE(window.activeFocusItem(), firstRow);
         QTest::keyClick(&window, Qt::Key_Space);
-        QCOMPARE(model.copied, QStringList{QStringLiteral("apt install debian-keyring")});
+        QCOMPARE(rig.clipboard.m_puts, 1); // the newest row went back on the clipboard
+        QCOMPARE(rig.clipboard.text(), QStringLiteral("apt install debian-keyring"));
     }
 };
 

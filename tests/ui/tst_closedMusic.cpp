@@ -1,8 +1,13 @@
 #include "QmlViews.h"
+#include "SongSource.h"
 #include "TestMain.h"
 
+#include "app/QmlInstances.h"
+#include "app/SettingsKeys.h"
+#include "media/MusicManager.h"
+#include "media/SongPeek.h"
+
 #include <QJSValue>
-#include <QQmlContext>
 #include <QtTest>
 
 using namespace norva;
@@ -81,15 +86,16 @@ private slots:
         QFETCH(bool, shown);
         test::QmlViews views;
         const QString title = QStringLiteral("<b>Evening</b> Tide");
-        QQmlContext* context = views.engine().rootContext();
-        context->setContextProperty(QStringLiteral("settings"), QVariantMap{{"reducedMotion", true}});
-        context->setContextProperty(QStringLiteral("app"),
-                                    QVariant::fromValue(views.engine().evaluate(
-                                        QStringLiteral("({ hasQml: function () { return false } })"))));
-        context->setContextProperty(QStringLiteral("music"), QVariantMap{{"hasTrack", true},
-                                                                         {"songPeeking", songPeeking},
-                                                                         {"title", title},
-                                                                         {"artist", "The Norva Quartet"}});
+        views.shell().settings().write(QStringLiteral("reduced"), SettingsKeys::notchMotion);
+        test::SongSource* player = nullptr;
+        MusicManager music(views.clock(), nullptr, test::SongSource::backends(player));
+        QmlInstances::offer(&music);
+        music.start();
+        QVERIFY(player);
+        player->play(title, QStringLiteral("The Norva Quartet"), views.clock().now());
+        if (!songPeeking)
+            views.clock().advance(SongPeek::duration + Seconds(1));
+        QCOMPARE(music.songPeeking(), songPeeking);
         const QVariantMap notch{{"stateName", notchState}, {"closedHeight", 32}};
         const QString right = leftPiece == "music" ? QStringLiteral("music") : QStringLiteral("value");
         auto face = views.create(

@@ -1,27 +1,14 @@
 #include "QmlViews.h"
+#include "SongSource.h"
 #include "TestMain.h"
 
-#include <QQmlContext>
+#include "app/QmlInstances.h"
+#include "media/MusicManager.h"
+
+#include <QSignalSpy>
 #include <QtTest>
 
 using namespace norva;
-
-namespace {
-
-// The music manager as far as following the position goes (the page warns of what else it lacks),
-// counting the views that follow it.
-class FollowedMusic : public QObject {
-    Q_OBJECT
-    Q_PROPERTY(bool hasTrack MEMBER hasTrack CONSTANT)
-    Q_PROPERTY(double displayElapsed MEMBER elapsed CONSTANT)
-public:
-    Q_INVOKABLE void followPosition(bool following) { followers += following ? 1 : -1; }
-    bool hasTrack = true;
-    double elapsed = 42;
-    int followers = 0;
-};
-
-} // namespace
 
 // The music page follows the song's position only while it exists (the notch is open on it), so
 // the position does not tick for a closed notch.
@@ -31,18 +18,29 @@ private slots:
     void pageFollowsThePositionWhileItIsThere()
     {
         test::QmlViews views;
-        FollowedMusic music;
-        views.engine().rootContext()->setContextProperty(QStringLiteral("music"), &music);
+        test::SongSource* player = nullptr;
+        MusicManager music(views.clock(), nullptr, test::SongSource::backends(player));
+        QmlInstances::offer(&music);
+        music.start();
+        QVERIFY(player);
+        player->play(QStringLiteral("Evening Tide"), QStringLiteral("The Norva Quartet"),
+                     views.clock().now());
+        QSignalSpy moves(&music, &MusicManager::positionChanged);
+        const auto ticksAWhile = [&] {
+            moves.clear();
+            views.clock().advance(Seconds(MusicManager::positionTick * 4));
+            return moves.size();
+        };
+        QCOMPARE(ticksAWhile(), 0); // nothing shows the position
         auto page = views.create(QStringLiteral("MusicPage.qml"), {});
         QVERIFY(page);
-        QCOMPARE(music.followers, 1);
+        QVERIFY(ticksAWhile() >= 4);
         auto second = views.create(QStringLiteral("MusicPage.qml"), {}); // a notch on another display
         QVERIFY(second);
-        QCOMPARE(music.followers, 2);
         page.reset();
-        QCOMPARE(music.followers, 1);
+        QVERIFY(ticksAWhile() >= 4); // the other page still shows it
         second.reset();
-        QCOMPARE(music.followers, 0);
+        QCOMPARE(ticksAWhile(), 0);
     }
 };
 

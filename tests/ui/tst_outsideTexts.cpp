@@ -1,9 +1,11 @@
 #include "QmlViews.h"
 #include "TestMain.h"
 
+#include "app/SettingsKeys.h"
+#include "app/SettingsStore.h"
+
 #include <QFontMetricsF>
 #include <QJSValue>
-#include <QQmlContext>
 #include <QtTest>
 
 using namespace norva;
@@ -107,12 +109,7 @@ private slots:
             {"symbol", "agent"},     {"progress", -1},    {"liveCount", 1},
             {"shownPosition", 0},    {"pinned", false},   {"musicLeft", ""},
             {"musicRight", ""},      {"picture", ""},     {"activityId", "agent-prompt-toolu_1"}};
-        views.engine().rootContext()->setContextProperty(QStringLiteral("closedFace"), face);
-        views.engine().rootContext()->setContextProperty(QStringLiteral("settings"),
-                                                         QVariantMap{{"reducedMotion", true}});
-        views.engine().rootContext()->setContextProperty(
-            QStringLiteral("app"), QVariant::fromValue(views.engine().evaluate(
-                                       QStringLiteral("({ hasQml: function () { return false } })"))));
+        views.shell().settings().write(QStringLiteral("reduced"), SettingsKeys::notchMotion);
         auto closedFace = views.create(QStringLiteral("ClosedFace.qml"), {{"face", face}});
         QVERIFY(closedFace);
         const QList<QQuickItem*> faceTexts = test::QmlViews::texts(closedFace.get());

@@ -6,6 +6,7 @@
 #include "TestImages.h"
 #include "TestMain.h"
 
+#include "app/QmlInstances.h"
 #include "app/SettingsStore.h"
 #include "notch/NotchViewModel.h"
 #include "shelf/ShelfDesk.h"
@@ -13,7 +14,6 @@
 #include "shelf/ShelfPlatform.h"
 
 #include <QMimeData>
-#include <QQmlContext>
 #include <QQuickWindow>
 #include <QtTest>
 
@@ -38,8 +38,8 @@ struct PageRig {
     PageRig()
     {
         shelf.start();
-        views.engine().rootContext()->setContextProperty(QStringLiteral("shelfDesk"), &desk);
-        views.engine().rootContext()->setContextProperty(QStringLiteral("settings"), &settings);
+        QmlInstances::offer(&desk);
+        QmlInstances::offer(&settings);
         window.resize(700, 420);
     }
     std::unique_ptr<QQuickItem> show(const QString& file, const QVariantMap& properties = {})

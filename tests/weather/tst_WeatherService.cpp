@@ -498,9 +498,9 @@ private slots:
         const QStringList keys = stored.keys();
         shell.start();
         WeatherService* weather = nullptr;
-        for (const QmlObject& object : shell.qmlObjects()) {
-            if (object.name == QLatin1String("weather"))
-                weather = qobject_cast<WeatherService*>(object.object);
+        for (QObject* object : shell.qmlObjects()) {
+            if (auto* service = qobject_cast<WeatherService*>(object))
+                weather = service;
         }
         QVERIFY(weather);
         QCOMPARE(weather->status(), WeatherService::Status::ready);

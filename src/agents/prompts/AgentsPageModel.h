@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/QmlInstances.h"
 #include <QObject>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -11,9 +13,12 @@ class AgentPromptsManager;
 // command or file it acts on; or a question with its options) and the answers the cards offer.
 class AgentsPageModel : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList cards READ cards NOTIFY cardsChanged)
     Q_PROPERTY(int count READ count NOTIFY cardsChanged)
 public:
+    static AgentsPageModel* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<AgentsPageModel>(); }
     explicit AgentsPageModel(AgentPromptsManager& manager, QObject* parent = nullptr);
 
     QVariantList cards() const { return m_cards; }

@@ -3,12 +3,14 @@
 #include "agents/team/TeamRules.h"
 #include "agents/team/TeamVerdict.h"
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 
 #include <QJsonObject>
 #include <QObject>
 #include <QSet>
 #include <QThread>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 class QFileSystemWatcher;
 
@@ -23,11 +25,14 @@ class TeamDenyResponder;
 // with the rules, and answers notch prompts that an always rule covers.
 class TeamPolicy : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList rules READ rulesForView NOTIFY rulesChanged)
     Q_PROPERTY(bool hasNeverRules READ hasNeverRules NOTIFY rulesChanged)
     Q_PROPERTY(QString source READ source NOTIFY rulesChanged)
 
 public:
+    static TeamPolicy* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<TeamPolicy>(); }
     // A rule set read from a file: the rules that parse, and why the file as a whole could not be
     // read (empty when it could). Rules that do not parse are skipped, one reason each.
     struct Reading {

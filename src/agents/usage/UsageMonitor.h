@@ -2,9 +2,11 @@
 
 #include "agents/usage/UsageBridge.h"
 #include "app/Clock.h"
+#include "app/QmlInstances.h"
 
 #include <QObject>
 #include <QVariantList>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 namespace norva {
 
@@ -15,10 +17,13 @@ class ApprovalsFolderWatch;
 // windows and logs why, once per reason.
 class UsageMonitor : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(QVariantList windows READ windowsForView NOTIFY windowsChanged)
     Q_PROPERTY(bool available READ available NOTIFY windowsChanged)
 
 public:
+    static UsageMonitor* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<UsageMonitor>(); }
     UsageMonitor(Clock& clock, QString approvalsFolder, QObject* parent = nullptr);
     ~UsageMonitor() override;
 

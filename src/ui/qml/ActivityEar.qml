@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // One ear beside the notch: the activity's mark, its value, a piece of the music face, or nothing.
 // Its implicit width is what it needs, so the notch eases wider or narrower as the ear changes.
@@ -80,7 +81,7 @@ Item {
         }
 
         // The music face's own drawing when the media area ships one; a quiet note until then.
-        readonly property bool musicDrawn: app.hasQml("MusicEar.qml")
+        readonly property bool musicDrawn: App.hasQml("MusicEar.qml")
         Loader {
             id: musicLoader
             visible: ear.piece === "music"

@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // The shown activity's mark in the left ear: its glyph inside a ring that fills with its progress,
 // or its picture where it has one (a new screenshot's thumbnail).
@@ -50,7 +51,7 @@ Item {
         // activity that ticks every second costs one frame a second, not an animation.
         readonly property real wanted: Math.max(0, Math.min(1, mark.progress))
         onWantedChanged: {
-            if (mark.eases && Math.abs(wanted - shownProgress) > 0.1 && !settings.reducedMotion) {
+            if (mark.eases && Math.abs(wanted - shownProgress) > 0.1 && !SettingsStore.reducedMotion) {
                 ease.to = wanted
                 ease.restart()
             } else {

@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // The Agents page: Claude Code's usage windows when the person shows them, then one card per
 // waiting prompt of Claude Code, Codex or Copilot CLI, oldest first.
@@ -6,7 +7,7 @@ import QtQuick
 // shows what the agent asks, to be answered in its own terminal.
 Item {
     id: page
-    readonly property var model: typeof agentsPage !== "undefined" ? agentsPage : null
+    readonly property AgentsPageModel model: AgentsPageModel
     // After a card is answered, the cards ignore clicks for a moment and the answered card's place
     // stays as a gap meanwhile, so the second click of a double click never answers the card that
     // would have slid under the pointer.
@@ -30,7 +31,7 @@ Item {
     UsageWindows {
         id: usageWindows
         anchors { left: parent.left; right: parent.right; top: parent.top }
-        shown: agentSettings.showClaudeUsage
+        shown: AgentSettings.showClaudeUsage
     }
 
     ListView {
@@ -80,7 +81,7 @@ Item {
         anchors.fill: list
         visible: list.count === 0
         title: "Agents"
-        text: agentSettings.answerPromptsOnNotch ? "No agent is waiting for you."
+        text: AgentSettings.answerPromptsOnNotch ? "No agent is waiting for you."
                                             : "Turn on Answer prompts on the notch in Settings to answer here."
     }
 }

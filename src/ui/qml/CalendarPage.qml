@@ -1,10 +1,11 @@
 import QtQuick
+import Norva.Core
 
 // The calendar page: a month view on the left, the next two weeks by day on the right, Join where
 // a meeting has a link, and the add and edit form over both. The words come from the page's model.
 Item {
     id: page
-    readonly property var model: calendarPage
+    readonly property CalendarPageModel model: CalendarPageModel
     property var form: null // the fields of the meeting being added or edited
 
     CalendarMonth {

@@ -1,10 +1,11 @@
 import QtQuick
+import Norva.Core
 
 // The clipboard history: search, the clips (pinned first), copy again with a click, pin, and clear
 // all but the pinned ones. The words come from the page's view model.
 Item {
     id: page
-    readonly property var model: clipboardPage
+    readonly property ClipboardPageModel model: ClipboardPageModel
     implicitHeight: top.height + Theme.spacing + list.contentHeight + 6 + footer.height
 
     Row {

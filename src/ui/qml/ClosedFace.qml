@@ -1,26 +1,25 @@
 import QtQuick
+import Norva.Core
 
 // The closed notch's face: the shown live activity drawn in the ears beside the notch (its mark on
 // the left, its value on the right), its title faint in the middle, and its detail below while the
 // person hovers it. The notch shape takes this item's implicit size and eases to it.
 Item {
     id: closed
-    property var face: closedFace   // the ClosedFaceModel
+    property var face: ClosedFaceModel // the shown activity; a test hands over its own
     property var notch: null         // the NotchViewModel of this display
     property real centreWidth: 150   // the middle of the notch, where a camera would sit
     readonly property real barHeight: notch ? notch.closedHeight : 0
     readonly property bool hasContent: face.active || face.leftPiece !== "nothing" || face.rightPiece !== "nothing"
     // With nothing else to show, the weather takes the ears when the person switched it on.
-    readonly property bool weatherShown: !hasContent && typeof weather !== "undefined" && weather !== null
-                                         && weather.closedFaceReady
+    readonly property bool weatherShown: !hasContent && WeatherService.closedFaceReady
     readonly property bool detailShown: face.detailOpen && face.hasDetail
+    readonly property bool musicShown: face.leftPiece === "music" || face.rightPiece === "music"
     // The song under the ears while music has them: while the notch peeks, and for a moment when a
     // new song starts (the music manager's song peek).
-    readonly property var now: typeof music !== "undefined" ? music : null
-    readonly property bool musicShown: face.leftPiece === "music" || face.rightPiece === "music"
-    readonly property bool songShown: musicShown && !detailShown && now !== null && now.hasTrack
-                                      && (now.songPeeking || (notch !== null && notch.stateName === "peek"))
-    readonly property bool reduced: settings.reducedMotion
+    readonly property bool songShown: musicShown && !detailShown && MusicManager.hasTrack
+                                      && (MusicManager.songPeeking || (notch !== null && notch.stateName === "peek"))
+    readonly property bool reduced: SettingsStore.reducedMotion
 
     // A song's title and artist may ask the notch to widen, up to a limit; longer ones are cut short.
     readonly property real songWidth: songShown ? Math.min(songLine.naturalWidth + 28, 360) : 0
@@ -125,7 +124,7 @@ Item {
         Behavior on opacity { NumberAnimation { duration: closed.reduced ? 0 : Theme.fast } }
         PlainText {
             id: songTitle
-            text: closed.now ? closed.now.title : ""
+            text: MusicManager.title
             color: Theme.text
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontSmall + 1
@@ -136,7 +135,7 @@ Item {
         PlainText {
             id: songArtist
             visible: text !== ""
-            text: closed.now ? closed.now.artist : ""
+            text: MusicManager.artist
             color: Theme.textDim
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontSmall + 1

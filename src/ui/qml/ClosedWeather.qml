@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // The weather on the closed notch while nothing else is shown there: the sky's glyph in the left
 // ear and the temperature in the right, with the notch's middle between them.
@@ -12,12 +13,12 @@ Item {
 
     WeatherGlyph {
         anchors { left: parent.left; leftMargin: 14; verticalCenter: parent.verticalCenter }
-        name: weather.glyph
+        name: WeatherService.glyph
         size: 15
     }
     PlainText {
         anchors { right: parent.right; rightMargin: 14; verticalCenter: parent.verticalCenter }
-        text: weather.temperature
+        text: WeatherService.temperature
         color: Theme.text
         font.family: Theme.fontFamily
         font.pixelSize: Theme.fontBody

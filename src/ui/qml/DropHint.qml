@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // What the notch shows while a drag it would take is over it: an accent outline and a word that
 // the drop lands on the shelf. It takes no part in the drag itself.
@@ -9,7 +10,7 @@ Item {
 
     opacity: shown ? 1 : 0
     visible: opacity > 0
-    Behavior on opacity { NumberAnimation { duration: settings.reducedMotion ? 0 : Theme.fast } }
+    Behavior on opacity { NumberAnimation { duration: SettingsStore.reducedMotion ? 0 : Theme.fast } }
 
     Rectangle {
         anchors.fill: parent

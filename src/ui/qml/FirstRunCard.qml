@@ -1,10 +1,11 @@
 import QtQuick
+import Norva.Core
 
 // The notch introducing itself, over the open panel: one step at a time with a sample of what it
 // tells (drawn from the guide, never from the person's own data), Skip at every step.
 Rectangle {
     id: card
-    readonly property var guide: firstRun
+    readonly property FirstRunGuide guide: FirstRunGuide
     readonly property var step: guide.current
     visible: guide.showing
     color: Theme.panel

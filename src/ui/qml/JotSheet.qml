@@ -1,13 +1,14 @@
 import QtQuick
+import Norva.Core
 
 // The jot sheet over the open panel: one text kept as a new note, added to a note or category, or
 // filed as a to-do with its due read as it is typed, then a receipt with an undo for a moment.
 Rectangle {
     id: sheet
-    readonly property var jot: jotSheet
+    readonly property JotPresenter jot: JotPresenter
     visible: jot.showing
     opacity: jot.stage === "closing" ? 0 : 1
-    Behavior on opacity { NumberAnimation { duration: settings.reducedMotion ? 0 : Theme.normal } }
+    Behavior on opacity { NumberAnimation { duration: SettingsStore.reducedMotion ? 0 : Theme.normal } }
     color: Theme.panel
     radius: Theme.radius
     onVisibleChanged: if (visible && jot.stage === "writing") { words.text = ""; words.forceActiveFocus() }

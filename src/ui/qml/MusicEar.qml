@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // The music's piece of one ear beside the notch, as the person chose it for that side
 // ("music.left.v1", "music.right.v1"): the cover as a small rounded square ("artAndRing", "art"),
@@ -7,12 +8,11 @@ Item {
     id: ear
     property string piece: ""
     property string side: "left"
-    readonly property var now: typeof music !== "undefined" ? music : null
-    readonly property bool playing: now !== null && now.isPlaying
+    readonly property bool playing: MusicManager.isPlaying
     readonly property bool showsCover: piece === "artAndRing" || piece === "art"
     readonly property bool showsPlayPause: piece === "playPause"
     readonly property bool showsBars: !showsCover && !showsPlayPause
-    readonly property color accent: now !== null && now.albumAccentColor.valid ? now.albumAccentColor : Theme.text
+    readonly property color accent: MusicManager.albumAccentColor.valid ? MusicManager.albumAccentColor : Theme.text
 
     implicitWidth: showsCover ? cover.width : showsPlayPause ? playPause.implicitWidth : bars.implicitWidth
     implicitHeight: 22
@@ -28,7 +28,7 @@ Item {
         Image {
             id: art
             anchors.fill: parent
-            source: ear.now ? ear.now.coverSource : ""
+            source: MusicManager.coverSource
             sourceSize: Qt.size(48, 48)
             fillMode: Image.PreserveAspectCrop
             smooth: true
@@ -66,7 +66,7 @@ Item {
         visible: ear.showsBars
         anchors.verticalCenter: parent.verticalCenter
         playing: ear.playing
-        reduced: ear.now !== null && ear.now.reducesMotion
+        reduced: MusicManager.reducesMotion
         colour: ear.accent
     }
 }

@@ -1,15 +1,15 @@
 import QtQuick
+import Norva.Core
 
 // Now playing: the cover, title and artist, a progress bar that moves and can be clicked to seek,
 // the transport controls, and the lyrics following the song. With nothing playing it offers the
 // installed players.
 Item {
     id: page
-    readonly property var now: typeof music !== "undefined" ? music : null
-    readonly property bool playing: now !== null && now.hasTrack
+    readonly property bool playing: MusicManager.hasTrack
     // The position ticks only while a page shows it; the page is made as the notch opens on it.
-    Component.onCompleted: if (now) now.followPosition(true)
-    Component.onDestruction: if (now) now.followPosition(false)
+    Component.onCompleted: MusicManager.followPosition(true)
+    Component.onDestruction: MusicManager.followPosition(false)
 
     function clock(seconds) {
         const whole = Math.max(0, Math.floor(seconds))
@@ -21,13 +21,13 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: Theme.radius
-        color: page.now && page.now.albumTint.valid ? page.now.albumTint : Theme.card
+        color: MusicManager.albumTint.valid ? MusicManager.albumTint : Theme.card
         opacity: 0.55
-        Behavior on color { enabled: page.now && !page.now.reducesMotion; ColorAnimation { duration: Theme.slow } }
+        Behavior on color { enabled: !MusicManager.reducesMotion; ColorAnimation { duration: Theme.slow } }
     }
     Image {
         anchors.fill: parent
-        source: page.now ? page.now.albumWash : ""
+        source: MusicManager.albumWash
         visible: source != ""
         opacity: 0.35
         fillMode: Image.Stretch
@@ -49,14 +49,14 @@ Item {
             clip: true
             Image {
                 anchors.fill: parent
-                source: page.now ? page.now.artworkSource : ""
+                source: MusicManager.artworkSource
                 fillMode: Image.PreserveAspectCrop
                 visible: source != ""
                 smooth: true
             }
             PlainText {
                 anchors.centerIn: parent
-                visible: !page.now || page.now.artworkSource === ""
+                visible: MusicManager.artworkSource === ""
                 text: "♪"
                 color: Theme.textFaint
                 font.pixelSize: 40
@@ -68,7 +68,7 @@ Item {
             spacing: 4
             PlainText {
                 width: parent.width
-                text: page.now ? page.now.title : ""
+                text: MusicManager.title
                 elide: Text.ElideRight
                 color: Theme.text
                 font.family: Theme.fontFamily
@@ -77,7 +77,7 @@ Item {
             }
             PlainText {
                 width: parent.width
-                text: page.now ? page.now.artist : ""
+                text: MusicManager.artist
                 elide: Text.ElideRight
                 color: Theme.textDim
                 font.family: Theme.fontFamily
@@ -86,7 +86,7 @@ Item {
             PlainText {
                 width: parent.width
                 visible: text.length > 0
-                text: page.now && page.now.sourceAppName.length > 0 ? "from " + page.now.sourceAppName : ""
+                text: MusicManager.sourceAppName.length > 0 ? "from " + MusicManager.sourceAppName : ""
                 color: Theme.textFaint
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
@@ -104,27 +104,27 @@ Item {
                 radius: 2
                 color: Theme.separator
                 Rectangle {
-                    width: parent.width * Math.min(1, Math.max(0, page.now ? page.now.playbackProgress : 0))
+                    width: parent.width * Math.min(1, Math.max(0, MusicManager.playbackProgress))
                     height: parent.height
                     radius: 2
-                    color: page.now && page.now.albumAccentColor.valid ? page.now.albumAccentColor : Theme.accent
+                    color: MusicManager.albumAccentColor.valid ? MusicManager.albumAccentColor : Theme.accent
                 }
             }
             TapHandler {
-                enabled: page.now && page.now.duration > 0
-                onTapped: (point) => page.now.seek(point.position.x / progress.width * page.now.duration)
+                enabled: MusicManager.duration > 0
+                onTapped: (point) => MusicManager.seek(point.position.x / progress.width * MusicManager.duration)
             }
             PlainText {
                 anchors { left: parent.left; bottom: parent.bottom }
-                text: page.clock(page.now ? page.now.displayElapsed : 0)
+                text: page.clock(MusicManager.displayElapsed)
                 color: Theme.textFaint
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
             }
             PlainText {
                 anchors { right: parent.right; bottom: parent.bottom }
-                visible: page.now && page.now.duration > 0
-                text: page.clock(page.now ? page.now.duration : 0)
+                visible: MusicManager.duration > 0
+                text: page.clock(MusicManager.duration)
                 color: Theme.textFaint
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
@@ -138,7 +138,7 @@ Item {
             Repeater {
                 model: [
                     { glyph: "◀◀", action: "previous" },
-                    { glyph: page.now && page.now.isPlaying ? "❚❚" : "▶", action: "toggle" },
+                    { glyph: MusicManager.isPlaying ? "❚❚" : "▶", action: "toggle" },
                     { glyph: "▶▶", action: "next" }
                 ]
                 delegate: Rectangle {
@@ -156,9 +156,9 @@ Item {
                     }
                     HoverHandler { id: hover }
                     function act() {
-                        if (modelData.action === "previous") page.now.previousTrack()
-                        else if (modelData.action === "next") page.now.nextTrack()
-                        else page.now.togglePlayPause()
+                        if (modelData.action === "previous") MusicManager.previousTrack()
+                        else if (modelData.action === "next") MusicManager.nextTrack()
+                        else MusicManager.togglePlayPause()
                     }
                     TapHandler { onTapped: parent.act() }
                     FocusRing { onActivated: parent.act() }
@@ -169,14 +169,14 @@ Item {
         // The output volume: shown once Norva has heard it, so the bar never starts from a guess.
         Item {
             id: volumeRow
-            visible: page.now !== null && page.now.volumeKnown
+            visible: MusicManager.volumeKnown
             anchors { left: parent.left; right: parent.right; top: controls.bottom; topMargin: Theme.spacing }
             height: 18
             ActivityGlyph {
                 id: speaker
                 anchors { left: parent.left; verticalCenter: parent.verticalCenter }
                 style: "bars"
-                muted: page.now !== null && page.now.volumeMuted
+                muted: MusicManager.volumeMuted
                 level: volumeTrack.level
                 color: Theme.textDim
                 size: 12
@@ -189,13 +189,13 @@ Item {
                 // While dragged, and until the sound server has answered, the bar shows the hand's level.
                 property real heldLevel: -1
                 readonly property real level: heldLevel >= 0 ? heldLevel
-                                            : page.now ? Math.min(1, Math.max(0, page.now.volume)) : 0
+                                            : Math.min(1, Math.max(0, MusicManager.volume))
                 function choose(x) {
                     heldLevel = levelAt(x)
-                    page.now.setVolume(heldLevel)
+                    MusicManager.setVolume(heldLevel)
                 }
                 Connections {
-                    target: page.now
+                    target: MusicManager
                     function onVolumeChanged() { if (!drag.active) volumeTrack.heldLevel = -1 }
                     function onNoticeChanged() { if (!drag.active) volumeTrack.heldLevel = -1 }
                 }
@@ -208,7 +208,7 @@ Item {
                         width: parent.width * volumeTrack.level
                         height: parent.height
                         radius: 2
-                        color: page.now && page.now.volumeMuted ? Theme.textFaint : Theme.textDim
+                        color: MusicManager.volumeMuted ? Theme.textFaint : Theme.textDim
                     }
                 }
                 Rectangle {
@@ -226,7 +226,7 @@ Item {
                     target: null
                     yAxis.enabled: false
                     onCentroidChanged: if (active) volumeTrack.heldLevel = volumeTrack.levelAt(centroid.position.x)
-                    onActiveChanged: if (!active && volumeTrack.heldLevel >= 0) page.now.setVolume(volumeTrack.heldLevel)
+                    onActiveChanged: if (!active && volumeTrack.heldLevel >= 0) MusicManager.setVolume(volumeTrack.heldLevel)
                 }
             }
         }
@@ -234,7 +234,7 @@ Item {
         PlainText {
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
             visible: text.length > 0
-            text: page.now ? (page.now.notice.length > 0 ? page.now.notice : page.now.trouble) : ""
+            text: MusicManager.notice.length > 0 ? MusicManager.notice : MusicManager.trouble
             wrapMode: Text.WordWrap
             color: Theme.warn
             font.family: Theme.fontFamily
@@ -246,9 +246,9 @@ Item {
         visible: page.playing
         anchors { left: nowPlaying.right; leftMargin: Theme.padding * 2; right: parent.right; top: parent.top
                   bottom: todoTile.visible && page.playing ? todoTile.top : weatherTile.top; margins: Theme.padding }
-        lyrics: page.now ? page.now.lyrics : null
-        position: page.now ? page.now.displayElapsed : 0
-        reducesMotion: page.now ? page.now.reducesMotion : false
+        lyrics: MusicManager.lyrics
+        position: MusicManager.displayElapsed
+        reducesMotion: MusicManager.reducesMotion
     }
 
     Column {
@@ -267,7 +267,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: Theme.spacing
             Repeater {
-                model: page.now ? page.now.launchablePlayers : []
+                model: MusicManager.launchablePlayers
                 delegate: Rectangle {
                     required property string modelData
                     width: label.implicitWidth + 20
@@ -283,8 +283,8 @@ Item {
                         font.pixelSize: Theme.fontSmall
                     }
                     HoverHandler { id: hover }
-                    TapHandler { onTapped: page.now.launch(modelData) }
-                    FocusRing { onActivated: page.now.launch(modelData) }
+                    TapHandler { onTapped: MusicManager.launch(modelData) }
+                    FocusRing { onActivated: MusicManager.launch(modelData) }
                 }
             }
         }
@@ -300,7 +300,7 @@ Item {
                   rightMargin: Theme.padding; bottomMargin: page.playing ? Theme.spacing : Theme.padding }
         width: page.playing ? weatherTile.width : implicitWidth
         height: implicitHeight
-        onOpenRequested: app.openNotch("todos")
+        onOpenRequested: App.openNotch("todos")
     }
 
     // The weather at a glance; a click opens its page.
@@ -309,6 +309,6 @@ Item {
         anchors { right: parent.right; bottom: parent.bottom; margins: Theme.padding }
         width: implicitWidth
         height: implicitHeight
-        onOpenRequested: app.openNotch("weather")
+        onOpenRequested: App.openNotch("weather")
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // The notch itself: black, square against the top edge, rounded below. It follows the pointer
 // for the view model and takes the size the view model gives for its state.
@@ -70,9 +71,9 @@ Item {
 
     // Scrolling over the closed notch turns the volume; open, the wheel belongs to the pages.
     WheelHandler {
-        enabled: shape.notch.stateName !== "open" && typeof music !== "undefined" && music !== null
+        enabled: shape.notch.stateName !== "open"
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        onWheel: (event) => music.scrollVolume(event.angleDelta.y / 120)
+        onWheel: (event) => MusicManager.scrollVolume(event.angleDelta.y / 120)
     }
 
     focus: true

@@ -1,17 +1,20 @@
 import QtQuick
 import QtQuick.Window
+import Norva.Core
 
 // One display's notch: the black shape at the top centre that grows from closed to peek to open.
 // The window is as large as what it shows, and only the shape takes the pointer.
 Window {
     id: window
+    // The window's own NotchOverlay (fit, setShape). A type of the norva executable, which Qt 6.4 does
+    // not show to the module's own files, so it stays untyped.
     required property var overlay
-    required property var notch
+    required property NotchViewModel notch
 
     color: "transparent"
     title: "Norva"
 
-    readonly property bool reduced: settings.reducedMotion
+    readonly property bool reduced: SettingsStore.reducedMotion
     // The closed face asks for its size; the view model answers with the shape's size in each state.
     Binding {
         target: window.notch
@@ -33,7 +36,7 @@ Window {
         Loader {
             id: faceLoader
             anchors.fill: parent
-            active: app.hasQml("ClosedFace.qml")
+            active: App.hasQml("ClosedFace.qml")
             source: active ? "ClosedFace.qml" : ""
             onLoaded: item.notch = Qt.binding(() => window.notch)
             visible: window.notch.stateName !== "open" && !window.notch.dragOver
@@ -53,7 +56,7 @@ Window {
             notchModel: window.notch
             onNotch: window.notch.stateName !== "open"
             onDroppedHere: {
-                if (onNotch && shelfDesk.openOnDrop)
+                if (onNotch && ShelfDesk.openOnDrop)
                     window.notch.openPage("shelf")
             }
         }

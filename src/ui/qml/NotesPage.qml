@@ -1,11 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The quick notes: the list with each note's day and first words, a filter, the chosen note's
 // editor with its category, and the Markdown mirror's switch, folder and status.
 Item {
     id: page
-    readonly property var desk: notesDesk
-    readonly property var mirror: notesMirror
+    readonly property NotesDesk desk: NotesDesk
+    readonly property NotesMirror mirror: NotesMirror
     implicitHeight: trouble.height + listTop.height + 6 + noteList.contentHeight + Theme.spacing + mirrorRow.height
 
     PlainText {
@@ -37,7 +38,7 @@ Item {
             TextButton {
                 id: newButton
                 label: "Jot"
-                onClicked: app.openJot()
+                onClicked: App.openJot()
             }
             TextButton {
                 id: newNote

@@ -1,11 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The open notch: a row of page tabs and the current page. A page that is not built yet says
 // what will be there.
 Item {
     id: panel
     required property var notch
-    readonly property var currentPageInfo: app.pageInfo(notch.currentPage)
+    readonly property var currentPageInfo: App.pageInfo(notch.currentPage)
     // What the panel draws around a page: the tabs above it and the margins.
     readonly property real pageChrome: tabs.anchors.topMargin + tabs.height + body.anchors.topMargin
                                        + body.anchors.bottomMargin
@@ -23,7 +24,7 @@ Item {
         anchors { top: parent.top; topMargin: 38; horizontalCenter: parent.horizontalCenter }
         spacing: 4
         Repeater {
-            model: app.pages
+            model: App.pages
             delegate: PageTab {
                 required property var modelData
                 title: modelData.title
@@ -43,7 +44,7 @@ Item {
         Loader {
             id: pageLoader
             anchors.fill: parent
-            readonly property bool built: app.hasQml(panel.currentPageInfo.qml)
+            readonly property bool built: App.hasQml(panel.currentPageInfo.qml)
             source: built ? panel.currentPageInfo.qml : ""
             active: built && panel.visible
         }
@@ -62,7 +63,7 @@ Item {
         }
         WhatsNewCard {
             anchors.fill: parent
-            visible: firstRun.whatsNewShowing && !firstRun.showing
+            visible: FirstRunGuide.whatsNewShowing && !FirstRunGuide.showing
         }
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // The settings a person reaches for most, two columns of switches and the hot keys, what this
 // desktop keeps from Norva when it does, the way to every other setting, and Quit for desktops
@@ -16,46 +17,46 @@ Item {
             width: parent.cell
             label: "Open on hover"
             detail: "Otherwise a click opens the notch."
-            checked: settings.openOnHover
-            onToggled: on => settings.openOnHover = on
+            checked: SettingsStore.openOnHover
+            onToggled: on => SettingsStore.openOnHover = on
         }
         ToggleRow {
             width: parent.cell
             label: "Peek on hover"
-            checked: settings.peekOnHover
-            onToggled: on => settings.peekOnHover = on
+            checked: SettingsStore.peekOnHover
+            onToggled: on => SettingsStore.peekOnHover = on
         }
         ToggleRow {
             width: parent.cell
             label: "Answer prompts on the notch"
             detail: "Claude Code, Codex and Copilot CLI ask here."
-            checked: agentSettings.answerPromptsOnNotch
-            onToggled: on => agentSettings.answerPromptsOnNotch = on
+            checked: AgentSettings.answerPromptsOnNotch
+            onToggled: on => AgentSettings.answerPromptsOnNotch = on
         }
         ToggleRow {
             width: parent.cell
             label: "Show Claude Code's usage"
             detail: "Adds Norva to Claude Code's status line."
-            checked: agentSettings.showClaudeUsage
-            onToggled: on => agentSettings.showClaudeUsage = on
+            checked: AgentSettings.showClaudeUsage
+            onToggled: on => AgentSettings.showClaudeUsage = on
         }
         ToggleRow {
             width: parent.cell
             label: "Keep clipboard history"
-            checked: clipboardSettings.history
-            onToggled: on => clipboardSettings.history = on
+            checked: ClipboardSettings.history
+            onToggled: on => ClipboardSettings.history = on
         }
         ToggleRow {
             width: parent.cell
             label: "Show the tray icon"
-            checked: settings.showMenuBarIcon
-            onToggled: on => settings.showMenuBarIcon = on
+            checked: SettingsStore.showMenuBarIcon
+            onToggled: on => SettingsStore.showMenuBarIcon = on
         }
         ToggleRow {
             width: parent.cell
             label: "Start Norva at login"
-            checked: settings.launchAtLogin
-            onToggled: on => settings.launchAtLogin = on
+            checked: SettingsStore.launchAtLogin
+            onToggled: on => SettingsStore.launchAtLogin = on
         }
     }
 
@@ -65,12 +66,12 @@ Item {
         anchors { left: parent.left; right: parent.right; top: switches.bottom; topMargin: 2 }
         spacing: switches.columnSpacing
         Repeater {
-            model: hotKeys.keys
+            model: HotKeys.keys
             delegate: HotKeyRow {
                 required property var modelData
                 width: switches.cell
                 hotKey: modelData
-                onKeyChosen: text => hotKeys.setKey(modelData.name, text)
+                onKeyChosen: text => HotKeys.setKey(modelData.name, text)
             }
         }
     }
@@ -81,12 +82,12 @@ Item {
         spacing: 6
         TextButton {
             label: "All settings…"
-            onClicked: app.openSettings()
+            onClicked: App.openSettings()
         }
         TextButton {
             label: "Quit Norva"
             quiet: true
-            onClicked: app.quit()
+            onClicked: App.quit()
         }
     }
 
@@ -94,7 +95,7 @@ Item {
         anchors { left: parent.left; right: actions.left; rightMargin: Theme.spacing; top: keys.bottom
                   topMargin: Theme.spacing }
         visible: text.length > 0
-        text: app.desktopLimits
+        text: App.desktopLimits
         color: Theme.textDim
         font.family: Theme.fontFamily
         font.pixelSize: Theme.fontSmall

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Window
+import Norva.Core
 
 // Norva's settings in a window of their own, as the desktop draws its windows: light or dark as
 // the desktop prefers. The groups on the left, the chosen group's settings on the right, each
@@ -13,11 +14,10 @@ Window {
     title: "Norva Settings"
     color: look.window
 
-    readonly property var model: settingsWindow
-
+    readonly property SettingsWindowModel model: SettingsWindowModel
     SettingsColors {
         id: look
-        dark: desktopScheme.dark
+        dark: DesktopColorScheme.dark
     }
 
     onVisibleChanged: if (visible) model.refresh()
@@ -65,7 +65,7 @@ Window {
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 12 }
             colors: look
             label: "Quit Norva"
-            onClicked: app.quit()
+            onClicked: App.quit()
         }
     }
 
@@ -120,14 +120,14 @@ Window {
                 SettingsButton {
                     colors: look
                     label: "Take the tour again"
-                    onClicked: firstRun.startTour(0)
+                    onClicked: FirstRunGuide.startTour(0)
                 }
             }
             PlainText {
                 width: parent.width
-                visible: window.model.section === "general" && app.desktopLimits.length > 0
+                visible: window.model.section === "general" && App.desktopLimits.length > 0
                 topPadding: 16
-                text: app.desktopLimits
+                text: App.desktopLimits
                 color: look.textDim
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall

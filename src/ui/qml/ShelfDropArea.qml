@@ -1,4 +1,5 @@
 import QtQuick
+import Norva.Core
 
 // Takes what is dropped on the notch or the open panel to the shelf: files, pictures, links and text.
 // A drop is always taken as a copy: the file stays where it was dropped from, and the shelf only
@@ -27,7 +28,7 @@ DropArea {
         const imageFormat = formats.indexOf("image/png") >= 0 ? "image/png"
                           : formats.indexOf("image/jpeg") >= 0 ? "image/jpeg" : ""
         const image = imageFormat.length > 0 ? drop.getDataAsArrayBuffer(imageFormat) : new ArrayBuffer(0)
-        shelfDesk.dropped(drop.urls, image, imageFormat.length > 0, drop.hasText ? drop.text : "",
+        ShelfDesk.dropped(drop.urls, image, imageFormat.length > 0, drop.hasText ? drop.text : "",
                           drop.hasText, area.onNotch)
         drop.accept(Qt.CopyAction)
         if (area.notchModel)

@@ -1,10 +1,11 @@
 import QtQuick
+import Norva.Core
 
 // The shelf: the files waiting on the notch, dragged out again from here or opened, shown, copied,
 // zipped, converted and removed. Anything dropped on the page joins the shelf.
 Item {
     id: page
-    readonly property var desk: shelfDesk
+    readonly property ShelfDesk desk: ShelfDesk
     implicitHeight: top.height + Theme.spacing + grid.contentHeight + toast.height
 
     Row {

@@ -1,11 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The team's rules in force on this computer, each in its own words ("never run git push*").
 // Never rules are fixed; an always rule has a switch, so the person can choose to be asked instead.
 Item {
     id: section
     // The team policy; the Team page hands over the one Norva runs.
-    property var policy: typeof team !== "undefined" ? team : null
+    property TeamPolicy policy: TeamPolicy
     readonly property var rules: policy ? policy.rules : []
 
     Column {

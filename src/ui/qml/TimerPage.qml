@@ -1,12 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The timer: a free countdown (a preset or minutes of one's own) or focus rounds, with pause,
 // resume and stop, what comes next, the to-dos chosen for the focus session (and today's to offer),
 // and the completion sound's switch.
 Item {
     id: page
-    readonly property var timer: timers
-
+    readonly property TimerManager timer: TimerManager
     Column {
         anchors { top: parent.top; horizontalCenter: parent.horizontalCenter }
         width: Math.min(parent.width, 520)
@@ -147,8 +147,8 @@ Item {
             }
             Repeater {
                 id: offered
-                model: page.timer.focus && typeof todos !== "undefined"
-                       ? todos.tileRows.filter(row => !row.completed && page.timer.focusTargets.indexOf(row.title) < 0).slice(0, 3)
+                model: page.timer.focus
+                       ? TodosPageModel.tileRows.filter(row => !row.completed && page.timer.focusTargets.indexOf(row.title) < 0).slice(0, 3)
                        : []
                 delegate: Row {
                     required property var modelData

@@ -1,12 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The add field: the due words read while the person types are underlined in the field, the
 // reading ("Tomorrow 17:00") shows beside it, and a click on the reading keeps those words in the
 // title instead. Enter files the to-do (one a line when several lines are pasted).
 Rectangle {
     id: field
-    property var model: todos
-
+    property TodosPageModel model: TodosPageModel
     height: 30
     radius: height / 2
     color: Theme.card

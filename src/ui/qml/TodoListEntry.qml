@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Window
+import Norva.Core
 
 // One entry of the to-do page's side column: a smart list or one of the person's lists, with its
 // colour, name and count of open to-dos.
@@ -40,7 +41,7 @@ Rectangle {
     PlainText {
         id: remove
         anchors { right: parent.right; rightMargin: 6; verticalCenter: parent.verticalCenter }
-        visible: !entry.view.smart && !todos.readOnly
+        visible: !entry.view.smart && !TodosPageModel.readOnly
         opacity: hover.hovered || Theme.holdsKeyboard(entry, Window.activeFocusItem) ? 1 : 0
         text: "×"
         color: Theme.textFaint

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Window
+import Norva.Core
 
 // One to-do: a ring to tick it, its title (double-click to rename), its due in the colour of its
 // state, and on hover the lists to move it to and a cross to put it in the trash. Titles come from
@@ -17,7 +18,7 @@ Rectangle {
     readonly property bool keyed: Theme.holdsKeyboard(row, Window.activeFocusItem)
 
     function edit() {
-        if (!todos.readOnly) { editor.text = row.todo.title; editor.visible = true; editor.forceActiveFocus() }
+        if (!TodosPageModel.readOnly) { editor.text = row.todo.title; editor.visible = true; editor.forceActiveFocus() }
     }
 
     height: 30
@@ -96,7 +97,7 @@ Rectangle {
         anchors { right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
         spacing: 5
         // Hidden by opacity, not visibility, so Tab still reaches them and shows them.
-        visible: !todos.readOnly
+        visible: !TodosPageModel.readOnly
         opacity: hover.hovered || row.keyed ? 1 : 0
         Repeater {
             model: row.lists

@@ -1,11 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The to-dos on the open panel's first page: today's and overdue ones, the next few with their
 // due, and how many more wait. A click opens the To-dos page. Titles come from the person's files
 // and are drawn as plain text.
 Rectangle {
     id: tile
-    readonly property var model: typeof todos !== "undefined" ? todos : null
+    readonly property TodosPageModel model: TodosPageModel
     readonly property var due: model ? model.tileRows.filter(row => !row.completed) : []
     readonly property int shownCount: 3
     signal openRequested()

@@ -1,11 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // The to-dos: the smart lists and the person's lists on the left, the chosen one's to-dos on the
 // right with the add field above them. Rows can be dragged by their handle to set the manual order.
 // Without a calendar folder the page says so and offers to make a first list there.
 Item {
     id: page
-    readonly property var model: todos
+    readonly property TodosPageModel model: TodosPageModel
     property bool trashShown: false
     implicitHeight: Math.max(side.implicitHeight, header.height + 6 + (trashShown ? 2 : add.height + 6)
                              + (trashShown ? trash.contentHeight : rows.contentHeight) + message.height)

@@ -1,11 +1,12 @@
 import QtQuick
+import Norva.Core
 
 // Claude Code's two usage allowances (5 hours and 7 days): how much is used and when each resets.
 // Shown beside the agent sessions; hidden when there is no fresh reading.
 Row {
     id: usageRow
     // The usage reader; the sessions page hands over the one Norva runs.
-    property var monitor: typeof usage !== "undefined" ? usage : null
+    property UsageMonitor monitor: UsageMonitor
     readonly property var windows: monitor ? monitor.windows : []
     // The person's switch: the windows show only while it is on.
     property bool shown: true

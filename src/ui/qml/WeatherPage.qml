@@ -1,13 +1,13 @@
 import QtQuick
+import Norva.Core
 
 // The weather page: now (temperature, sky, place), the next hours and the next days on the left;
 // on the right the place picker (search as you type, pin a result, back to the automatic place)
 // and the temperature unit.
 Item {
     id: page
-    readonly property var service: weather
-    readonly property var picker: weatherPlaces
-
+    readonly property WeatherService service: WeatherService
+    readonly property WeatherPlacePicker picker: WeatherPlacePicker
     Item {
         id: forecast
         anchors { left: parent.left; top: parent.top; bottom: parent.bottom }

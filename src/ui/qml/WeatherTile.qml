@@ -1,10 +1,11 @@
 import QtQuick
+import Norva.Core
 
 // The weather on the open panel's first page: the temperature, the sky and the place, how old the
 // forecast is, and the next few hours. A click opens the Weather page.
 Rectangle {
     id: tile
-    readonly property var service: typeof weather !== "undefined" ? weather : null
+    readonly property WeatherService service: WeatherService
     readonly property bool shown: service !== null && service.hasReading
     signal openRequested()
 

@@ -1,9 +1,10 @@
 import QtQuick
+import Norva.Core
 
 // What this version brought, once after an update, over the open panel.
 Rectangle {
     id: card
-    readonly property var guide: firstRun
+    readonly property FirstRunGuide guide: FirstRunGuide
     visible: guide.whatsNewShowing
     color: Theme.panel
     radius: Theme.radius
