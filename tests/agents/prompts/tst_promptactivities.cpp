@@ -1,5 +1,4 @@
 #include "ExchangeCore.h"
-#include "LogCapture.h"
 #include "ManualClock.h"
 #include "TempHome.h"
 #include "TestMain.h"
@@ -37,11 +36,11 @@ struct Published : ClockFirst, test::ExchangeCore {
 } // namespace
 
 // A waiting prompt on the closed notch: published as an agentPrompt activity, answered through the
-// coordinator's actions, and gone once answered.
+// coordinator's actions, and gone once answered or once its file goes.
 class PromptActivitiesTest : public QObject {
     Q_OBJECT
 private slots:
-    void promptBecomesAnActivityAndLeavesWhenAnswered()
+    void promptBecomesAnActivityAndLeavesWhenAnsweredOrGone()
     {
         test::TempHome home;
         Published published;
@@ -62,9 +61,14 @@ private slots:
                  LiveActivityCoordinator::Outcome::done);
         QVERIFY(coordinator.find("agent-prompt-codex-s-5") == nullptr);
         QVERIFY(folder.read("resp-codex-s-5")->contains("\"deny\""));
-        test::LogCapture log;
         QCOMPARE(coordinator.perform("allow", "agent-prompt-codex-s-5"),
                  LiveActivityCoordinator::Outcome::notLive);
+
+        // The hook gave up (stale heartbeat) or the session ended: the file goes, and so does the activity.
+        folder.write("pending-toolu_8.json", R"({"tool_name":"Bash","tool_input":{"command":"ls"}})");
+        QTRY_VERIFY_WITH_TIMEOUT(coordinator.find("agent-prompt-toolu_8") != nullptr, 5000);
+        folder.remove("pending-toolu_8.json");
+        QTRY_VERIFY_WITH_TIMEOUT(coordinator.find("agent-prompt-toolu_8") == nullptr, 5000);
     }
 
     // A call the team denied shows as a short notice that leaves by itself, never as a question.
@@ -115,21 +119,6 @@ private slots:
         const auto expected = wantsPage ? std::optional<QString>("agents") : std::nullopt;
         QCOMPARE(published.coordinator.find("agent-prompt-toolu_3")->urgentTab, expected);
         QCOMPARE(published.coordinator.urgentTab(), expected);
-    }
-
-    void promptThatLeavesOnItsOwnTakesItsActivity()
-    {
-        test::TempHome home;
-        Published published;
-        LiveActivityCoordinator& coordinator = published.coordinator;
-        ApprovalsFolder folder(Paths::approvalsFolder());
-        folder.write("pending-toolu_8.json", R"({"tool_name":"Bash","tool_input":{"command":"ls"}})");
-        QTRY_VERIFY_WITH_TIMEOUT(coordinator.find("agent-prompt-toolu_8") != nullptr, 5000);
-        // The hook gave up (stale heartbeat) or the session ended: the file goes, and so does the activity.
-        folder.remove("pending-toolu_8.json");
-        QTRY_VERIFY_WITH_TIMEOUT(coordinator.find("agent-prompt-toolu_8") == nullptr, 5000);
-        QCOMPARE(coordinator.perform("allow", "agent-prompt-toolu_8"),
-                 LiveActivityCoordinator::Outcome::notLive);
     }
 };
 NORVA_TEST(PromptActivitiesTest)
