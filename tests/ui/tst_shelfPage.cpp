@@ -176,9 +176,9 @@ private slots:
         PageRig rig;
         NotchViewModel notch(rig.clock, rig.settings);
         const QString file = rig.home.write(QStringLiteral("Downloads/invoice.pdf"), "%PDF-1.4");
-        auto area = rig.show(
-            QStringLiteral("ShelfDropArea.qml"),
-            {{QStringLiteral("notchModel"), QVariant::fromValue(&notch)}, {QStringLiteral("onNotch"), true}});
+        auto area = rig.show(QStringLiteral("ShelfDropArea.qml"),
+                             {{QStringLiteral("notchModel"), QVariant::fromValue(&notch)},
+                              {QStringLiteral("overNotch"), true}});
         QVERIFY(area);
         QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
         QMimeData data;

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The small picture of an activity, as the closed face's model gives it: one glyph of the theme's

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // A question an agent asks (AskUserQuestion): the question and its options. The agent shows its own

@@ -41,6 +41,10 @@ Item {
         spacing: Theme.spacing
         clip: true
         model: page.shownCards
+        // Qt 6.4 will not let a Loader in a bound delegate make the delegate's own components
+        // ("Cannot instantiate bound component outside its creation context"), so this file stays
+        // unbound, and its delegate reaches the page's ids as an unbound component does.
+        // qmllint disable unqualified
         delegate: Loader {
             id: slot
             required property var modelData
@@ -58,7 +62,7 @@ Item {
             Component {
                 id: promptCard
                 AgentPromptCard {
-                    card: modelData
+                    card: slot.modelData
                     answerable: !answerGuard.running
                     onAllow: slot.answer(page.model.allow)
                     onDeny: slot.answer(page.model.deny)
@@ -68,13 +72,14 @@ Item {
             Component {
                 id: questionCard
                 AgentQuestionCard {
-                    card: modelData
-                    onShowTerminal: page.model.showTerminal(modelData.id)
+                    card: slot.modelData
+                    onShowTerminal: page.model.showTerminal(slot.modelData.id)
                 }
             }
         }
     }
 
+    // qmllint enable unqualified
     ScrollCue { view: list }
 
     EmptyPage {

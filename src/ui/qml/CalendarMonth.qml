@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The month view: the days of one month in weeks, with a dot in its calendar's colour for each
@@ -32,6 +34,7 @@ Item {
         Repeater {
             model: month.model.monthCells
             delegate: Item {
+                id: dayCell
                 required property var modelData
                 width: grid.cell
                 height: 30
@@ -40,12 +43,12 @@ Item {
                     width: 22; height: 22; radius: 11
                     color: "transparent"
                     border.color: Theme.accent
-                    border.width: modelData.isToday ? 1 : 0
+                    border.width: dayCell.modelData.isToday ? 1 : 0
                 }
                 PlainText {
                     anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 4 }
-                    text: modelData.day
-                    color: modelData.inMonth ? Theme.text : Theme.textFaint
+                    text: dayCell.modelData.day
+                    color: dayCell.modelData.inMonth ? Theme.text : Theme.textFaint
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
                 }
@@ -53,7 +56,7 @@ Item {
                     anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: 2 }
                     spacing: 2
                     Repeater {
-                        model: modelData.dots
+                        model: dayCell.modelData.dots
                         delegate: Rectangle {
                             required property var modelData
                             width: 4; height: 4; radius: 2
@@ -61,8 +64,8 @@ Item {
                         }
                     }
                 }
-                TapHandler { onTapped: month.dayPicked(modelData.date) }
-                FocusRing { onActivated: month.dayPicked(modelData.date) }
+                TapHandler { onTapped: month.dayPicked(dayCell.modelData.date) }
+                FocusRing { onActivated: month.dayPicked(dayCell.modelData.date) }
             }
         }
     }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -35,18 +37,19 @@ Item {
         spacing: 10
         model: page.model.days
         delegate: Column {
+            id: dayGroup
             required property var modelData
             width: ListView.view.width
             spacing: 4
             PlainText {
-                text: modelData.label
+                text: dayGroup.modelData.label
                 color: Theme.textDim
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
                 font.weight: Font.DemiBold
             }
             Repeater {
-                model: modelData.events
+                model: dayGroup.modelData.events
                 delegate: CalendarEventRow {
                     required property var modelData
                     width: days.width

@@ -2,6 +2,7 @@ import QtQuick
 
 // What a page shows while it has nothing yet: its name and one calm sentence.
 Item {
+    id: empty
     property string title
     property string text
 
@@ -10,7 +11,7 @@ Item {
         spacing: 6
         PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: parent.parent.title
+            text: empty.title
             color: Theme.text
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontTitle
@@ -18,7 +19,7 @@ Item {
         }
         PlainText {
             anchors.horizontalCenter: parent.horizontalCenter
-            text: parent.parent.text
+            text: empty.text
             color: Theme.textDim
             font.family: Theme.fontFamily
             font.pixelSize: Theme.fontBody

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The playing mark beside the notch: four bars that move while the song plays and stand low and

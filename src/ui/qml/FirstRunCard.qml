@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -41,6 +43,7 @@ Rectangle {
         Repeater {
             model: card.step.sample || []
             delegate: Rectangle {
+                id: point
                 required property var modelData
                 width: Math.min(parent.width, 420)
                 height: 30
@@ -51,14 +54,14 @@ Rectangle {
                     spacing: 8
                     ActivityGlyph {
                         anchors.verticalCenter: parent.verticalCenter
-                        visible: modelData.mark.length > 0
-                        glyph: modelData.mark
+                        visible: point.modelData.mark.length > 0
+                        glyph: point.modelData.mark
                         size: 13
                         color: Theme.accent
                     }
                     PlainText {
                         anchors.verticalCenter: parent.verticalCenter
-                        text: modelData.text
+                        text: point.modelData.text
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontSmall
@@ -66,7 +69,7 @@ Rectangle {
                 }
                 PlainText {
                     anchors { right: parent.right; rightMargin: 10; verticalCenter: parent.verticalCenter }
-                    text: modelData.aside
+                    text: point.modelData.aside
                     color: Theme.textFaint
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall

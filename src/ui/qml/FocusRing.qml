@@ -8,7 +8,7 @@ Item {
     id: ring
     signal activated()
     // The control's corner radius, so the ring follows its outline.
-    property real radius: parent ? (parent.radius !== undefined ? parent.radius : Theme.radiusSmall) : 0
+    property real radius: parent ? ((parent as Rectangle)?.radius ?? Theme.radiusSmall) : 0
     property bool arrows: true
     anchors.fill: parent
     activeFocusOnTab: visible && enabled

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The lyrics of the playing track: synced lines that follow the song with the current one lit,

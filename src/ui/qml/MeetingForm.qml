@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // Adding or editing a meeting: title, day, start and end, a join link found in whatever is

@@ -29,7 +29,7 @@ Item {
             id: art
             anchors.fill: parent
             source: MusicManager.coverSource
-            sourceSize: Qt.size(48, 48)
+            sourceSize { width: 48; height: 48 }
             fillMode: Image.PreserveAspectCrop
             smooth: true
             visible: status === Image.Ready

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -142,6 +144,7 @@ Item {
                     { glyph: "▶▶", action: "next" }
                 ]
                 delegate: Rectangle {
+                    id: control
                     required property var modelData
                     width: 40
                     height: 32
@@ -149,10 +152,10 @@ Item {
                     color: hover.hovered ? Theme.cardHover : "transparent"
                     PlainText {
                         anchors.centerIn: parent
-                        text: modelData.glyph
+                        text: control.modelData.glyph
                         color: Theme.text
                         font.family: Theme.fontFamily
-                        font.pixelSize: modelData.action === "toggle" ? Theme.fontLarge : Theme.fontBody
+                        font.pixelSize: control.modelData.action === "toggle" ? Theme.fontLarge : Theme.fontBody
                     }
                     HoverHandler { id: hover }
                     function act() {
@@ -269,22 +272,23 @@ Item {
             Repeater {
                 model: MusicManager.launchablePlayers
                 delegate: Rectangle {
+                    id: playerRow
                     required property string modelData
                     width: label.implicitWidth + 20
                     height: 26
                     radius: height / 2
-                    color: hover.hovered ? Theme.cardHover : Theme.card
+                    color: playerHover.hovered ? Theme.cardHover : Theme.card
                     PlainText {
                         id: label
                         anchors.centerIn: parent
-                        text: "Open " + modelData
+                        text: "Open " + playerRow.modelData
                         color: Theme.textDim
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontSmall
                     }
-                    HoverHandler { id: hover }
-                    TapHandler { onTapped: MusicManager.launch(modelData) }
-                    FocusRing { onActivated: MusicManager.launch(modelData) }
+                    HoverHandler { id: playerHover }
+                    TapHandler { onTapped: MusicManager.launch(playerRow.modelData) }
+                    FocusRing { onActivated: MusicManager.launch(playerRow.modelData) }
                 }
             }
         }

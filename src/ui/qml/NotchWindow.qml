@@ -19,7 +19,7 @@ Window {
     Binding {
         target: window.notch
         property: "faceSize"
-        value: faceLoader.item ? Qt.size(faceLoader.item.implicitWidth, faceLoader.item.implicitHeight) : Qt.size(0, 0)
+        value: faceLoader.item ? Qt.size((faceLoader.item as Item).implicitWidth, (faceLoader.item as Item).implicitHeight) : Qt.size(0, 0)
     }
 
     NotchShape {
@@ -47,16 +47,16 @@ Window {
             anchors.fill: parent
             dropping: window.notch.dragOver
             visible: window.notch.stateName === "peek"
-                     && (dropping || !(faceLoader.item && faceLoader.item.hasContent))
+                     && (dropping || !(faceLoader.item && (faceLoader.item as ClosedFace).hasContent))
         }
 
         // Below the open panel, so the shelf page's own drop area takes drops while it is shown.
         ShelfDropArea {
             anchors.fill: parent
             notchModel: window.notch
-            onNotch: window.notch.stateName !== "open"
+            overNotch: window.notch.stateName !== "open"
             onDroppedHere: {
-                if (onNotch && ShelfDesk.openOnDrop)
+                if (overNotch && ShelfDesk.openOnDrop)
                     window.notch.openPage("shelf")
             }
         }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -53,6 +55,7 @@ Item {
             spacing: 2
             model: page.desk.rows
             delegate: Rectangle {
+                id: noteRow
                 required property var modelData
                 width: ListView.view.width
                 height: 44
@@ -65,15 +68,15 @@ Item {
                         spacing: 6
                         PlainText {
                             width: parent.width - day.width - 6
-                            text: modelData.name
-                            color: modelData.isPending ? Theme.textDim : Theme.text
+                            text: noteRow.modelData.name
+                            color: noteRow.modelData.isPending ? Theme.textDim : Theme.text
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontBody
                             elide: Text.ElideRight
                         }
                         PlainText {
                             id: day
-                            text: modelData.day
+                            text: noteRow.modelData.day
                             color: Theme.textFaint
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontSmall
@@ -81,7 +84,7 @@ Item {
                     }
                     PlainText {
                         width: parent.width
-                        text: (modelData.category.length > 0 ? modelData.category + " · " : "") + modelData.preview
+                        text: (noteRow.modelData.category.length > 0 ? noteRow.modelData.category + " · " : "") + noteRow.modelData.preview
                         color: Theme.textFaint
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontSmall
@@ -89,8 +92,8 @@ Item {
                     }
                 }
                 HoverHandler { id: rowHover }
-                TapHandler { onTapped: page.desk.select(modelData.id) }
-                FocusRing { onActivated: page.desk.select(modelData.id) }
+                TapHandler { onTapped: page.desk.select(noteRow.modelData.id) }
+                FocusRing { onActivated: page.desk.select(noteRow.modelData.id) }
             }
         }
         ScrollCue { view: noteList }

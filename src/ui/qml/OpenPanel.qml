@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -12,7 +14,7 @@ Item {
                                        + body.anchors.bottomMargin
     // A page says how tall its content wants to be (its implicit height); the panel grows to show
     // it all, as far as the display has room, and the page scrolls beyond that.
-    readonly property real pageWants: pageLoader.item ? pageLoader.item.implicitHeight : 0
+    readonly property real pageWants: pageLoader.item ? (pageLoader.item as Item).implicitHeight : 0
     Binding {
         target: panel.notch
         property: "pageNeed"

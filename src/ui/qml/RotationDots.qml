@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // Small dots at the end of the right ear when several activities take turns: one per activity,

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // A few fixed choices side by side, the chosen one marked in the desktop's selection colour.

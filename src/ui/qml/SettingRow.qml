@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // One setting: its name and one-line explanation, the control its kind calls for, and, when it

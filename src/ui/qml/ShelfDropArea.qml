@@ -6,7 +6,7 @@ import Norva.Core
 // points to it. While a drag is over it, the notch is told, so it can show that the drop will land.
 DropArea {
     id: area
-    property bool onNotch: false
+    property bool overNotch: false // dropped on the closed or peeking notch, not on the shelf page
     property var notchModel: null // the NotchViewModel to tell of a drag over it, if any
     signal droppedHere()
 
@@ -29,7 +29,7 @@ DropArea {
                           : formats.indexOf("image/jpeg") >= 0 ? "image/jpeg" : ""
         const image = imageFormat.length > 0 ? drop.getDataAsArrayBuffer(imageFormat) : new ArrayBuffer(0)
         ShelfDesk.dropped(drop.urls, image, imageFormat.length > 0, drop.hasText ? drop.text : "",
-                          drop.hasText, area.onNotch)
+                          drop.hasText, area.overNotch)
         drop.accept(Qt.CopyAction)
         if (area.notchModel)
             area.notchModel.dragLeft()

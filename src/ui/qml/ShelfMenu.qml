@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Window
 
@@ -77,6 +79,7 @@ Rectangle {
             id: rows
             model: menu.entries
             delegate: Rectangle {
+                id: menuItem
                 required property var modelData
                 property alias ring: ring
                 width: column.width
@@ -85,21 +88,21 @@ Rectangle {
                 color: rowHover.hovered ? Theme.card : "transparent"
                 PlainText {
                     anchors { left: parent.left; leftMargin: 10; verticalCenter: parent.verticalCenter }
-                    text: modelData.label
-                    color: modelData.action === "remove" ? Theme.bad : Theme.text
+                    text: menuItem.modelData.label
+                    color: menuItem.modelData.action === "remove" ? Theme.bad : Theme.text
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
                 }
                 HoverHandler { id: rowHover }
-                TapHandler { onTapped: choose() }
+                TapHandler { onTapped: menuItem.choose() }
                 FocusRing {
                     id: ring
                     Keys.onEscapePressed: menu.close()
-                    onActivated: parent.choose()
+                    onActivated: menuItem.choose()
                 }
                 function choose() {
                     // Closing takes this row away, so the choice is told first.
-                    menu.chosen(menu.item, modelData.action, modelData.argument)
+                    menu.chosen(menu.item, menuItem.modelData.action, menuItem.modelData.argument)
                     menu.close()
                 }
             }

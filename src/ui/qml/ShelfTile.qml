@@ -34,7 +34,7 @@ Rectangle {
         width: 72; height: 56
         visible: tile.item.isPicture
         source: tile.item.isPicture ? tile.item.url : ""
-        sourceSize: Qt.size(144, 112)
+        sourceSize { width: 144; height: 112 }
         fillMode: Image.PreserveAspectFit
         asynchronous: true
     }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -118,10 +120,11 @@ Item {
             Repeater {
                 model: page.timer.focusTargets
                 delegate: Row {
+                    id: targetRow
                     required property string modelData
                     spacing: Theme.spacing
                     PlainText {
-                        text: "• " + modelData
+                        text: "• " + targetRow.modelData
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -129,7 +132,7 @@ Item {
                     TextButton {
                         quiet: true
                         label: "Remove from this session"
-                        onClicked: page.timer.removeFocusTarget(modelData)
+                        onClicked: page.timer.removeFocusTarget(targetRow.modelData)
                     }
                 }
             }
@@ -148,14 +151,15 @@ Item {
             Repeater {
                 id: offered
                 model: page.timer.focus
-                       ? TodosPageModel.tileRows.filter(row => !row.completed && page.timer.focusTargets.indexOf(row.title) < 0).slice(0, 3)
+                       ? Array.from(TodosPageModel.tileRows).filter(row => !row.completed && page.timer.focusTargets.indexOf(row.title) < 0).slice(0, 3)
                        : []
                 delegate: Row {
+                    id: offeredRow
                     required property var modelData
                     spacing: Theme.spacing
                     PlainText {
                         anchors.verticalCenter: parent.verticalCenter
-                        text: "\u2022 " + modelData.title
+                        text: "\u2022 " + offeredRow.modelData.title
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -163,7 +167,7 @@ Item {
                     TextButton {
                         quiet: true
                         label: "Add to this session"
-                        onClicked: page.timer.addFocusTarget(modelData.title)
+                        onClicked: page.timer.addFocusTarget(offeredRow.modelData.title)
                     }
                 }
             }

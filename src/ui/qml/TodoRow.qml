@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Window
 import Norva.Core
@@ -102,13 +104,14 @@ Rectangle {
         Repeater {
             model: row.lists
             delegate: Rectangle {
+                id: listChoice
                 required property var modelData
                 visible: modelData.id !== row.todo.listId
                 width: 10; height: 10; radius: 5
                 anchors.verticalCenter: parent.verticalCenter
                 color: modelData.color.length > 0 ? modelData.color : Theme.textFaint
-                TapHandler { onTapped: row.moved(modelData.id) }
-                FocusRing { onActivated: row.moved(modelData.id) }
+                TapHandler { onTapped: row.moved(listChoice.modelData.id) }
+                FocusRing { onActivated: row.moved(listChoice.modelData.id) }
             }
         }
         PlainText {

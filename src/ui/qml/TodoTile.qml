@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -7,7 +9,7 @@ import Norva.Core
 Rectangle {
     id: tile
     readonly property TodosPageModel model: TodosPageModel
-    readonly property var due: model ? model.tileRows.filter(row => !row.completed) : []
+    readonly property var due: model ? Array.from(model.tileRows).filter(row => !row.completed) : []
     readonly property int shownCount: 3
     signal openRequested()
 
@@ -34,6 +36,7 @@ Rectangle {
         Repeater {
             model: tile.due.slice(0, tile.shownCount)
             delegate: Item {
+                id: dueRow
                 required property var modelData
                 width: parent.width
                 height: 19
@@ -43,12 +46,12 @@ Rectangle {
                     width: 8; height: 8; radius: 4
                     color: "transparent"
                     border.width: 1.5
-                    border.color: modelData.listColor.length > 0 ? modelData.listColor : Theme.textDim
+                    border.color: dueRow.modelData.listColor.length > 0 ? dueRow.modelData.listColor : Theme.textDim
                 }
                 PlainText {
                     anchors { left: mark.right; leftMargin: 7; right: dueText.left; rightMargin: 8
                               verticalCenter: parent.verticalCenter }
-                    text: modelData.title
+                    text: dueRow.modelData.title
                     color: Theme.text
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall + 1
@@ -57,8 +60,8 @@ Rectangle {
                 PlainText {
                     id: dueText
                     anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-                    text: modelData.dueText
-                    color: modelData.dueState === "overdue" ? Theme.bad
+                    text: dueRow.modelData.dueText
+                    color: dueRow.modelData.dueState === "overdue" ? Theme.bad
                          : modelData.dueState === "today" ? Theme.warn : Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -126,7 +128,7 @@ Item {
                     anchors { left: parent.left; right: parent.right; leftMargin: 12 }
                     todo: slot.modelData
                     showList: !page.model.currentIsList
-                    lists: page.model.views.filter(v => !v.smart)
+                    lists: Array.from(page.model.views).filter(v => !v.smart)
                     onToggled: page.model.toggle(slot.modelData.id)
                     onRenamed: (title) => page.model.rename(slot.modelData.id, title)
                     onTrashed: page.model.trashTask(slot.modelData.id)
@@ -172,6 +174,7 @@ Item {
             spacing: 3
             model: page.model.trash
             delegate: Rectangle {
+                id: trashedRow
                 required property var modelData
                 required property int index
                 width: ListView.view.width
@@ -180,7 +183,7 @@ Item {
                 color: Theme.card
                 PlainText {
                     anchors { left: parent.left; leftMargin: 10; right: restore.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
-                    text: modelData.title + "   " + modelData.listName + (modelData.dueText.length > 0 ? " · " + modelData.dueText : "")
+                    text: trashedRow.modelData.title + "   " + trashedRow.modelData.listName + (trashedRow.modelData.dueText.length > 0 ? " · " + trashedRow.modelData.dueText : "")
                     color: Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall + 1
@@ -191,7 +194,7 @@ Item {
                     anchors { right: parent.right; rightMargin: 4; verticalCenter: parent.verticalCenter }
                     visible: !page.model.readOnly
                     label: "Restore"
-                    onClicked: page.model.restore(index)
+                    onClicked: page.model.restore(trashedRow.index)
                 }
             }
         }

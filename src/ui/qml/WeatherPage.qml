@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -72,6 +74,7 @@ Item {
             Repeater {
                 model: page.service.hours
                 delegate: Rectangle {
+                    id: hourCell
                     required property var modelData
                     width: 60
                     height: 70
@@ -82,19 +85,19 @@ Item {
                         spacing: 3
                         PlainText {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            text: modelData.label
+                            text: hourCell.modelData.label
                             color: Theme.textDim
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontSmall
                         }
                         WeatherGlyph {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            name: modelData.glyph
+                            name: hourCell.modelData.glyph
                             size: 16
                         }
                         PlainText {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            text: modelData.temperature
+                            text: hourCell.modelData.temperature
                             color: Theme.text
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontBody
@@ -110,6 +113,7 @@ Item {
             Repeater {
                 model: page.service.days
                 delegate: Item {
+                    id: dayRow
                     required property var modelData
                     width: parent.width
                     height: 20
@@ -117,7 +121,7 @@ Item {
                         id: dayLabel
                         width: 56
                         anchors.verticalCenter: parent.verticalCenter
-                        text: modelData.label
+                        text: dayRow.modelData.label
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -126,19 +130,19 @@ Item {
                         id: dayGlyph
                         anchors { left: dayLabel.right; verticalCenter: parent.verticalCenter }
                         width: 22
-                        name: modelData.glyph
+                        name: dayRow.modelData.glyph
                         size: 14
                     }
                     PlainText {
                         anchors { left: dayGlyph.right; leftMargin: 8; verticalCenter: parent.verticalCenter }
-                        text: modelData.text
+                        text: dayRow.modelData.text
                         color: Theme.textDim
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontSmall
                     }
                     PlainText {
                         anchors { right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
-                        text: modelData.maximum + "  " + modelData.minimum
+                        text: dayRow.modelData.maximum + "  " + dayRow.modelData.minimum
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -207,6 +211,7 @@ Item {
             Repeater {
                 model: page.picker.results
                 delegate: Rectangle {
+                    id: placeRow
                     required property var modelData
                     required property int index
                     width: results.width
@@ -216,15 +221,15 @@ Item {
                     PlainText {
                         anchors { left: parent.left; right: parent.right; leftMargin: 8; rightMargin: 8
                                   verticalCenter: parent.verticalCenter }
-                        text: modelData.name
+                        text: placeRow.modelData.name
                         elide: Text.ElideRight
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
                     }
                     HoverHandler { id: rowHover }
-                    TapHandler { onTapped: page.picker.pin(index) }
-                    FocusRing { onActivated: page.picker.pin(index) }
+                    TapHandler { onTapped: page.picker.pin(placeRow.index) }
+                    FocusRing { onActivated: page.picker.pin(placeRow.index) }
                 }
             }
         }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Norva.Core
 
@@ -60,21 +62,22 @@ Rectangle {
         anchors { left: parent.left; bottom: parent.bottom; leftMargin: 12; bottomMargin: 8 }
         spacing: 12
         Repeater {
-            model: tile.service ? tile.service.hours.slice(1, 5) : []
+            model: tile.service ? Array.from(tile.service.hours).slice(1, 5) : []
             delegate: Row {
+                id: hourCell
                 required property var modelData
                 spacing: 3
                 PlainText {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: modelData.label.slice(0, 2)
+                    text: hourCell.modelData.label.slice(0, 2)
                     color: Theme.textFaint
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall - 1
                 }
-                WeatherGlyph { anchors.verticalCenter: parent.verticalCenter; name: modelData.glyph; size: 11 }
+                WeatherGlyph { anchors.verticalCenter: parent.verticalCenter; name: hourCell.modelData.glyph; size: 11 }
                 PlainText {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: modelData.temperature
+                    text: hourCell.modelData.temperature
                     color: Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
