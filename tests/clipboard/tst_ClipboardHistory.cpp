@@ -1,3 +1,4 @@
+#include "TableRows.h"
 #include "TestMain.h"
 
 #include "clipboard/ClipboardHistory.h"
@@ -151,26 +152,23 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("kind");
-        const auto row = [](const char* name, const char* text, const char* kind) {
-            QTest::newRow(name) << QString::fromUtf8(text) << QString::fromLatin1(kind);
-        };
-        row("plain words", "Meet at noon tomorrow", "text");
-        row("https link", "https://norva.app/docs?page=2", "link");
-        row("www host", "www.example.com/about", "link");
-        row("mail link", "mailto:ana@example.org", "link");
-        row("words with a link", "see https://example.org please", "text");
-        row("short hex colour", "#fff", "color");
-        row("long hex colour", "#7AA2FFcc", "color");
-        row("not hex", "#ggg", "text");
-        row("rgb colour", "rgb(12, 34, 56)", "color");
-        row("hsl colour", "hsl(210deg 50% 40%)", "color");
-        row("hashtag", "#release", "text");
-        row("c statement", "int count = items.size();", "code");
-        row("function", "function add(a, b) {\n  return a + b;\n}", "code");
-        row("python", "def area(r):\n    return 3.14 * r * r", "code");
-        row("include", "#include <QString>", "code");
-        row("two prose lines", "Dear Ana,\nthanks for the notes.", "text");
-        row("prose with a semicolon", "It rained; we stayed in.", "text");
+        test::textRow("plain words", {"Meet at noon tomorrow", "text"});
+        test::textRow("https link", {"https://norva.app/docs?page=2", "link"});
+        test::textRow("www host", {"www.example.com/about", "link"});
+        test::textRow("mail link", {"mailto:ana@example.org", "link"});
+        test::textRow("words with a link", {"see https://example.org please", "text"});
+        test::textRow("short hex colour", {"#fff", "color"});
+        test::textRow("long hex colour", {"#7AA2FFcc", "color"});
+        test::textRow("not hex", {"#ggg", "text"});
+        test::textRow("rgb colour", {"rgb(12, 34, 56)", "color"});
+        test::textRow("hsl colour", {"hsl(210deg 50% 40%)", "color"});
+        test::textRow("hashtag", {"#release", "text"});
+        test::textRow("c statement", {"int count = items.size();", "code"});
+        test::textRow("function", {"function add(a, b) {\n  return a + b;\n}", "code"});
+        test::textRow("python", {"def area(r):\n    return 3.14 * r * r", "code"});
+        test::textRow("include", {"#include <QString>", "code"});
+        test::textRow("two prose lines", {"Dear Ana,\nthanks for the notes.", "text"});
+        test::textRow("prose with a semicolon", {"It rained; we stayed in.", "text"});
     }
     void classification()
     {

@@ -1,5 +1,6 @@
 #include "JsonText.h"
 #include "LogCapture.h"
+#include "TableRows.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -138,15 +139,12 @@ private slots:
     {
         QTest::addColumn<QString>("tty");
         QTest::addColumn<QString>("location");
-        const auto row = [](const char* name, const char* tty, const char* location) {
-            QTest::newRow(name) << QString::fromLatin1(tty) << QString::fromLatin1(location);
-        };
-        row("bare name", "pts/7", "work:1.1");
-        row("full name", "/dev/pts/3", "work:0.0");
-        row("session with blanks", "/dev/pts/9", "my notes:2.0");
-        row("not listed", "/dev/pts/70", "");
-        row("prefix is not enough", "/dev/pts/", "");
-        row("empty", "", "");
+        test::textRow("bare name", {"pts/7", "work:1.1"});
+        test::textRow("full name", {"/dev/pts/3", "work:0.0"});
+        test::textRow("session with blanks", {"/dev/pts/9", "my notes:2.0"});
+        test::textRow("not listed", {"/dev/pts/70", ""});
+        test::textRow("prefix is not enough", {"/dev/pts/", ""});
+        test::textRow("empty", {"", ""});
     }
     void paneIsFoundByItsTty()
     {

@@ -1,5 +1,6 @@
 #include "JsonText.h"
 #include "LogCapture.h"
+#include "TableRows.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -44,18 +45,15 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("key");
-        const auto row = [](const char* name, const char* file, const char* key) {
-            QTest::newRow(name) << QString::fromLatin1(file) << QString::fromLatin1(key);
-        };
-        row("claude pre", "denycheck-claude-pre-4711.json", "claude-pre-4711");
-        row("codex perm", "denycheck-codex-perm-1.json", "codex-perm-1");
-        row("copilot perm", "denycheck-copilot-perm-99.json", "copilot-perm-99");
-        row("unknown agent", "denycheck-gemini-pre-1.json", "");
-        row("unknown phase", "denycheck-claude-post-1.json", "");
-        row("five parts", "denycheck-claude-pre-1-2.json", "");
-        row("not a pid", "denycheck-claude-pre-x1.json", "");
-        row("temporary name", ".dc-claude-pre-1", "");
-        row("no suffix", "denycheck-claude-pre-1", "");
+        test::textRow("claude pre", {"denycheck-claude-pre-4711.json", "claude-pre-4711"});
+        test::textRow("codex perm", {"denycheck-codex-perm-1.json", "codex-perm-1"});
+        test::textRow("copilot perm", {"denycheck-copilot-perm-99.json", "copilot-perm-99"});
+        test::textRow("unknown agent", {"denycheck-gemini-pre-1.json", ""});
+        test::textRow("unknown phase", {"denycheck-claude-post-1.json", ""});
+        test::textRow("five parts", {"denycheck-claude-pre-1-2.json", ""});
+        test::textRow("not a pid", {"denycheck-claude-pre-x1.json", ""});
+        test::textRow("temporary name", {".dc-claude-pre-1", ""});
+        test::textRow("no suffix", {"denycheck-claude-pre-1", ""});
     }
     void checkNamesSplitIntoFourParts()
     {
