@@ -1,4 +1,4 @@
-#include "FakeClipboard.h"
+#include "ClipboardRig.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "MemoryPreferences.h"
@@ -22,46 +22,7 @@ using namespace norva::test;
 
 namespace {
 
-// One running manager over a fake clipboard, in a temporary home.
-struct Rig {
-    TempHome home;
-    ManualClock clock;
-    MemoryPreferences preferences;
-    SettingsStore store{preferences};
-    ClipboardSettings settings{store};
-    FakeClipboard clipboard;
-    std::unique_ptr<ClipboardManager> manager;
-
-    QString data() const { return home.file(QStringLiteral("data")); }
-    void start()
-    {
-        manager = std::make_unique<ClipboardManager>(clipboard, settings, clock, data());
-        QSignalSpy loaded(manager.get(), &ClipboardManager::loaded);
-        manager->start();
-        QVERIFY(loaded.wait(5000));
-    }
-    // The clipboard changes, and the next poll sees it.
-    void copy(const QMap<QString, QByteArray>& content, std::optional<QString> app = std::nullopt)
-    {
-        clipboard.set(content, std::move(app));
-        clock.advance(ClipboardManager::kPollInterval);
-    }
-    void copyText(const QString& text) { copy({{QStringLiteral("text/plain"), text.toUtf8()}}); }
-    void copyPicture(const QByteArray& bytes)
-    {
-        QSignalSpy handled(manager.get(), &ClipboardManager::imageCopyHandled);
-        copy({{QStringLiteral("image/png"), bytes}});
-        QVERIFY(handled.wait(5000));
-    }
-    QStringList pictures() const
-    {
-        return QDir(data() + QStringLiteral("/ClipboardImages")).entryList(QDir::Files);
-    }
-    void writeList(const QJsonArray& array)
-    {
-        home.write(QStringLiteral("data/clipboard.json"), QJsonDocument(array).toJson());
-    }
-};
+using Rig = ClipboardRig;
 
 QJsonObject storedText(const QString& text, const QString& date, bool pinned = false, bool withHash = true)
 {

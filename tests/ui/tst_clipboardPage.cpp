@@ -1,15 +1,9 @@
-#include "FakeClipboard.h"
-#include "ManualClock.h"
-#include "MemoryPreferences.h"
+#include "ClipboardRig.h"
 #include "QmlViews.h"
-#include "TempHome.h"
 #include "TestMain.h"
 
 #include "app/QmlInstances.h"
-#include "app/SettingsStore.h"
-#include "clipboard/ClipboardManager.h"
 #include "clipboard/ClipboardPageModel.h"
-#include "clipboard/ClipboardSettings.h"
 
 #include <QQuickWindow>
 #include <QtTest>
@@ -22,27 +16,17 @@ namespace {
 // The clipboard page over a real history of two copies ("hello", then "apt install
 // debian-keyring") from a stand-in clipboard, in a temporary home. Its model outlives the page,
 // which is made anew at each opening, and filters its rows by the query.
-struct PageRig {
-    TempHome home;
-    ManualClock clock;
-    MemoryPreferences preferences;
-    SettingsStore store{preferences};
-    ClipboardSettings settings{store};
-    FakeClipboard clipboard;
-    ClipboardManager manager{clipboard, settings, clock, home.file(QStringLiteral("data"))};
-    ClipboardPageModel model{manager};
+struct PageRig : ClipboardRig {
+    std::unique_ptr<ClipboardPageModel> model;
     QmlViews views;
 
     PageRig()
     {
-        QSignalSpy loaded(&manager, &ClipboardManager::loaded);
-        manager.start();
-        loaded.wait(5000);
-        for (const QString& text : {QStringLiteral("hello"), QStringLiteral("apt install debian-keyring")}) {
-            clipboard.setText(text);
-            clock.advance(ClipboardManager::kPollInterval);
-        }
-        QmlInstances::offer(&model);
+        start();
+        copyText(QStringLiteral("hello"));
+        copyText(QStringLiteral("apt install debian-keyring"));
+        model = std::make_unique<ClipboardPageModel>(*manager);
+        QmlInstances::offer(model.get());
     }
 };
 
@@ -68,7 +52,7 @@ private slots:
     void reopenedPageShowsTheQueryThatFilters()
     {
         PageRig rig;
-        ClipboardPageModel& model = rig.model;
+        ClipboardPageModel& model = *rig.model;
         QmlViews& views = rig.views;
         QCOMPARE(model.rows().size(), 2);
 
