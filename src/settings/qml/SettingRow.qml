@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 
 // One setting: its name and one-line explanation, the control its kind calls for, and, when it
@@ -80,6 +78,10 @@ Item {
         }
     }
 
+    // The controls are made by the Loader above, which Qt 6.4 refuses for components bound to
+    // this file ("Cannot instantiate bound component outside its creation context"), so the file
+    // is not bound and the controls reach the row by its id.
+    // qmllint disable unqualified
     Component {
         id: toggleControl
         SettingSwitch {
@@ -118,4 +120,5 @@ Item {
             onPicked: value => row.changed(value)
         }
     }
+    // qmllint enable unqualified
 }
