@@ -37,7 +37,9 @@ Item {
             model: 4
             Rectangle {
                 required property int index
-                anchors.bottom: parent.bottom
+                // Bottoms line up under the tallest bar: a Row places its items across only, and a
+                // bound delegate has no parent yet while its bindings are first read.
+                y: glyph.size * 0.95 - height
                 width: Math.max(2, glyph.size * 0.14)
                 height: glyph.size * (0.35 + index * 0.2)
                 radius: width / 2
