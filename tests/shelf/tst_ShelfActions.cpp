@@ -1,7 +1,7 @@
-#include "FakeClipboard.h"
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "MemoryPreferences.h"
+#include "ShelfDeskRig.h"
 #include "TempHome.h"
 #include "TestImages.h"
 #include "TestMain.h"
@@ -365,40 +365,7 @@ NORVA_TEST(ShelfActionsTest)
 class ShelfDeskTest : public QObject {
     Q_OBJECT
 
-    struct Rig {
-        TempHome home;
-        ManualClock clock;
-        MemoryPreferences preferences;
-        SettingsStore settings{preferences};
-        FakeClipboard clipboard;
-        ShelfManager shelf{settings, clock, home.file(QStringLiteral("data"))};
-        std::shared_ptr<FileOpener> opener;
-        ShelfDesk desk;
-
-        explicit Rig(std::shared_ptr<FileOpener> fileOpener = Platform::makeFileOpener())
-            : opener(std::move(fileOpener)), desk(shelf, clipboard, opener)
-        {
-            shelf.start();
-        }
-        ShelfDesk::Outcome perform(ShelfDesk::Action action, const QList<QUuid>& ids,
-                                   const QString& argument = {})
-        {
-            std::optional<ShelfDesk::Outcome> outcome;
-            desk.perform(action, ids, argument, [&](ShelfDesk::Outcome o) { outcome = o; });
-            QDeadlineTimer deadline(10000);
-            while (!outcome && !deadline.hasExpired())
-                QTest::qWait(5);
-            return outcome.value_or(ShelfDesk::Outcome{QStringLiteral("no outcome in time"), true});
-        }
-        QUuid idOf(const QString& path) const
-        {
-            for (const auto& item : shelf.items()) {
-                if (item.path == path)
-                    return item.id;
-            }
-            return {};
-        }
-    };
+    using Rig = ShelfDeskRig;
 
 private slots:
     void zippingPutsTheArchiveOnTheShelf()

@@ -68,6 +68,18 @@ std::unique_ptr<QQuickItem> QmlViews::create(const QString& file, const QVariant
     return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem*>(made));
 }
 
+std::unique_ptr<QQuickItem> QmlViews::showIn(QQuickWindow& window, const QString& file, QSizeF size,
+                                             const QVariantMap& properties)
+{
+    auto item = create(file, properties);
+    if (!item)
+        return item;
+    item->setParentItem(window.contentItem());
+    item->setSize(size);
+    window.show();
+    return item;
+}
+
 QList<QQuickItem*> QmlViews::texts(QQuickItem* root)
 {
     QList<QQuickItem*> found;

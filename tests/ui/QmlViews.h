@@ -7,6 +7,7 @@
 
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QVariantMap>
 
@@ -27,6 +28,9 @@ public:
     ManualClock& clock() { return m_clock; }
     // Creates the view from `file` with the initial properties; null (with a warning) when it fails.
     std::unique_ptr<QQuickItem> create(const QString& file, const QVariantMap& properties);
+    // Creates the view as create() does, puts it in `window` at `size` and shows the window.
+    std::unique_ptr<QQuickItem> showIn(QQuickWindow& window, const QString& file, QSizeF size,
+                                       const QVariantMap& properties = {});
 
     // Every text item drawn inside `root`, depth first.
     static QList<QQuickItem*> texts(QQuickItem* root);

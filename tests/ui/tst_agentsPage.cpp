@@ -94,11 +94,8 @@ private slots:
         QmlViews& views = rig.views;
         QQuickWindow window;
         window.resize(640, 600);
-        auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
+        auto page = views.showIn(window, QStringLiteral("AgentsPage.qml"), window.size());
         QVERIFY(page);
-        page->setParentItem(window.contentItem());
-        page->setSize(window.size());
-        window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
 
         QQuickItem* first = allowButtonOf(page.get(), "make deploy");
@@ -134,11 +131,9 @@ private slots:
         QmlViews& views = rig.views;
         QQuickWindow window;
         window.resize(720, 700);
-        auto page = views.create(QStringLiteral("AgentsPage.qml"), {});
+        // The page at the usual body's height.
+        auto page = views.showIn(window, QStringLiteral("AgentsPage.qml"), QSizeF(720, 250));
         QVERIFY(page);
-        page->setParentItem(window.contentItem());
-        page->setSize(QSizeF(720, 250)); // the usual page's body
-        window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
 
         const QList<QQuickItem*> cues = QmlViews::made(page.get(), QStringLiteral("ScrollCue"));

@@ -83,11 +83,8 @@ private slots:
         QmlViews& views = rig.views;
         QQuickWindow window;
         window.resize(700, 400);
-        auto page = views.create(QStringLiteral("ClipboardPage.qml"), {});
+        auto page = views.showIn(window, QStringLiteral("ClipboardPage.qml"), QSizeF(700, 400));
         QVERIFY(page);
-        page->setParentItem(window.contentItem());
-        page->setSize(QSizeF(700, 400));
-        window.show();
         window.requestActivate();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         searchBoxOf(page.get())->forceActiveFocus();

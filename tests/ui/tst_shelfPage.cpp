@@ -1,8 +1,5 @@
-#include "FakeClipboard.h"
-#include "ManualClock.h"
-#include "MemoryPreferences.h"
 #include "QmlViews.h"
-#include "TempHome.h"
+#include "ShelfDeskRig.h"
 #include "TestImages.h"
 #include "TestMain.h"
 
@@ -24,33 +21,19 @@ namespace {
 
 // The shelf page as the notch shows it: the real desk over a shelf in a temporary home, drawn in a
 // window of the open panel's size.
-struct PageRig {
-    TempHome home;
-    ManualClock clock;
-    MemoryPreferences preferences;
-    SettingsStore settings{preferences};
-    FakeClipboard clipboard;
-    ShelfManager shelf{settings, clock, home.file(QStringLiteral("data"))};
-    ShelfDesk desk{shelf, clipboard, Platform::makeFileOpener()};
+struct PageRig : ShelfDeskRig {
     QmlViews views;
     QQuickWindow window;
 
     PageRig()
     {
-        shelf.start();
         QmlInstances::offer(&desk);
         QmlInstances::offer(&settings);
         window.resize(700, 420);
     }
     std::unique_ptr<QQuickItem> show(const QString& file, const QVariantMap& properties = {})
     {
-        auto item = views.create(file, properties);
-        if (!item)
-            return item;
-        item->setParentItem(window.contentItem());
-        item->setSize(QSizeF(700, 420));
-        window.show();
-        return item;
+        return views.showIn(window, file, QSizeF(700, 420), properties);
     }
 };
 
