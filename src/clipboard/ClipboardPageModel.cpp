@@ -9,11 +9,18 @@
 namespace norva {
 
 ClipboardPageModel::ClipboardPageModel(ClipboardManager& manager, QObject* parent)
-    : QObject(parent), m_manager(manager)
+    : QObject(parent), m_manager(manager), m_rows(QStringLiteral("id"), this)
 {
-    connect(&m_manager, &ClipboardManager::itemsChanged, this, &ClipboardPageModel::rowsChanged);
-    connect(&m_manager, &ClipboardManager::copiedItemChanged, this, &ClipboardPageModel::rowsChanged);
-    connect(&m_manager, &ClipboardManager::historyOnChanged, this, &ClipboardPageModel::rowsChanged);
+    connect(&m_manager, &ClipboardManager::itemsChanged, this, &ClipboardPageModel::refreshRows);
+    connect(&m_manager, &ClipboardManager::copiedItemChanged, this, &ClipboardPageModel::refreshRows);
+    connect(&m_manager, &ClipboardManager::historyOnChanged, this, &ClipboardPageModel::refreshRows);
+    refreshRows();
+}
+
+void ClipboardPageModel::refreshRows()
+{
+    m_rows.setRows(matchingRows());
+    emit rowsChanged();
 }
 
 bool ClipboardPageModel::historyOn() const
@@ -32,10 +39,10 @@ void ClipboardPageModel::setQuery(const QString& query)
         return;
     m_query = query;
     emit queryChanged();
-    emit rowsChanged();
+    refreshRows();
 }
 
-QVariantList ClipboardPageModel::rows() const
+QVariantList ClipboardPageModel::matchingRows() const
 {
     QVariantList rows;
     const auto copied = m_manager.copiedItemID();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include <QObject>
 #include <QString>
 #include <QVariantList>
@@ -16,7 +17,7 @@ class ClipboardPageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+    Q_PROPERTY(norva::RowsModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged)
     Q_PROPERTY(bool historyOn READ historyOn NOTIFY rowsChanged)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY rowsChanged)
@@ -33,7 +34,7 @@ public:
 
     explicit ClipboardPageModel(ClipboardManager& manager, QObject* parent = nullptr);
 
-    QVariantList rows() const;
+    RowsModel* rows() { return &m_rows; }
     QString query() const { return m_query; }
     void setQuery(const QString& query);
     bool historyOn() const;
@@ -55,10 +56,14 @@ signals:
 
 private:
     void setNotice(const QString& notice);
+    // Lays the clips that match the search over the shown rows, then says the page changed.
+    void refreshRows();
+    QVariantList matchingRows() const;
 
     ClipboardManager& m_manager;
     QString m_query;
     QString m_notice;
+    RowsModel m_rows;
 };
 
 } // namespace norva

@@ -493,17 +493,17 @@ private slots:
                  QStringLiteral("Anything you copy shows up here. Click one to copy it again."));
         QCOMPARE(page.footer(), QStringLiteral("Passwords and private copies are never kept"));
         rig.copyText(QStringLiteral("pin me"));
-        page.setPinned(page.rows().first().toMap().value("id").toString(), true);
+        page.setPinned(page.rows()->get(0).value("id").toString(), true);
         rig.copyText(QStringLiteral("let me go"));
-        QCOMPARE(page.rows().size(), 2);
+        QCOMPARE(page.rows()->count(), 2);
         QCOMPARE(page.emptyText(), QString());
         page.setQuery(QStringLiteral("zebra"));
         QCOMPARE(page.emptyText(), QStringLiteral("Nothing matches \u201Czebra\u201D"));
         page.setQuery(QString());
         page.clearAllButPinned();
         QCOMPARE(page.notice(), QStringLiteral("Cleared. Pinned ones stay."));
-        QCOMPARE(page.rows().size(), 1);
-        QCOMPARE(page.rows().first().toMap().value("preview").toString(), QStringLiteral("pin me"));
+        QCOMPARE(page.rows()->count(), 1);
+        QCOMPARE(page.rows()->get(0).value("preview").toString(), QStringLiteral("pin me"));
     }
 
     void thumbnailOfAPictureThatDoesNotRead()

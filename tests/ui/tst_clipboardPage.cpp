@@ -54,7 +54,7 @@ private slots:
         PageRig rig;
         ClipboardPageModel& model = *rig.model;
         QmlViews& views = rig.views;
-        QCOMPARE(model.rows().size(), 2);
+        QCOMPARE(model.rows()->count(), 2);
 
         auto page = views.create(QStringLiteral("ClipboardPage.qml"), {});
         QVERIFY(page);
@@ -68,11 +68,36 @@ private slots:
         QVERIFY(reopened);
         box = searchBoxOf(reopened.get());
         QCOMPARE(box->property("text").toString(), QStringLiteral("debian"));
-        QCOMPARE(model.rows().size(), 1);
+        QCOMPARE(model.rows()->count(), 1);
 
         box->setProperty("text", QString());
         QCOMPARE(model.query(), QString());
-        QCOMPARE(model.rows().size(), 2);
+        QCOMPARE(model.rows()->count(), 2);
+    }
+
+    // A new copy and a pin change the list under an open page without making its rows anew: the rows
+    // shown stay the same items and read their new values.
+    void changesKeepTheRowsAlreadyShown()
+    {
+        PageRig rig;
+        QQuickWindow window;
+        auto page = rig.views.showIn(window, QStringLiteral("ClipboardPage.qml"), QSizeF(700, 400));
+        QVERIFY(page);
+        const QList<QQuickItem*> shown = QmlViews::made(page.get(), QStringLiteral("ClipboardRow"));
+        QCOMPARE(shown.size(), 2);
+        const QString hello = rig.model->rows()->get(1).value(QStringLiteral("id")).toString();
+
+        rig.copyText(QStringLiteral("a third copy"));
+        rig.model->setPinned(hello, true);
+        QCOMPARE(rig.model->rows()->count(), 3);
+        QTRY_COMPARE(QmlViews::made(page.get(), QStringLiteral("ClipboardRow")).size(),
+                     3); // the list's next layout
+        const QList<QQuickItem*> after = QmlViews::made(page.get(), QStringLiteral("ClipboardRow"));
+        for (QQuickItem* row : shown)
+            QVERIFY(after.contains(row));
+        const QVariantMap helloRow = shown.at(1)->property("entry").toMap();
+        QCOMPARE(helloRow.value(QStringLiteral("preview")).toString(), QStringLiteral("hello"));
+        QVERIFY(helloRow.value(QStringLiteral("pinned")).toBool());
     }
 
     // From the keyboard alone: Tab walks the search box, the button and each row and its actions,

@@ -59,12 +59,12 @@ Item {
         model: page.model.rows
         visible: page.model.historyOn || count > 0
         delegate: ClipboardRow {
-            required property var modelData
+            required property var row
             width: ListView.view.width
-            entry: modelData
-            onCopyRequested: page.model.copy(modelData.id)
-            onPinToggled: page.model.setPinned(modelData.id, !modelData.pinned)
-            onRemoveRequested: page.model.remove(modelData.id)
+            entry: row
+            onCopyRequested: page.model.copy(row.id)
+            onPinToggled: page.model.setPinned(row.id, !row.pinned)
+            onRemoveRequested: page.model.remove(row.id)
         }
     }
 
