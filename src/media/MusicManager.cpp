@@ -171,7 +171,6 @@ void MusicManager::take(const MediaUpdate& update)
         if (next.hasTrack && key != m_peekedTrackKey && (!m_settings || m_settings->songPeek())) {
             m_peekedTrackKey = key;
             peeks = true;
-            emit songChanged(key);
         }
     }
     updateActiveSession();

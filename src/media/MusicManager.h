@@ -155,8 +155,6 @@ signals:
     void noticeChanged();
     void activeSessionChanged();
     void reducesMotionChanged();
-    // A new track appeared; the closed notch peeks it once per track.
-    void songChanged(const QString& trackKey);
     void songPeekingChanged();
 
 private:
