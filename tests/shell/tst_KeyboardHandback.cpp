@@ -1,4 +1,5 @@
 #include "NorvaProcess.h"
+#include "PrivateXServer.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -16,30 +17,21 @@ namespace {
 
 // A display of the test's own with a window manager (openbox), so whatever the case does with the
 // keyboard touches no other test's display.
-class DesktopWithWindowManager {
+class DesktopWithWindowManager : public norva::test::PrivateXServer {
 public:
     DesktopWithWindowManager()
     {
-        m_server.start(QStringLiteral("Xvfb"),
-                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                        QStringLiteral("0"), QStringLiteral("1280x800x24")});
-        if (!m_server.waitForReadyRead(10000))
+        if (display().isEmpty())
             return;
-        m_display = QLatin1Char(':') + QString::fromLatin1(m_server.readAllStandardOutput().trimmed());
-        m_environment.insert(QStringLiteral("DISPLAY"), m_display);
         m_windowManager.setProcessEnvironment(m_environment);
         m_windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
         m_windowManager.waitForStarted();
     }
     ~DesktopWithWindowManager()
     {
-        for (QProcess* process : {&m_windowManager, &m_server}) {
-            process->terminate();
-            process->waitForFinished(5000);
-        }
+        m_windowManager.terminate();
+        m_windowManager.waitForFinished(5000);
     }
-    QString display() const { return m_display; }
-    QProcessEnvironment environment() const { return m_environment; }
 
     // What xdotool answers, trimmed; empty when it fails.
     QString xdotool(const QStringList& arguments) const
@@ -62,10 +54,8 @@ public:
     }
 
 private:
-    QProcess m_server;
+    QProcessEnvironment m_environment = onThisDisplay(QProcessEnvironment::systemEnvironment());
     QProcess m_windowManager;
-    QString m_display;
-    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
 // The window the person was typing in: another X client with a window called "Editor", which also
@@ -125,10 +115,8 @@ private slots:
                                   10000);
 
         TempHome home;
-        QProcessEnvironment environment = norva::test::norvaEnvironment(home);
-        environment.insert(QStringLiteral("DISPLAY"), desktop.display());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        auto norva = norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE), environment);
+        auto norva = norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE),
+                                             desktop.onThisDisplay(norva::test::norvaEnvironment(home)));
         QByteArray seen;
         QVERIFY2(waitForOutput(*norva,
                                "Norva keys: could not take Ctrl+Alt+J for the jot sheet (another program "

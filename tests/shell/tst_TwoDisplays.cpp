@@ -1,4 +1,5 @@
 #include "NorvaProcess.h"
+#include "PrivateXServer.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -15,30 +16,16 @@ namespace {
 
 // An X server with two screens, as a second monitor on its own X screen gives. Qt names both
 // "screen", which once put every notch on the second one.
-class TwoScreenServer {
+class TwoScreenServer : public norva::test::PrivateXServer {
 public:
-    TwoScreenServer()
-    {
-        m_server.start(QStringLiteral("Xvfb"),
-                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                        QStringLiteral("0"), QStringLiteral("1600x900x24"), QStringLiteral("-screen"),
-                        QStringLiteral("1"), QStringLiteral("1280x800x24")});
-        if (m_server.waitForReadyRead(10000))
-            m_display = QLatin1Char(':') + QString::fromLatin1(m_server.readAllStandardOutput().trimmed());
-    }
-    ~TwoScreenServer()
-    {
-        m_server.terminate();
-        m_server.waitForFinished(5000);
-    }
-    QString display() const { return m_display; }
+    TwoScreenServer() : PrivateXServer({QStringLiteral("1600x900x24"), QStringLiteral("1280x800x24")}) {}
 
     // How many notch windows are shown on each X screen: mapped windows called "Norva" that are
     // larger than Qt's 1 × 1 helper window.
     QList<int> notchesPerScreen() const
     {
         QList<int> counts;
-        xcb_connection_t* connection = xcb_connect(m_display.toLocal8Bit().constData(), nullptr);
+        xcb_connection_t* connection = xcb_connect(display().toLocal8Bit().constData(), nullptr);
         if (xcb_connection_has_error(connection)) {
             xcb_disconnect(connection);
             return counts;
@@ -77,9 +64,6 @@ private:
         free(name);
         return viewable && large && norva;
     }
-
-    QProcess m_server;
-    QString m_display;
 };
 
 } // namespace
@@ -120,10 +104,8 @@ private slots:
         if (!choice.isEmpty())
             home.write(QStringLiteral(".config/Norva/preferences.toml"),
                        QStringLiteral("\"displayChoice.v1\" = \"%1\"\n").arg(choice).toUtf8());
-        QProcessEnvironment environment = norva::test::norvaEnvironment(home);
-        environment.insert(QStringLiteral("DISPLAY"), server.display());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        auto norva = norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE), environment);
+        auto norva = norva::test::startNorva(QStringLiteral(NORVA_EXECUTABLE),
+                                             server.onThisDisplay(norva::test::norvaEnvironment(home)));
         QByteArray seen;
         QVERIFY2(waitForOutput(*norva, logged, seen), seen.constData());
         QTRY_COMPARE_WITH_TIMEOUT(server.notchesPerScreen(), notches, 10000);

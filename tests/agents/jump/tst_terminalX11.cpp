@@ -1,3 +1,4 @@
+#include "PrivateXServer.h"
 #include "TestMain.h"
 
 #include "platform/linux/X11WindowActivator.h"
@@ -14,35 +15,9 @@
 #include <memory>
 
 using namespace norva;
+using norva::test::PrivateXServer;
 
 namespace {
-
-// An X server of the test's own, so nothing depends on (or disturbs) the desktop the tests run on.
-class PrivateXServer {
-public:
-    PrivateXServer()
-    {
-        m_process.start("sh",
-                        {"-c", "exec Xvfb -displayfd 3 -nolisten tcp -noreset -screen 0 800x600x24 3>&1"});
-        QElapsedTimer waited;
-        waited.start();
-        while (!m_process.canReadLine() && waited.elapsed() < 10000)
-            m_process.waitForReadyRead(100);
-        const QByteArray number = m_process.readLine().trimmed();
-        if (!number.isEmpty())
-            m_display = ":" + QString::fromLatin1(number);
-    }
-    ~PrivateXServer()
-    {
-        m_process.terminate();
-        m_process.waitForFinished(3000);
-    }
-    QString display() const { return m_display; }
-
-private:
-    QProcess m_process;
-    QString m_display;
-};
 
 // The test's own connection: it makes windows for a process and looks at the result.
 class Client {
@@ -152,7 +127,7 @@ private slots:
     {
         if (QStandardPaths::findExecutable("Xvfb").isEmpty())
             QSKIP("Xvfb is not installed");
-        m_server = std::make_unique<PrivateXServer>();
+        m_server = std::make_unique<PrivateXServer>(QStringList{QStringLiteral("800x600x24")});
         QVERIFY2(!m_server->display().isEmpty(), "the private X server did not start");
         m_terminal.start("sleep", {"60"});
         QVERIFY(m_terminal.waitForStarted());
