@@ -28,13 +28,15 @@ Item {
         font.weight: Font.DemiBold
     }
 
-    // Four bars rising left to right; those under the level are lit.
+    // Four bars rising left to right; those under the level are lit. They exist only while drawn:
+    // hidden bars would still ease their opacity whenever the level moves (a download's progress, a
+    // turn of the rotation), and every eased step is a frame nobody sees.
     Row {
         visible: glyph.bars
         anchors.centerIn: parent
         spacing: Math.max(1, glyph.size * 0.12)
         Repeater {
-            model: 4
+            model: glyph.bars ? 4 : 0
             Rectangle {
                 required property int index
                 // Bottoms line up under the tallest bar: a Row places its items across only, and a
