@@ -32,6 +32,18 @@ QString dueStateWord(DueState state)
 
 using TodoWords::localCalendar;
 
+// The view a page id names: one of the smart lists, else the person's list of that id.
+TodoView viewNamed(const QString& id)
+{
+    if (id == kToday)
+        return SmartList::today;
+    if (id == kScheduled)
+        return SmartList::scheduled;
+    if (id == kAll)
+        return SmartList::all;
+    return id;
+}
+
 } // namespace
 
 TodosPageModel::TodosPageModel(RemindersStore& store, Clock& clock, SettingsStore* settings, QObject* parent)
@@ -39,7 +51,34 @@ TodosPageModel::TodosPageModel(RemindersStore& store, Clock& clock, SettingsStor
 {
     if (m_settings)
         m_showCompleted = m_settings->flag(kShowCompletedKey, false);
-    connect(&m_store, &RemindersStore::changed, this, &TodosPageModel::changed);
+    connect(&m_store, &RemindersStore::changed, this, &TodosPageModel::refresh);
+    refresh();
+}
+
+void TodosPageModel::refresh()
+{
+    const QDateTime now = m_clock.now();
+    const QList<Reminder> shown = m_store.rows(view(), m_showCompleted);
+    QList<Reminder> due = m_store.widgetList();
+    due.removeIf([](const Reminder& reminder) { return reminder.completed; });
+    m_views.setRows(viewRows());
+    m_rows.setRows(rowsOf(shown, now));
+    m_tileRows.setRows(rowsOf(due, now));
+    m_trash.setRows(trashRows(now));
+    QVariantList lists;
+    for (const TodoList& list : m_store.lists())
+        lists.append(QVariantMap{{QStringLiteral("id"), list.id}, {QStringLiteral("color"), list.color}});
+    if (lists != m_lists) {
+        m_lists = lists;
+        emit listsChanged();
+    }
+    QDateTime turn = now.toLocalTime().date().addDays(1).startOfDay();
+    for (const Reminder& reminder : shown + due) {
+        if (reminder.due && reminder.dueHasTime && *reminder.due > now)
+            turn = std::min(turn, *reminder.due);
+    }
+    m_nextTurn = m_clock.after(Seconds(now.msecsTo(turn) / 1000.0), [this] { refresh(); });
+    emit changed();
 }
 
 QString TodosPageModel::access() const
@@ -57,31 +96,18 @@ QString TodosPageModel::access() const
 
 TodoView TodosPageModel::view() const
 {
-    if (m_view == kToday)
-        return SmartList::today;
-    if (m_view == kScheduled)
-        return SmartList::scheduled;
-    if (m_view == kAll)
-        return SmartList::all;
-    return m_view;
+    return viewNamed(m_view);
 }
 
-QVariantList TodosPageModel::views() const
+QVariantList TodosPageModel::viewRows() const
 {
     QVariantList views;
     auto add = [&](const QString& id, const QString& title, const QString& color, bool smart) {
-        views.append(QVariantMap{
-            {QStringLiteral("id"), id},
-            {QStringLiteral("title"), title},
-            {QStringLiteral("color"), color},
-            {QStringLiteral("smart"), smart},
-            {QStringLiteral("count"), m_store
-                                          .rows(id == kToday       ? TodoView(SmartList::today)
-                                                : id == kScheduled ? TodoView(SmartList::scheduled)
-                                                : id == kAll       ? TodoView(SmartList::all)
-                                                                   : TodoView(id),
-                                                false)
-                                          .size()}});
+        views.append(QVariantMap{{QStringLiteral("id"), id},
+                                 {QStringLiteral("title"), title},
+                                 {QStringLiteral("color"), color},
+                                 {QStringLiteral("smart"), smart},
+                                 {QStringLiteral("count"), m_store.rows(viewNamed(id), false).size()}});
     };
     add(kToday, tr("Today"), {}, true);
     add(kScheduled, tr("Scheduled"), {}, true);
@@ -96,12 +122,12 @@ void TodosPageModel::setCurrentView(const QString& view)
     if (view == m_view)
         return;
     m_view = view;
-    emit changed();
+    refresh();
 }
 
 QString TodosPageModel::currentTitle() const
 {
-    for (const QVariant& v : views()) {
+    for (const QVariant& v : m_views.rows()) {
         const QVariantMap map = v.toMap();
         if (map.value(QStringLiteral("id")).toString() == m_view)
             return map.value(QStringLiteral("title")).toString();
@@ -145,22 +171,20 @@ QVariantMap TodosPageModel::rowOf(const Reminder& reminder, const QDateTime& now
             {QStringLiteral("recurring"), reminder.recurring}};
 }
 
-QVariantList TodosPageModel::rows() const
+QVariantList TodosPageModel::rowsOf(const QList<Reminder>& reminders, const QDateTime& now) const
 {
-    const QDateTime now = m_clock.now();
     QVariantList rows;
-    for (const Reminder& reminder : m_store.rows(view(), m_showCompleted))
+    for (const Reminder& reminder : reminders)
         rows.append(rowOf(reminder, now));
     return rows;
 }
 
-QVariantList TodosPageModel::tileRows() const
+QStringList TodosPageModel::dueTitles() const
 {
-    const QDateTime now = m_clock.now();
-    QVariantList rows;
-    for (const Reminder& reminder : m_store.widgetList())
-        rows.append(rowOf(reminder, now));
-    return rows;
+    QStringList titles;
+    for (const QVariant& row : m_tileRows.rows())
+        titles.append(row.toMap().value(QStringLiteral("title")).toString());
+    return titles;
 }
 
 void TodosPageModel::setShowCompleted(bool on)
@@ -170,18 +194,18 @@ void TodosPageModel::setShowCompleted(bool on)
     m_showCompleted = on;
     if (m_settings && !m_store.isReadOnly())
         m_settings->write(QVariant(on), kShowCompletedKey);
-    emit changed();
+    refresh();
 }
 
-QVariantList TodosPageModel::trash() const
+QVariantList TodosPageModel::trashRows(const QDateTime& now) const
 {
     QVariantList items;
-    const QDateTime now = m_clock.now();
     for (const Trashed& trashed : m_store.trash()) {
         Reminder shown;
         shown.due = trashed.due;
         shown.dueHasTime = trashed.dueHasTime.value_or(false);
-        items.append(QVariantMap{{QStringLiteral("title"), trashed.title},
+        items.append(QVariantMap{{QStringLiteral("id"), trashed.id},
+                                 {QStringLiteral("title"), trashed.title},
                                  {QStringLiteral("listName"), trashed.listName},
                                  {QStringLiteral("dueText"), dueText(shown, now)}});
     }

@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "reminders/DueDraft.h"
 #include "reminders/RemindersStore.h"
 
@@ -22,14 +23,16 @@ class TodosPageModel : public QObject {
     Q_PROPERTY(QString access READ access NOTIFY changed)
     Q_PROPERTY(QString folder READ folder NOTIFY changed)
     Q_PROPERTY(bool readOnly READ readOnly CONSTANT)
-    Q_PROPERTY(QVariantList views READ views NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* views READ views CONSTANT)
+    Q_PROPERTY(QVariantList lists READ lists NOTIFY listsChanged)
     Q_PROPERTY(QString currentView READ currentView WRITE setCurrentView NOTIFY changed)
     Q_PROPERTY(QString currentTitle READ currentTitle NOTIFY changed)
     Q_PROPERTY(bool currentIsList READ currentIsList NOTIFY changed)
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY changed)
-    Q_PROPERTY(QVariantList tileRows READ tileRows NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* rows READ rows CONSTANT)
+    Q_PROPERTY(norva::RowsModel* tileRows READ tileRows CONSTANT)
+    Q_PROPERTY(QStringList dueTitles READ dueTitles NOTIFY changed)
     Q_PROPERTY(bool showCompleted READ showCompleted WRITE setShowCompleted NOTIFY changed)
-    Q_PROPERTY(QVariantList trash READ trash NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* trash READ trash CONSTANT)
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
     Q_PROPERTY(QString draft READ draft WRITE setDraft NOTIFY draftChanged)
     Q_PROPERTY(QString reading READ reading NOTIFY draftChanged)
@@ -43,16 +46,21 @@ public:
     QString access() const;
     QString folder() const { return m_store.root(); }
     bool readOnly() const { return m_store.isReadOnly(); }
-    QVariantList views() const;
+    RowsModel* views() { return &m_views; }
+    // The person's lists, for a row's "move to" choices.
+    const QVariantList& lists() const { return m_lists; }
     QString currentView() const { return m_view; }
     void setCurrentView(const QString& view);
     QString currentTitle() const;
     bool currentIsList() const;
-    QVariantList rows() const;
-    QVariantList tileRows() const;
+    RowsModel* rows() { return &m_rows; }
+    // Today's and overdue open to-dos, for the tile on the panel's first page.
+    RowsModel* tileRows() { return &m_tileRows; }
+    // The tile's to-dos by title, for the focus timer to offer.
+    QStringList dueTitles() const;
     bool showCompleted() const { return m_showCompleted; }
     void setShowCompleted(bool on);
-    QVariantList trash() const;
+    RowsModel* trash() { return &m_trash; }
     QString message() const { return m_message; }
 
     QString draft() const { return m_draft.text(); }
@@ -84,12 +92,19 @@ public:
 
 signals:
     void changed();
+    void listsChanged();
     void draftChanged();
     void messageChanged();
 
 private:
     TodoView view() const;
     void say(const QString& message);
+    // Lays what the store holds now over the lists shown, then says the page changed; again when
+    // the day turns or the next timed to-do falls due, as their due words change then.
+    void refresh();
+    QVariantList rowsOf(const QList<Reminder>& reminders, const QDateTime& now) const;
+    QVariantList trashRows(const QDateTime& now) const;
+    QVariantList viewRows() const;
     QVariantMap rowOf(const Reminder& reminder, const QDateTime& now) const;
 
     RemindersStore& m_store;
@@ -99,6 +114,12 @@ private:
     bool m_showCompleted = false;
     QString m_message;
     DueDraft m_draft;
+    RowsModel m_views{QStringLiteral("id"), this};
+    RowsModel m_rows{QStringLiteral("id"), this};
+    RowsModel m_tileRows{QStringLiteral("id"), this};
+    RowsModel m_trash{QStringLiteral("id"), this};
+    QVariantList m_lists;
+    ScheduledWork m_nextTurn;
 };
 
 } // namespace norva

@@ -22,10 +22,10 @@ Reminder todo(const char* id, const char* title, const char* list)
     return r;
 }
 
-QStringList titles(const QVariantList& rows)
+QStringList titles(const RowsModel* rows)
 {
     QStringList t;
-    for (const QVariant& row : rows)
+    for (const QVariant& row : rows->rows())
         t.append(row.toMap().value(QStringLiteral("title")).toString());
     return t;
 }
@@ -86,8 +86,7 @@ private slots:
                                             all, clock);
         TodosPageModel page(*store, clock);
         QCOMPARE(titles(page.rows()), QStringList{QStringLiteral("overdue")});
-        QCOMPARE(page.rows().first().toMap().value(QStringLiteral("dueState")).toString(),
-                 QStringLiteral("overdue"));
+        QCOMPARE(page.rows()->get(0).value(QStringLiteral("dueState")).toString(), QStringLiteral("overdue"));
         page.setCurrentView(QStringLiteral("scheduled"));
         QCOMPARE(titles(page.rows()), (QStringList{QStringLiteral("overdue"), QStringLiteral("tomorrow")}));
         page.setCurrentView(QStringLiteral("all"));

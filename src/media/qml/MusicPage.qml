@@ -298,7 +298,7 @@ Item {
     // the weather, and only when something is due, so the lyrics keep their room.
     TodoTile {
         id: todoTile
-        visible: !page.playing || due.length > 0
+        visible: !page.playing || dueCount > 0
         anchors { right: page.playing ? parent.right : weatherTile.left
                   bottom: page.playing ? weatherTile.top : parent.bottom
                   rightMargin: Theme.padding; bottomMargin: page.playing ? Theme.spacing : Theme.padding }

@@ -9,7 +9,7 @@ import Norva.Core
 Rectangle {
     id: tile
     readonly property TodosPageModel model: TodosPageModel
-    readonly property var due: model ? Array.from(model.tileRows).filter(row => !row.completed) : []
+    readonly property int dueCount: model ? model.tileRows.count : 0
     readonly property int shownCount: 3
     signal openRequested()
 
@@ -21,7 +21,7 @@ Rectangle {
     PlainText {
         id: heading
         anchors { left: parent.left; top: parent.top; leftMargin: 12; topMargin: 8 }
-        text: tile.due.length > tile.shownCount ? "To-dos  \u00B7 " + (tile.due.length - tile.shownCount) + " more"
+        text: tile.dueCount > tile.shownCount ? "To-dos  \u00B7 " + (tile.dueCount - tile.shownCount) + " more"
                                                 : "To-dos"
         color: Theme.textDim
         font.family: Theme.fontFamily
@@ -34,10 +34,13 @@ Rectangle {
                   leftMargin: 12; rightMargin: 12 }
         spacing: 2
         Repeater {
-            model: tile.due.slice(0, tile.shownCount)
+            model: tile.model ? tile.model.tileRows : null
+            // The first few show; the column leaves the hidden ones no room.
             delegate: Item {
                 id: dueRow
-                required property var modelData
+                required property var row
+                required property int index
+                visible: index < tile.shownCount
                 width: parent.width
                 height: 19
                 Rectangle {
@@ -46,12 +49,12 @@ Rectangle {
                     width: 8; height: 8; radius: 4
                     color: "transparent"
                     border.width: 1.5
-                    border.color: dueRow.modelData.listColor.length > 0 ? dueRow.modelData.listColor : Theme.textDim
+                    border.color: dueRow.row.listColor.length > 0 ? dueRow.row.listColor : Theme.textDim
                 }
                 PlainText {
                     anchors { left: mark.right; leftMargin: 7; right: dueText.left; rightMargin: 8
                               verticalCenter: parent.verticalCenter }
-                    text: dueRow.modelData.title
+                    text: dueRow.row.title
                     color: Theme.text
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall + 1
@@ -60,9 +63,9 @@ Rectangle {
                 PlainText {
                     id: dueText
                     anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-                    text: dueRow.modelData.dueText
-                    color: dueRow.modelData.dueState === "overdue" ? Theme.bad
-                         : modelData.dueState === "today" ? Theme.warn : Theme.textDim
+                    text: dueRow.row.dueText
+                    color: dueRow.row.dueState === "overdue" ? Theme.bad
+                         : dueRow.row.dueState === "today" ? Theme.warn : Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
                 }
@@ -71,7 +74,7 @@ Rectangle {
     }
 
     PlainText {
-        visible: tile.due.length === 0
+        visible: tile.dueCount === 0
         anchors { left: parent.left; right: parent.right; top: heading.bottom; topMargin: 14
                   leftMargin: 12; rightMargin: 12 }
         wrapMode: Text.WordWrap

@@ -22,12 +22,12 @@ Item {
         Repeater {
             model: page.model.views
             delegate: TodoListEntry {
-                required property var modelData
+                required property var row
                 width: side.width
-                view: modelData
-                selected: modelData.id === page.model.currentView && !page.trashShown
-                onChosen: { page.trashShown = false; page.model.currentView = modelData.id }
-                onDeleteRequested: page.model.deleteList(modelData.id)
+                view: row
+                selected: row.id === page.model.currentView && !page.trashShown
+                onChosen: { page.trashShown = false; page.model.currentView = row.id }
+                onDeleteRequested: page.model.deleteList(row.id)
             }
         }
         Item { width: 1; height: 4 }
@@ -119,20 +119,20 @@ Item {
             property int dragFrom: -1
             delegate: Item {
                 id: slot
-                required property var modelData
+                required property var row
                 required property int index
                 width: ListView.view.width
                 height: 30
                 TodoRow {
                     id: todoRow
                     anchors { left: parent.left; right: parent.right; leftMargin: 12 }
-                    todo: slot.modelData
+                    todo: slot.row
                     showList: !page.model.currentIsList
-                    lists: Array.from(page.model.views).filter(v => !v.smart)
-                    onToggled: page.model.toggle(slot.modelData.id)
-                    onRenamed: (title) => page.model.rename(slot.modelData.id, title)
-                    onTrashed: page.model.trashTask(slot.modelData.id)
-                    onMoved: (listId) => page.model.moveToList(slot.modelData.id, listId)
+                    lists: page.model.lists
+                    onToggled: page.model.toggle(slot.row.id)
+                    onRenamed: (title) => page.model.rename(slot.row.id, title)
+                    onTrashed: page.model.trashTask(slot.row.id)
+                    onMoved: (listId) => page.model.moveToList(slot.row.id, listId)
                 }
                 // The handle: drag a row up or down to put it in its place in the manual order.
                 PlainText {
@@ -175,7 +175,7 @@ Item {
             model: page.model.trash
             delegate: Rectangle {
                 id: trashedRow
-                required property var modelData
+                required property var row
                 required property int index
                 width: ListView.view.width
                 height: 28
@@ -183,7 +183,7 @@ Item {
                 color: Theme.card
                 PlainText {
                     anchors { left: parent.left; leftMargin: 10; right: restore.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
-                    text: trashedRow.modelData.title + "   " + trashedRow.modelData.listName + (trashedRow.modelData.dueText.length > 0 ? " · " + trashedRow.modelData.dueText : "")
+                    text: trashedRow.row.title + "   " + trashedRow.row.listName + (trashedRow.row.dueText.length > 0 ? " · " + trashedRow.row.dueText : "")
                     color: Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall + 1

@@ -151,15 +151,15 @@ Item {
             Repeater {
                 id: offered
                 model: page.timer.focus
-                       ? Array.from(TodosPageModel.tileRows).filter(row => !row.completed && page.timer.focusTargets.indexOf(row.title) < 0).slice(0, 3)
+                       ? Array.from(TodosPageModel.dueTitles).filter(title => page.timer.focusTargets.indexOf(title) < 0).slice(0, 3)
                        : []
                 delegate: Row {
                     id: offeredRow
-                    required property var modelData
+                    required property string modelData
                     spacing: Theme.spacing
                     PlainText {
                         anchors.verticalCenter: parent.verticalCenter
-                        text: "\u2022 " + offeredRow.modelData.title
+                        text: "\u2022 " + offeredRow.modelData
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -167,7 +167,7 @@ Item {
                     TextButton {
                         quiet: true
                         label: "Add to this session"
-                        onClicked: page.timer.addFocusTarget(offeredRow.modelData.title)
+                        onClicked: page.timer.addFocusTarget(offeredRow.modelData)
                     }
                 }
             }
