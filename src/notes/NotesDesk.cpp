@@ -114,9 +114,10 @@ void NotesDesk::rebuild()
     if (rows == m_rows)
         return;
     m_rows = rows;
-    m_rowValues.clear();
+    QVariantList values;
     for (const Row& row : std::as_const(m_rows))
-        m_rowValues << valueOf(row);
+        values << valueOf(row);
+    m_rowModel.setRows(values);
     emit rowsChanged();
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "notes/QuickNotesStore.h"
 
 #include <QDate>
@@ -22,7 +23,7 @@ class NotesDesk : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+    Q_PROPERTY(norva::RowsModel* rows READ rows CONSTANT)
     Q_PROPERTY(QStringList categories READ categories NOTIFY rowsChanged)
     Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
     Q_PROPERTY(QString selectedId READ selectedId NOTIFY selectionChanged)
@@ -49,7 +50,7 @@ public:
 
     NotesDesk(QuickNotesStore& store, Clock& clock, QObject* parent = nullptr);
 
-    QVariantList rows() const { return m_rowValues; }
+    RowsModel* rows() { return &m_rowModel; }
     const QList<Row>& rowList() const { return m_rows; }
     QStringList categories() const { return m_store.categories(); }
     QString filter() const { return m_filter; }
@@ -102,7 +103,7 @@ private:
     std::optional<std::pair<QuickNote, int>> m_removed;
     QHash<QUuid, CachedRow> m_cache;
     QList<Row> m_rows;
-    QVariantList m_rowValues;
+    RowsModel m_rowModel{QStringLiteral("id"), this};
     int m_rowsBuilt = 0;
 };
 

@@ -56,11 +56,11 @@ Item {
             model: page.desk.rows
             delegate: Rectangle {
                 id: noteRow
-                required property var modelData
+                required property var row
                 width: ListView.view.width
                 height: 44
                 radius: Theme.radiusSmall
-                color: modelData.id === page.desk.selectedId ? Theme.cardHover : (rowHover.hovered ? Theme.card : "transparent")
+                color: row.id === page.desk.selectedId ? Theme.cardHover : (rowHover.hovered ? Theme.card : "transparent")
                 Column {
                     anchors { left: parent.left; right: parent.right; leftMargin: 8; rightMargin: 8; verticalCenter: parent.verticalCenter }
                     Row {
@@ -68,15 +68,15 @@ Item {
                         spacing: 6
                         PlainText {
                             width: parent.width - day.width - 6
-                            text: noteRow.modelData.name
-                            color: noteRow.modelData.isPending ? Theme.textDim : Theme.text
+                            text: noteRow.row.name
+                            color: noteRow.row.isPending ? Theme.textDim : Theme.text
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontBody
                             elide: Text.ElideRight
                         }
                         PlainText {
                             id: day
-                            text: noteRow.modelData.day
+                            text: noteRow.row.day
                             color: Theme.textFaint
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontSmall
@@ -84,7 +84,7 @@ Item {
                     }
                     PlainText {
                         width: parent.width
-                        text: (noteRow.modelData.category.length > 0 ? noteRow.modelData.category + " · " : "") + noteRow.modelData.preview
+                        text: (noteRow.row.category.length > 0 ? noteRow.row.category + " · " : "") + noteRow.row.preview
                         color: Theme.textFaint
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontSmall
@@ -92,14 +92,14 @@ Item {
                     }
                 }
                 HoverHandler { id: rowHover }
-                TapHandler { onTapped: page.desk.select(noteRow.modelData.id) }
-                FocusRing { onActivated: page.desk.select(noteRow.modelData.id) }
+                TapHandler { onTapped: page.desk.select(noteRow.row.id) }
+                FocusRing { onActivated: page.desk.select(noteRow.row.id) }
             }
         }
         ScrollCue { view: noteList }
         PlainText {
             anchors.centerIn: parent
-            visible: page.desk.rows.length === 0
+            visible: page.desk.rows.count === 0
             text: page.desk.emptyText
             width: parent.width - 20
             horizontalAlignment: Text.AlignHCenter
