@@ -24,8 +24,20 @@ CalendarPageModel::CalendarPageModel(MeetingManager& meetings, Clock& clock, QOb
     : QObject(parent), m_meetings(meetings), m_clock(clock)
 {
     m_month = firstOfMonth(today());
-    connect(&m_meetings, &MeetingManager::eventsChanged, this, &CalendarPageModel::changed);
-    connect(&m_meetings, &MeetingManager::calendarAccessChanged, this, &CalendarPageModel::changed);
+    connect(&m_meetings, &MeetingManager::eventsChanged, this, &CalendarPageModel::refresh);
+    connect(&m_meetings, &MeetingManager::calendarAccessChanged, this, &CalendarPageModel::refresh);
+    refresh();
+}
+
+void CalendarPageModel::refresh()
+{
+    m_days.setRows(dayRows());
+    m_monthCells.setRows(monthRows());
+    m_calendars.setRows(calendarRows());
+    const QDateTime now = m_clock.now();
+    const QDateTime turn = today().addDays(1).startOfDay(m_meetings.timeZone());
+    m_dayTurn = m_clock.after(Seconds(now.msecsTo(turn) / 1000.0), [this] { refresh(); });
+    emit changed();
 }
 
 QDate CalendarPageModel::today() const
@@ -81,7 +93,7 @@ QVariantMap CalendarPageModel::rowOf(const Meeting& meeting) const
         {QStringLiteral("cancelled"), event && event->cancelled}};
 }
 
-QVariantList CalendarPageModel::days() const
+QVariantList CalendarPageModel::dayRows() const
 {
     QVariantList list;
     const QDate now = today();
@@ -107,7 +119,7 @@ QString CalendarPageModel::monthTitle() const
     return QLocale().toString(m_month, QStringLiteral("MMMM yyyy"));
 }
 
-QVariantList CalendarPageModel::monthCells() const
+QVariantList CalendarPageModel::monthRows() const
 {
     const QLocale locale;
     const int firstWeekday = int(locale.firstDayOfWeek());
@@ -134,7 +146,7 @@ QVariantList CalendarPageModel::monthCells() const
     return cells;
 }
 
-QVariantList CalendarPageModel::calendars() const
+QVariantList CalendarPageModel::calendarRows() const
 {
     QVariantList list;
     for (const CalendarInfo& calendar : m_meetings.calendars()) {
@@ -162,13 +174,13 @@ QString CalendarPageModel::emptyText() const
 void CalendarPageModel::previousMonth()
 {
     m_month = m_month.addMonths(-1);
-    emit changed();
+    refresh();
 }
 
 void CalendarPageModel::nextMonth()
 {
     m_month = m_month.addMonths(1);
-    emit changed();
+    refresh();
 }
 
 int CalendarPageModel::dayIndex(const QString& isoDate) const

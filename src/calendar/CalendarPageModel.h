@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "calendar/MeetingManager.h"
 
 #include <QDate>
@@ -18,10 +19,10 @@ class CalendarPageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList days READ days NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* days READ days CONSTANT)
     Q_PROPERTY(QString monthTitle READ monthTitle NOTIFY changed)
-    Q_PROPERTY(QVariantList monthCells READ monthCells NOTIFY changed)
-    Q_PROPERTY(QVariantList calendars READ calendars NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* monthCells READ monthCells CONSTANT)
+    Q_PROPERTY(norva::RowsModel* calendars READ calendars CONSTANT)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
@@ -37,10 +38,10 @@ public:
 
     explicit CalendarPageModel(MeetingManager& meetings, Clock& clock, QObject* parent = nullptr);
 
-    QVariantList days() const;
+    RowsModel* days() { return &m_days; }
     QString monthTitle() const;
-    QVariantList monthCells() const;
-    QVariantList calendars() const;
+    RowsModel* monthCells() { return &m_monthCells; }
+    RowsModel* calendars() { return &m_calendars; }
     QString emptyText() const;
     QString notice() const { return m_notice; }
 
@@ -67,6 +68,12 @@ signals:
     void noticeChanged();
 
 private:
+    // Lays the meetings and the month over the lists shown, then says the page changed; again when
+    // the day turns, as "Today" moves then.
+    void refresh();
+    QVariantList dayRows() const;
+    QVariantList monthRows() const;
+    QVariantList calendarRows() const;
     QVariantMap rowOf(const Meeting& meeting) const;
     QString colorOf(const Meeting& meeting) const;
     QString calendarNameOf(const Meeting& meeting) const;
@@ -77,6 +84,10 @@ private:
     Clock& m_clock;
     QDate m_month; // the first day of the month the month view shows
     QString m_notice;
+    RowsModel m_days{QStringLiteral("date"), this};
+    RowsModel m_monthCells{QString(), this}; // a cell stays in its place in the grid as months turn
+    RowsModel m_calendars{QStringLiteral("id"), this};
+    ScheduledWork m_dayTurn;
 };
 
 } // namespace norva

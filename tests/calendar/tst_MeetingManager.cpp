@@ -232,9 +232,8 @@ private slots:
         form[QStringLiteral("link")] =
             QStringLiteral("Join Zoom Meeting https://acme.zoom.us/j/123?pwd=x. Passcode 1");
         QVERIFY(page.save(form));
-        const QVariantList days = page.days();
-        QCOMPARE(days.size(), 1);
-        const QVariantMap row = days[0].toMap().value(QStringLiteral("events")).toList()[0].toMap();
+        QCOMPARE(page.days()->count(), 1);
+        const QVariantMap row = page.days()->get(0).value(QStringLiteral("events")).toList()[0].toMap();
         QCOMPARE(row.value(QStringLiteral("calendar")).toString(), QStringLiteral("Norva only"));
         QVERIFY(row.value(QStringLiteral("canJoin")).toBool());
         QVERIFY(page.join(row.value(QStringLiteral("key")).toString()));

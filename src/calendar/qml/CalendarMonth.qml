@@ -35,7 +35,7 @@ Item {
             model: month.model.monthCells
             delegate: Item {
                 id: dayCell
-                required property var modelData
+                required property var row
                 width: grid.cell
                 height: 30
                 Rectangle {
@@ -43,12 +43,12 @@ Item {
                     width: 22; height: 22; radius: 11
                     color: "transparent"
                     border.color: Theme.accent
-                    border.width: dayCell.modelData.isToday ? 1 : 0
+                    border.width: dayCell.row.isToday ? 1 : 0
                 }
                 PlainText {
                     anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 4 }
-                    text: dayCell.modelData.day
-                    color: dayCell.modelData.inMonth ? Theme.text : Theme.textFaint
+                    text: dayCell.row.day
+                    color: dayCell.row.inMonth ? Theme.text : Theme.textFaint
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
                 }
@@ -56,7 +56,7 @@ Item {
                     anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: 2 }
                     spacing: 2
                     Repeater {
-                        model: dayCell.modelData.dots
+                        model: dayCell.row.dots
                         delegate: Rectangle {
                             required property var modelData
                             width: 4; height: 4; radius: 2
@@ -64,8 +64,8 @@ Item {
                         }
                     }
                 }
-                TapHandler { onTapped: month.dayPicked(dayCell.modelData.date) }
-                FocusRing { onActivated: month.dayPicked(dayCell.modelData.date) }
+                TapHandler { onTapped: month.dayPicked(dayCell.row.date) }
+                FocusRing { onActivated: month.dayPicked(dayCell.row.date) }
             }
         }
     }

@@ -38,18 +38,18 @@ Item {
         model: page.model.days
         delegate: Column {
             id: dayGroup
-            required property var modelData
+            required property var row
             width: ListView.view.width
             spacing: 4
             PlainText {
-                text: dayGroup.modelData.label
+                text: dayGroup.row.label
                 color: Theme.textDim
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall
                 font.weight: Font.DemiBold
             }
             Repeater {
-                model: dayGroup.modelData.events
+                model: dayGroup.row.events
                 delegate: CalendarEventRow {
                     required property var modelData
                     width: days.width

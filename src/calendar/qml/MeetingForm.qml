@@ -86,10 +86,10 @@ Rectangle {
             Repeater {
                 model: form.model.calendars
                 delegate: TextButton {
-                    required property var modelData
-                    label: modelData.name
-                    quiet: modelData.id !== form.chosenCalendar
-                    onClicked: form.chosenCalendar = modelData.id
+                    required property var row
+                    label: row.name
+                    quiet: row.id !== form.chosenCalendar
+                    onClicked: form.chosenCalendar = row.id
                 }
             }
         }
