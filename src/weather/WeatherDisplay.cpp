@@ -41,6 +41,7 @@ QVariantList hourRows(const QList<HourForecast>& hours, const QDateTime& now)
     for (const HourForecast& hour : hours) {
         const bool underWay = hour.time <= now;
         rows.append(QVariantMap{
+            {QStringLiteral("time"), hour.time.toString(Qt::ISODate)},
             {QStringLiteral("label"),
              underWay ? QStringLiteral("Now") : hour.time.time().toString(QStringLiteral("HH:mm"))},
             {QStringLiteral("temperature"), temperatureText(hour.temperature)},
@@ -56,7 +57,8 @@ QVariantList dayRows(const QList<DayForecast>& days, const QDate& today)
     QVariantList rows;
     for (const DayForecast& day : days) {
         rows.append(
-            QVariantMap{{QStringLiteral("label"),
+            QVariantMap{{QStringLiteral("date"), day.date.toString(Qt::ISODate)},
+                        {QStringLiteral("label"),
                          day.date == today ? QStringLiteral("Today")
                                            : english.dayName(day.date.dayOfWeek(), QLocale::ShortFormat)},
                         {QStringLiteral("maximum"), temperatureText(day.maximum)},

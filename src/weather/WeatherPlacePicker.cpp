@@ -49,15 +49,11 @@ void WeatherPlacePicker::show(QList<GeoPlace> results, QString message)
         return;
     m_results = std::move(results);
     m_message = std::move(message);
-    emit changed();
-}
-
-QVariantList WeatherPlacePicker::resultRows() const
-{
     QVariantList rows;
-    for (const GeoPlace& place : m_results)
+    for (const GeoPlace& place : std::as_const(m_results))
         rows.append(QVariantMap{{QStringLiteral("name"), place.name}});
-    return rows;
+    m_resultRows.setRows(rows);
+    emit changed();
 }
 
 void WeatherPlacePicker::pin(int index)

@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "weather/GeoPlace.h"
 
 #include <QObject>
@@ -20,7 +21,7 @@ class WeatherPlacePicker : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY changed)
-    Q_PROPERTY(QVariantList results READ resultRows NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* results READ resultRows CONSTANT)
     Q_PROPERTY(QString message READ message NOTIFY changed)
 
 public:
@@ -35,7 +36,7 @@ public:
     QString query() const { return m_query; }
     void setQuery(const QString& query);
     const QList<GeoPlace>& results() const { return m_results; }
-    QVariantList resultRows() const;
+    RowsModel* resultRows() { return &m_resultRows; }
     QString message() const { return m_message; }
 
     // Pins the result at `index` and clears the search.
@@ -57,6 +58,7 @@ private:
     quint64 m_token = 0; // the latest search; older answers are dropped
     QList<GeoPlace> m_results;
     QString m_message;
+    RowsModel m_resultRows{QString(), this}; // places have no id of their own: laid over by position
 };
 
 } // namespace norva

@@ -58,6 +58,9 @@ WeatherService::WeatherService(Clock& clock, WeatherSettings& settings, Temperat
     connect(&m_settings, &WeatherSettings::placeChanged, this, &WeatherService::followPlaceAndUnit);
     connect(&m_settings, &WeatherSettings::unitChanged, this, &WeatherService::followPlaceAndUnit);
     connect(&m_settings, &WeatherSettings::closedNotchChanged, this, &WeatherService::changed);
+    // "Now" and "Today" read the clock, so the rows are read again at every change, as each word
+    // the page shows is; rows that read the same stay as they are.
+    connect(this, &WeatherService::changed, this, &WeatherService::refreshRows);
     // The services' addresses need no following: each request reads its address as it is made, so
     // one under way finishes where it went and the next goes to the new address.
 }
@@ -376,15 +379,12 @@ bool WeatherService::isOld() const
     return m_lastFetch && m_clock.secondsSince(*m_lastFetch) >= oldAfter.count();
 }
 
-QVariantList WeatherService::hourRows() const
+void WeatherService::refreshRows()
 {
-    return WeatherDisplay::hourRows(m_nextHours, m_clock.now());
-}
-
-QVariantList WeatherService::dayRows() const
-{
-    const QDate today = m_clock.now().toOffsetFromUtc(m_forecast ? m_forecast->utcOffsetSeconds : 0).date();
-    return WeatherDisplay::dayRows(m_dayForecasts, today);
+    const QDateTime now = m_clock.now();
+    m_hours.setRows(WeatherDisplay::hourRows(m_nextHours, now));
+    const QDate today = now.toOffsetFromUtc(m_forecast ? m_forecast->utcOffsetSeconds : 0).date();
+    m_days.setRows(WeatherDisplay::dayRows(m_dayForecasts, today));
 }
 
 QString WeatherService::unitChoice() const

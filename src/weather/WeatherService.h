@@ -3,6 +3,7 @@
 #include "app/Clock.h"
 #include "app/HttpClient.h"
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "weather/Forecast.h"
 #include "weather/GeoPlace.h"
 #include "weather/TemperatureUnit.h"
@@ -40,8 +41,8 @@ class WeatherService : public QObject {
     Q_PROPERTY(QString failure READ failure NOTIFY changed)
     Q_PROPERTY(QString ageText READ ageText NOTIFY changed)
     Q_PROPERTY(bool isOld READ isOld NOTIFY changed)
-    Q_PROPERTY(QVariantList hours READ hourRows NOTIFY changed)
-    Q_PROPERTY(QVariantList days READ dayRows NOTIFY changed)
+    Q_PROPERTY(norva::RowsModel* hours READ hours CONSTANT)
+    Q_PROPERTY(norva::RowsModel* days READ days CONSTANT)
     Q_PROPERTY(QString unitChoice READ unitChoice WRITE setUnitChoice NOTIFY changed)
     Q_PROPERTY(QString unitLabel READ unitLabel NOTIFY changed)
     Q_PROPERTY(bool showOnClosedNotch READ showOnClosedNotch WRITE setShowOnClosedNotch NOTIFY changed)
@@ -101,8 +102,8 @@ public:
     QString statusText() const;
     QString ageText() const;
     bool isOld() const;
-    QVariantList hourRows() const;
-    QVariantList dayRows() const;
+    RowsModel* hours() { return &m_hours; }
+    RowsModel* days() { return &m_days; }
     QString unitChoice() const; // "system", "celsius" or "fahrenheit"
     void setUnitChoice(const QString& choice);
     // "°C", "°F", or the desktop's unit with "(system)".
@@ -135,6 +136,8 @@ private:
                       const QDateTime& fetchedAt);
     void noteFailure(const QString& userText, const QString& what, const QString& cause);
     void restoreKept();
+    // Lays the hours and days as they read now over the ones shown.
+    void refreshRows();
 
     Clock& m_clock;
     WeatherSettings& m_settings;
@@ -160,6 +163,8 @@ private:
     QString m_failure;
     QString m_failureCause;
     std::optional<QDateTime> m_lastFetch;
+    RowsModel m_hours{QStringLiteral("time"), this}; // an hour keeps its cell as the hours move on
+    RowsModel m_days{QStringLiteral("date"), this};
 };
 
 } // namespace norva

@@ -34,7 +34,7 @@ private slots:
             QByteArray("/v1/search?name=S%C3%A3o%20Paulo%20%26%20Berlin&count=6&language=en&format=json"));
         QCOMPARE(log.lines(), QStringList{"Norva Weather: searching places for \"São Paulo & Berlin\""});
         QCOMPARE(picker.message(), QString());
-        QCOMPARE(picker.resultRows().at(1).toMap().value("name").toString(),
+        QCOMPARE(picker.resultRows()->get(1).value("name").toString(),
                  QStringLiteral("Berlin, New Hampshire, United States"));
     }
 

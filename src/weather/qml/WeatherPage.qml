@@ -75,7 +75,7 @@ Item {
                 model: page.service.hours
                 delegate: Rectangle {
                     id: hourCell
-                    required property var modelData
+                    required property var row
                     width: 60
                     height: 70
                     radius: Theme.radiusSmall
@@ -85,19 +85,19 @@ Item {
                         spacing: 3
                         PlainText {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            text: hourCell.modelData.label
+                            text: hourCell.row.label
                             color: Theme.textDim
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontSmall
                         }
                         WeatherGlyph {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            name: hourCell.modelData.glyph
+                            name: hourCell.row.glyph
                             size: 16
                         }
                         PlainText {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            text: hourCell.modelData.temperature
+                            text: hourCell.row.temperature
                             color: Theme.text
                             font.family: Theme.fontFamily
                             font.pixelSize: Theme.fontBody
@@ -114,14 +114,14 @@ Item {
                 model: page.service.days
                 delegate: Item {
                     id: dayRow
-                    required property var modelData
+                    required property var row
                     width: parent.width
                     height: 20
                     PlainText {
                         id: dayLabel
                         width: 56
                         anchors.verticalCenter: parent.verticalCenter
-                        text: dayRow.modelData.label
+                        text: dayRow.row.label
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -130,19 +130,19 @@ Item {
                         id: dayGlyph
                         anchors { left: dayLabel.right; verticalCenter: parent.verticalCenter }
                         width: 22
-                        name: dayRow.modelData.glyph
+                        name: dayRow.row.glyph
                         size: 14
                     }
                     PlainText {
                         anchors { left: dayGlyph.right; leftMargin: 8; verticalCenter: parent.verticalCenter }
-                        text: dayRow.modelData.text
+                        text: dayRow.row.text
                         color: Theme.textDim
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontSmall
                     }
                     PlainText {
                         anchors { right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
-                        text: dayRow.modelData.maximum + "  " + dayRow.modelData.minimum
+                        text: dayRow.row.maximum + "  " + dayRow.row.minimum
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -212,7 +212,7 @@ Item {
                 model: page.picker.results
                 delegate: Rectangle {
                     id: placeRow
-                    required property var modelData
+                    required property var row
                     required property int index
                     width: results.width
                     height: 24
@@ -221,7 +221,7 @@ Item {
                     PlainText {
                         anchors { left: parent.left; right: parent.right; leftMargin: 8; rightMargin: 8
                                   verticalCenter: parent.verticalCenter }
-                        text: placeRow.modelData.name
+                        text: placeRow.row.name
                         elide: Text.ElideRight
                         color: Theme.text
                         font.family: Theme.fontFamily

@@ -62,22 +62,25 @@ Rectangle {
         anchors { left: parent.left; bottom: parent.bottom; leftMargin: 12; bottomMargin: 8 }
         spacing: 12
         Repeater {
-            model: tile.service ? Array.from(tile.service.hours).slice(1, 5) : []
+            model: tile.service ? tile.service.hours : null
+            // The four hours after this one; the row leaves the hidden ones no room.
             delegate: Row {
                 id: hourCell
-                required property var modelData
+                required property var row
+                required property int index
+                visible: index >= 1 && index < 5
                 spacing: 3
                 PlainText {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: hourCell.modelData.label.slice(0, 2)
+                    text: hourCell.row.label.slice(0, 2)
                     color: Theme.textFaint
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall - 1
                 }
-                WeatherGlyph { anchors.verticalCenter: parent.verticalCenter; name: hourCell.modelData.glyph; size: 11 }
+                WeatherGlyph { anchors.verticalCenter: parent.verticalCenter; name: hourCell.row.glyph; size: 11 }
                 PlainText {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: hourCell.modelData.temperature
+                    text: hourCell.row.temperature
                     color: Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
