@@ -104,6 +104,8 @@ private:
     QHash<QUuid, CachedRow> m_cache;
     QList<Row> m_rows;
     RowsModel m_rowModel{QStringLiteral("id"), this};
+    QDate m_dayTurnAfter; // the day whose end rebuilds the rows, as their day words change then
+    ScheduledWork m_dayTurn;
     int m_rowsBuilt = 0;
 };
 
