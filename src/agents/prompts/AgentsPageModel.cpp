@@ -8,13 +8,13 @@
 namespace norva {
 
 AgentsPageModel::AgentsPageModel(AgentPromptsManager& manager, QObject* parent)
-    : QObject(parent), m_manager(manager)
+    : QObject(parent), m_manager(manager), m_cards(QStringLiteral("id"), this)
 {
-    connect(&m_manager, &AgentPromptsManager::promptsChanged, this, &AgentsPageModel::rebuild);
-    rebuild();
+    connect(&m_manager, &AgentPromptsManager::promptsChanged, this, &AgentsPageModel::refreshCards);
+    refreshCards();
 }
 
-void AgentsPageModel::rebuild()
+void AgentsPageModel::refreshCards()
 {
     QVariantList cards;
     for (const PromptCard& card : m_manager.prompts()) {
@@ -30,9 +30,9 @@ void AgentsPageModel::rebuild()
             {QStringLiteral("options"), card.options},
         };
     }
-    if (cards == m_cards)
+    if (cards == m_cards.rows())
         return;
-    m_cards = cards;
+    m_cards.setRows(cards);
     emit cardsChanged();
 }
 

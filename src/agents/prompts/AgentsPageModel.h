@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include <QObject>
 #include <QVariantList>
 #include <QtQmlIntegration/qqmlintegration.h>
@@ -15,14 +16,14 @@ class AgentsPageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList cards READ cards NOTIFY cardsChanged)
+    Q_PROPERTY(norva::RowsModel* cards READ cards CONSTANT)
     Q_PROPERTY(int count READ count NOTIFY cardsChanged)
 public:
     static AgentsPageModel* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<AgentsPageModel>(); }
     explicit AgentsPageModel(AgentPromptsManager& manager, QObject* parent = nullptr);
 
-    QVariantList cards() const { return m_cards; }
-    int count() const { return int(m_cards.size()); }
+    RowsModel* cards() { return &m_cards; }
+    int count() const { return m_cards.count(); }
 
     Q_INVOKABLE bool allow(const QString& id);
     Q_INVOKABLE bool deny(const QString& id);
@@ -37,10 +38,11 @@ signals:
     void terminalRequested(const QString& transcriptPath);
 
 private:
-    void rebuild();
+    // Lays the waiting prompts over the shown cards, so an open page keeps the cards that stay.
+    void refreshCards();
 
     AgentPromptsManager& m_manager;
-    QVariantList m_cards;
+    RowsModel m_cards;
 };
 
 } // namespace norva

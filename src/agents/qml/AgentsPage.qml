@@ -8,25 +8,17 @@ import Norva.Core
 Item {
     id: page
     readonly property AgentsPageModel model: AgentsPageModel
-    // After a card is answered, the cards ignore clicks for a moment and the answered card's place
-    // stays as a gap meanwhile, so the second click of a double click never answers the card that
-    // would have slid under the pointer.
+    // After a card is answered, the cards ignore clicks for a moment and the answered card keeps its
+    // place as a blank gap meanwhile, so the second click of a double click never answers the card
+    // that would have slid under the pointer.
     readonly property int answerPause: 400
     implicitHeight: (usageWindows.visible ? usageWindows.height + Theme.spacing : 0) + list.contentHeight
-    property var gap: null // {id, index, height} of the card just answered
-    function answered(id, index, height) {
-        gap = {"id": id, "index": index, "height": height}
+    property string answeredId: ""
+    function answered(id) {
+        answeredId = id
         answerGuard.restart()
     }
-    Timer { id: answerGuard; interval: page.answerPause; onTriggered: page.gap = null }
-    readonly property var shownCards: {
-        const cards = page.model ? page.model.cards : []
-        if (!page.gap || cards.some(card => card.id === page.gap.id))
-            return cards
-        const withGap = cards.slice()
-        withGap.splice(Math.min(page.gap.index, withGap.length), 0, {"isGap": true, "gapHeight": page.gap.height})
-        return withGap
-    }
+    Timer { id: answerGuard; interval: page.answerPause; onTriggered: page.answeredId = "" }
 
     UsageWindows {
         id: usageWindows
@@ -40,29 +32,31 @@ Item {
                   topMargin: usageWindows.visible ? Theme.spacing : 0 }
         spacing: Theme.spacing
         clip: true
-        model: page.shownCards
+        model: page.model ? page.model.cards : null
         // Qt 6.4 will not let a Loader in a bound delegate make the delegate's own components
         // ("Cannot instantiate bound component outside its creation context"), so this file stays
         // unbound, and its delegate reaches the page's ids as an unbound component does.
         // qmllint disable unqualified
         delegate: Loader {
             id: slot
-            required property var modelData
-            required property int index
+            required property var row
             width: list.width
-            sourceComponent: modelData.isGap ? gapSlot : modelData.isQuestion ? questionCard : promptCard
+            sourceComponent: row.isQuestion ? questionCard : promptCard
+            // The answered card, once gone from the list, stays in the view unseen until the pause
+            // ends, holding its place.
+            property bool gone: false
+            opacity: gone ? 0 : 1
+            enabled: !gone
+            ListView.onRemove: gone = answerGuard.running && page.answeredId === row.id
+            ListView.delayRemove: gone && answerGuard.running
             function answer(reply) {
-                page.answered(modelData.id, slot.index, slot.height)
-                reply(modelData.id)
-            }
-            Component {
-                id: gapSlot
-                Item { height: slot.modelData.gapHeight }
+                page.answered(row.id)
+                reply(row.id)
             }
             Component {
                 id: promptCard
                 AgentPromptCard {
-                    card: slot.modelData
+                    card: slot.row
                     answerable: !answerGuard.running
                     onAllow: slot.answer(page.model.allow)
                     onDeny: slot.answer(page.model.deny)
@@ -72,8 +66,8 @@ Item {
             Component {
                 id: questionCard
                 AgentQuestionCard {
-                    card: slot.modelData
-                    onShowTerminal: page.model.showTerminal(slot.modelData.id)
+                    card: slot.row
+                    onShowTerminal: page.model.showTerminal(slot.row.id)
                 }
             }
         }

@@ -119,7 +119,7 @@ private slots:
         RunningCore core;
         auto hook = startHook(installedCommand(agent), payloadFor(agent));
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 10000);
-        const QVariantMap card = core.model->cards().at(0).toMap();
+        const QVariantMap card = core.model->cards()->get(0);
         QCOMPARE(card.value("subject").toString(), QStringLiteral("npm publish"));
         QCOMPARE(card.value("folder").toString(), QStringLiteral("shop"));
         const QString id = card.value("id").toString();

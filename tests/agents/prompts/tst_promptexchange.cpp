@@ -246,7 +246,7 @@ private slots:
         // The manual clock never moves: only the folder watch can bring this card.
         core.folder().write("pending-toolu_1.json", bashPayload);
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
-        const QVariantMap card = core.model->cards().at(0).toMap();
+        const QVariantMap card = core.model->cards()->get(0);
         QCOMPARE(card.value("agent").toString(), QStringLiteral("Claude Code"));
         QCOMPARE(card.value("tool").toString(), QStringLiteral("Bash"));
         QCOMPARE(card.value("subject").toString(), QStringLiteral("git push origin main"));
@@ -359,7 +359,7 @@ private slots:
             "pending-toolu_q.json",
             R"({"tool_name":"AskUserQuestion","tool_input":{"questions":[{"question":"Ship it?"}]}})");
         QTRY_COMPARE_WITH_TIMEOUT(core.model->count(), 1, 5000);
-        QVERIFY(core.model->cards().at(0).toMap().value("isQuestion").toBool());
+        QVERIFY(core.model->cards()->get(0).value("isQuestion").toBool());
         QCOMPARE(core.alerts.notes, QStringList{"Claude Code has a question | Ship it?"});
         QVERIFY(!core.model->allow("toolu_q"));
         QVERIFY(!core.folder().exists("resp-toolu_q"));
