@@ -34,12 +34,20 @@ QString sizeText(qint64 bytes)
 
 ShelfDesk::ShelfDesk(ShelfManager& shelf, ClipboardSource& clipboard, std::shared_ptr<FileOpener> opener,
                      QObject* parent)
-    : QObject(parent), m_shelf(shelf), m_clipboard(clipboard), m_opener(std::move(opener))
+    : QObject(parent), m_shelf(shelf), m_clipboard(clipboard), m_opener(std::move(opener)),
+      m_items(QStringLiteral("id"), this)
 {
     m_offMain = [](QObject* receiver, std::function<Outcome()> work, std::function<void(Outcome)> done) {
         runOffMain<Outcome>(receiver, std::move(work), std::move(done));
     };
-    connect(&m_shelf, &ShelfManager::itemsChanged, this, &ShelfDesk::itemsChanged);
+    connect(&m_shelf, &ShelfManager::itemsChanged, this, &ShelfDesk::refreshItems);
+    refreshItems();
+}
+
+void ShelfDesk::refreshItems()
+{
+    m_items.setRows(itemRows());
+    emit itemsChanged();
 }
 
 QString ShelfDesk::emptyText() const
@@ -47,7 +55,7 @@ QString ShelfDesk::emptyText() const
     return QStringLiteral("Drop files here to keep them at hand.");
 }
 
-QVariantList ShelfDesk::items() const
+QVariantList ShelfDesk::itemRows() const
 {
     QStringList paths;
     for (const auto& item : m_shelf.items())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "shelf/ShelfActions.h"
 #include "shelf/ShelfManager.h"
 
@@ -24,7 +25,7 @@ class ShelfDesk : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList items READ items NOTIFY itemsChanged)
+    Q_PROPERTY(norva::RowsModel* items READ items CONSTANT)
     Q_PROPERTY(int count READ count NOTIFY itemsChanged)
     Q_PROPERTY(QStringList pictureIds READ pictureIds NOTIFY itemsChanged)
     Q_PROPERTY(QString toast READ toast NOTIFY toastChanged)
@@ -67,7 +68,7 @@ public:
     void perform(Action action, const QList<QUuid>& ids, const QString& argument = {},
                  std::function<void(Outcome)> done = {});
 
-    QVariantList items() const;
+    RowsModel* items() { return &m_items; }
     int count() const { return int(m_shelf.items().size()); }
     // The pictures on the shelf, newest first: what "PDF of pictures" puts together.
     QStringList pictureIds() const;
@@ -120,6 +121,9 @@ private:
     void finish(const Outcome& outcome, const std::function<void(Outcome)>& done);
     Outcome failed(const QString& logTail, const QString& toast) const;
     QString partialPath() const;
+    // Lays the shelf's files over the shown tiles, so an open page keeps the tiles that stay.
+    void refreshItems();
+    QVariantList itemRows() const;
 
     ShelfManager& m_shelf;
     ClipboardSource& m_clipboard;
@@ -128,6 +132,7 @@ private:
     QString m_toast;
     bool m_toastFailed = false;
     int m_running = 0;
+    RowsModel m_items;
 };
 
 } // namespace norva

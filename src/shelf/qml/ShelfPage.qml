@@ -39,10 +39,10 @@ Item {
         model: page.desk.items
         delegate: ShelfTile {
             id: tile
-            required property var modelData
-            item: modelData
-            onAction: name => page.act(modelData, name, "")
-            onMenuWanted: from => menu.openFor(modelData, from, tile)
+            required property var row
+            item: row
+            onAction: name => page.act(row, name, "")
+            onMenuWanted: from => menu.openFor(row, from, tile)
         }
     }
 
@@ -105,8 +105,8 @@ Item {
 
     function allIds() {
         const ids = []
-        for (const item of page.desk.items)
-            ids.push(item.id)
+        for (let i = 0; i < page.desk.items.count; ++i)
+            ids.push(page.desk.items.get(i).id)
         return ids
     }
 }
