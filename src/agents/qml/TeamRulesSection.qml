@@ -9,7 +9,7 @@ Item {
     id: section
     // The team policy; the Team page hands over the one Norva runs.
     property TeamPolicy policy: TeamPolicy
-    readonly property var rules: policy ? policy.rules : []
+    readonly property RowsModel rules: policy ? policy.rules : null
 
     Column {
         anchors.fill: parent
@@ -23,7 +23,7 @@ Item {
         }
         PlainText {
             width: parent.width
-            text: section.rules.length === 0
+            text: section.rules === null || section.rules.count === 0
                   ? "No team rules apply on this computer."
                   : "Never rules deny a matching call in every agent, even when the notch doesn't answer prompts."
             color: Theme.textFaint
@@ -36,13 +36,13 @@ Item {
             model: section.rules
             delegate: Item {
                 id: ruleRow
-                required property var modelData
+                required property var row
                 width: parent.width
-                height: modelData.never ? 28 : alwaysRow.implicitHeight
+                height: row.never ? 28 : alwaysRow.implicitHeight
 
                 Row {
                     id: neverRow
-                    visible: ruleRow.modelData.never
+                    visible: ruleRow.row.never
                     spacing: Theme.spacing
                     anchors.verticalCenter: parent.verticalCenter
                     Rectangle {
@@ -51,7 +51,7 @@ Item {
                         color: Theme.bad
                     }
                     PlainText {
-                        text: ruleRow.modelData.phrase
+                        text: ruleRow.row.phrase
                         color: Theme.text
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.fontBody
@@ -59,12 +59,12 @@ Item {
                 }
                 ToggleRow {
                     id: alwaysRow
-                    visible: !ruleRow.modelData.never
+                    visible: !ruleRow.row.never
                     width: parent.width
-                    label: ruleRow.modelData.phrase
-                    detail: ruleRow.modelData.on ? "Answered for you on the notch." : "Off: you're asked as usual."
-                    checked: ruleRow.modelData.on
-                    onToggled: on => section.policy.setAlwaysRuleOn(ruleRow.modelData.identifier, on)
+                    label: ruleRow.row.phrase
+                    detail: ruleRow.row.on ? "Answered for you on the notch." : "Off: you're asked as usual."
+                    checked: ruleRow.row.on
+                    onToggled: on => section.policy.setAlwaysRuleOn(ruleRow.row.identifier, on)
                 }
             }
         }

@@ -9,11 +9,11 @@ Row {
     id: usageRow
     // The usage reader; the sessions page hands over the one Norva runs.
     property UsageMonitor monitor: UsageMonitor
-    readonly property var windows: monitor ? monitor.windows : []
+    readonly property RowsModel windows: monitor ? monitor.windows : null
     // The person's switch: the windows show only while it is on.
     property bool shown: true
 
-    visible: shown && windows.length > 0
+    visible: shown && windows !== null && windows.count > 0
     spacing: Theme.padding
     height: visible ? 40 : 0
 
@@ -21,7 +21,7 @@ Row {
         model: usageRow.windows
         delegate: Column {
             id: window
-            required property var modelData
+            required property var row
             width: 150
             spacing: 3
 
@@ -29,14 +29,14 @@ Row {
                 width: parent.width
                 PlainText {
                     width: parent.width - percentText.width
-                    text: window.modelData.label
+                    text: window.row.label
                     color: Theme.textDim
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
                 }
                 PlainText {
                     id: percentText
-                    text: window.modelData.percent + "%"
+                    text: window.row.percent + "%"
                     color: Theme.text
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.fontSmall
@@ -48,16 +48,16 @@ Row {
                 radius: 2.5
                 color: Theme.separator
                 Rectangle {
-                    width: parent.width * window.modelData.percent / 100
+                    width: parent.width * window.row.percent / 100
                     height: parent.height
                     radius: parent.radius
-                    color: window.modelData.level === "full" ? Theme.bad
-                         : window.modelData.level === "high" ? Theme.warn : Theme.accent
+                    color: window.row.level === "full" ? Theme.bad
+                         : window.row.level === "high" ? Theme.warn : Theme.accent
                     Behavior on width { NumberAnimation { duration: Theme.normal; easing.type: Easing.OutCubic } }
                 }
             }
             PlainText {
-                text: window.modelData.resetText
+                text: window.row.resetText
                 color: Theme.textFaint
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.fontSmall

@@ -35,16 +35,17 @@ std::optional<QByteArray> readFile(const QString& path)
 TeamPolicy::TeamPolicy(SettingsStore& settings, Clock& clock, QString approvalsFolder, QString userRulesFile,
                        QString managedRulesFile, QObject* parent)
     : QObject(parent), m_settings(settings), m_clock(clock), m_approvalsFolder(std::move(approvalsFolder)),
-      m_userRulesFile(std::move(userRulesFile)), m_managedRulesFile(std::move(managedRulesFile))
+      m_userRulesFile(std::move(userRulesFile)), m_managedRulesFile(std::move(managedRulesFile)),
+      m_ruleRows(QStringLiteral("identifier"), this)
 {
     m_responderThread.setObjectName(QStringLiteral("norva.team.denycheck"));
     m_responder = new TeamDenyResponder;
     m_responder->moveToThread(&m_responderThread);
     m_responderThread.start();
-    // Only the switched-off set matters here; the view re-reads it through rulesChanged.
+    // Only the switched-off set matters here; the listed rules follow it.
     m_settings.follow({switchedOffKey}, this, [this](const QString&) {
         if (!m_rules.isEmpty())
-            emit rulesChanged();
+            publishRules();
     });
 }
 
@@ -222,7 +223,7 @@ void TeamPolicy::apply(const QList<TeamRule>& rules, const QString& source)
                 responder->stop();
         },
         Qt::BlockingQueuedConnection);
-    emit rulesChanged();
+    publishRules();
     if (needed != hadNever)
         emit hooksNeededChanged(needed);
 }
@@ -256,6 +257,12 @@ void TeamPolicy::setAlwaysRuleOn(const QString& identifier, bool on)
     m_settings.write(
         QString::fromUtf8(QJsonDocument(QJsonArray::fromStringList(sorted)).toJson(QJsonDocument::Compact)),
         switchedOffKey);
+    publishRules();
+}
+
+void TeamPolicy::publishRules()
+{
+    m_ruleRows.setRows(rulesForView());
     emit rulesChanged();
 }
 

@@ -4,6 +4,7 @@
 #include "agents/team/TeamVerdict.h"
 #include "app/Clock.h"
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 
 #include <QJsonObject>
 #include <QObject>
@@ -27,7 +28,7 @@ class TeamPolicy : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList rules READ rulesForView NOTIFY rulesChanged)
+    Q_PROPERTY(norva::RowsModel* rules READ ruleRows CONSTANT)
     Q_PROPERTY(bool hasNeverRules READ hasNeverRules NOTIFY rulesChanged)
     Q_PROPERTY(QString source READ source NOTIFY rulesChanged)
 
@@ -59,7 +60,8 @@ public:
     bool hasNeverRules() const;
     QString source() const { return m_source; }
     QSet<QString> switchedOff() const;
-    QVariantList rulesForView() const;
+    // The rules as the Team page lists them, each with whether the person keeps it on.
+    RowsModel* ruleRows() { return &m_ruleRows; }
 
     // For a permission prompt on the notch: allow when an always rule covers it and the person has
     // not switched that rule off; deny when a never rule matches (in case a hook asked anyway).
@@ -86,6 +88,9 @@ signals:
 private:
     void apply(const QList<TeamRule>& rules, const QString& source);
     void watchFiles();
+    // Lays the rules, with the person's switches, over the listed ones, then says they changed.
+    void publishRules();
+    QVariantList rulesForView() const;
 
     SettingsStore& m_settings;
     Clock& m_clock;
@@ -100,6 +105,7 @@ private:
     ScheduledWork m_recheck;
     QThread m_responderThread;
     TeamDenyResponder* m_responder = nullptr;
+    RowsModel m_ruleRows;
 };
 
 } // namespace norva

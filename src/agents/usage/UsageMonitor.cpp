@@ -27,7 +27,8 @@ const QString kPrefix = QStringLiteral("Norva agents: Claude usage");
 } // namespace
 
 UsageMonitor::UsageMonitor(Clock& clock, QString approvalsFolder, QObject* parent)
-    : QObject(parent), m_clock(clock), m_folder(std::move(approvalsFolder))
+    : QObject(parent), m_clock(clock), m_folder(std::move(approvalsFolder)),
+      m_windows(QStringLiteral("label"), this)
 {}
 
 UsageMonitor::~UsageMonitor() = default;
@@ -61,7 +62,7 @@ void UsageMonitor::hide(const QString& line)
     m_lastReason = line;
     if (available()) {
         m_limits = {};
-        emit windowsChanged();
+        publish();
     }
 }
 
@@ -94,7 +95,7 @@ void UsageMonitor::refresh()
     m_lastReason.clear();
     // The "resets in" words depend on now, so the view is told on every reading.
     m_limits = reading.limits;
-    emit windowsChanged();
+    publish();
 }
 
 QString UsageMonitor::resetText(const QDateTime& at, const QDateTime& now)
@@ -110,7 +111,13 @@ QString UsageMonitor::resetText(const QDateTime& at, const QDateTime& now)
     return QStringLiteral("resets in %1 min").arg(std::max<qint64>(1, minutes));
 }
 
-QVariantList UsageMonitor::windowsForView() const
+void UsageMonitor::publish()
+{
+    m_windows.setRows(windowRows());
+    emit windowsChanged();
+}
+
+QVariantList UsageMonitor::windowRows() const
 {
     QVariantList list;
     const QDateTime now = m_clock.now();

@@ -3,6 +3,7 @@
 #include "agents/usage/UsageBridge.h"
 #include "app/Clock.h"
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 
 #include <QObject>
 #include <QVariantList>
@@ -19,7 +20,7 @@ class UsageMonitor : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(QVariantList windows READ windowsForView NOTIFY windowsChanged)
+    Q_PROPERTY(norva::RowsModel* windows READ windows CONSTANT)
     Q_PROPERTY(bool available READ available NOTIFY windowsChanged)
 
 public:
@@ -34,7 +35,7 @@ public:
 
     UsageBridge::Limits limits() const { return m_limits; }
     bool available() const { return m_limits.fiveHour || m_limits.sevenDay; }
-    QVariantList windowsForView() const;
+    RowsModel* windows() { return &m_windows; }
     // "resets in 2 h 5 min": the time left until `at`, in the notch's short words.
     static QString resetText(const QDateTime& at, const QDateTime& now);
 
@@ -43,6 +44,9 @@ signals:
 
 private:
     void hide(const QString& line);
+    // Lays the windows of the latest reading over the shown ones, then says they changed.
+    void publish();
+    QVariantList windowRows() const;
 
     Clock& m_clock;
     QString m_folder;
@@ -50,6 +54,7 @@ private:
     ScheduledWork m_tick;
     UsageBridge::Limits m_limits;
     QString m_lastReason;
+    RowsModel m_windows;
 };
 
 } // namespace norva

@@ -109,7 +109,7 @@ private slots:
         QCOMPARE(needed.at(0).at(0).toBool(), true);
         QCOMPARE(log.lines(),
                  QStringList{"Norva team: 3 rules in force from " + f.userFile + " (1 never, 2 always)"});
-        const QVariantList view = f.policy.rulesForView();
+        const QVariantList& view = f.policy.ruleRows()->rows();
         QCOMPARE(view.size(), 3);
         QCOMPARE(view.at(0).toMap().value("phrase").toString(), QStringLiteral("never run git push*"));
         QCOMPARE(view.at(2).toMap().value("phrase").toString(),
@@ -209,7 +209,7 @@ private slots:
 
         f.policy.setAlwaysRuleOn("status", false);
         QCOMPARE(f.policy.decidePrompt("Bash", status, false).outcome, TeamDecision::Outcome::none);
-        QCOMPARE(f.policy.rulesForView().at(1).toMap().value("on").toBool(), false);
+        QCOMPARE(f.policy.ruleRows()->get(1).value("on").toBool(), false);
         // The switch-off is a preference: a new policy over the same preferences keeps it.
         SettingsStore settings(f.preferences);
         TeamPolicy other(settings, f.clock, f.approvals, f.userFile, f.managedFile);

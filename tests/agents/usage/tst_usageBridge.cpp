@@ -305,7 +305,7 @@ private slots:
         home.write("approvals/rate-limits.json", good);
         monitor.refresh();
         QVERIFY(monitor.available());
-        const QVariantList windows = monitor.windowsForView();
+        const QVariantList& windows = monitor.windows()->rows();
         QCOMPARE(windows.size(), 2);
         QCOMPARE(windows.at(0).toMap().value("label").toString(), QStringLiteral("5 hours"));
         QCOMPARE(windows.at(0).toMap().value("percent").toInt(), 61);
