@@ -36,9 +36,16 @@ const QList<HotKeys::Action>& HotKeys::actions()
 }
 
 HotKeys::HotKeys(SettingsStore& settings, HotKeyGrab& grab, QObject* parent)
-    : QObject(parent), m_settings(settings), m_grab(grab)
+    : QObject(parent), m_settings(settings), m_grab(grab), m_keys(QStringLiteral("name"), this)
 {
     connect(&m_grab, &HotKeyGrab::pressed, this, &HotKeys::pressed);
+    refreshKeys();
+}
+
+void HotKeys::refreshKeys()
+{
+    m_keys.setRows(keyRows());
+    emit keysChanged();
 }
 
 void HotKeys::start()
@@ -63,7 +70,7 @@ QString HotKeys::trouble(const QString& name) const
     return m_troubles.value(name);
 }
 
-QVariantList HotKeys::keys() const
+QVariantList HotKeys::keyRows() const
 {
     QVariantList list;
     for (const Action& action : actions()) {
@@ -103,7 +110,7 @@ void HotKeys::bindAll()
         news = true;
     }
     if (news)
-        emit keysChanged();
+        refreshKeys();
 }
 
 // Grabs one key; answers what is in the way, or nothing when the key works or is switched off.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "hotkeys/HotKeyGrab.h"
 
 #include <QHash>
@@ -24,8 +25,8 @@ class HotKeys : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    // One map per hot key: name, title, key (as the person wrote it), trouble (empty when it works).
-    Q_PROPERTY(QVariantList keys READ keys NOTIFY keysChanged)
+    // One row per hot key: name, title, key (as the person wrote it), trouble (empty when it works).
+    Q_PROPERTY(norva::RowsModel* keys READ keys CONSTANT)
 
 public:
     static HotKeys* create(QQmlEngine*, QJSEngine*) { return QmlInstances::of<HotKeys>(); }
@@ -45,7 +46,7 @@ public:
 
     // Grabs every key and follows the settings from now on.
     void start();
-    QVariantList keys() const;
+    RowsModel* keys() { return &m_keys; }
     // What stands in the way of this hot key; empty while it works or when it is switched off.
     QString trouble(const QString& name) const;
     QString keyText(const QString& name) const;
@@ -60,12 +61,16 @@ private:
     void bindAll();
     QString bind(const Action& action, const QString& keyText);
     void report(const Action& action, const QString& keyText, const QString& why);
+    // Lays the keys as they now stand over the listed ones, then says they changed.
+    void refreshKeys();
+    QVariantList keyRows() const;
 
     SettingsStore& m_settings;
     HotKeyGrab& m_grab;
     QHash<QString, QString> m_bound;    // the key text each grab was made for
     QHash<QString, QString> m_troubles; // per action, the message shown
     QHash<QString, QString> m_logged;   // per action, the last line logged, so a line is not repeated
+    RowsModel m_keys;
 };
 
 } // namespace norva

@@ -56,7 +56,8 @@ QVariantMap statusMap(const std::optional<SettingStatus>& status)
 
 SettingsWindowModel::SettingsWindowModel(SettingsStore& settings, SettingsChecks checks,
                                          ListDisplays displays, QObject* parent)
-    : QObject(parent), m_settings(settings), m_checks(std::move(checks)), m_displays(std::move(displays))
+    : QObject(parent), m_settings(settings), m_checks(std::move(checks)), m_displays(std::move(displays)),
+      m_rows(QStringLiteral("key"), this)
 {
     // Every key the window shows follows outside edits, the feature-owned ones included.
     QStringList keys;
@@ -249,9 +250,9 @@ void SettingsWindowModel::refresh()
     QVariantList rows;
     for (const SettingDescription& row : SettingsCatalog::inGroup(section()))
         rows.append(describe(row));
-    if (rows == m_rows)
+    if (rows == m_rows.rows())
         return;
-    m_rows = rows;
+    m_rows.setRows(rows);
     emit rowsChanged();
 }
 

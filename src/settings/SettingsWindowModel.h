@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/QmlInstances.h"
+#include "app/RowsModel.h"
 #include "notch/DisplayInfo.h"
 #include "settings/SettingDescription.h"
 #include "settings/SettingsChecks.h"
@@ -24,7 +25,7 @@ class SettingsWindowModel : public QObject {
     QML_SINGLETON
     Q_PROPERTY(QVariantList groups READ groups CONSTANT)
     Q_PROPERTY(QString section READ section WRITE setSection NOTIFY sectionChanged)
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY rowsChanged)
+    Q_PROPERTY(norva::RowsModel* rows READ rows CONSTANT)
     Q_PROPERTY(QString summary READ summary NOTIFY sectionChanged)
 
 public:
@@ -42,7 +43,7 @@ public:
     QString section() const;
     void setSection(const QString& groupId);
     QString summary() const;
-    QVariantList rows() const { return m_rows; }
+    RowsModel* rows() { return &m_rows; }
 
     // The value of one setting as the window shows it (the fallback when the key is absent).
     Q_INVOKABLE QVariant value(const QString& key) const;
@@ -62,7 +63,7 @@ private:
     SettingsStore& m_settings;
     SettingsChecks m_checks;
     ListDisplays m_displays;
-    QVariantList m_rows;
+    RowsModel m_rows;
 };
 
 } // namespace norva

@@ -119,8 +119,7 @@ private slots:
         QVERIFY(!grab.held.contains(HotKeys::jotName));
         QCOMPARE(log.count(QStringLiteral("could not take Ctrl+Alt+K")), 1);
         QVERIFY(keys.keys()
-                    .at(1)
-                    .toMap()
+                    ->get(1)
                     .value(QStringLiteral("trouble"))
                     .toString()
                     .startsWith("Ctrl+Alt+K is taken"));

@@ -103,7 +103,7 @@ private slots:
         preferences.outsideChange(key, original.isValid() ? std::optional<QVariant>(original) : std::nullopt);
         QCOMPARE(rowsChanged.count(), 1);
         bool found = false;
-        for (const QVariant& shown : model.rows()) {
+        for (const QVariant& shown : model.rows()->rows()) {
             if (shown.toMap().value(QStringLiteral("key")) == key) {
                 found = true;
                 QCOMPARE(shown.toMap().value(QStringLiteral("value")), model.value(key));
@@ -171,7 +171,7 @@ private slots:
         });
         model.setSection(QStringLiteral("notch"));
         QStringList labels;
-        for (const QVariant& shown : model.rows()) {
+        for (const QVariant& shown : model.rows()->rows()) {
             if (shown.toMap().value(QStringLiteral("key")) == QStringLiteral("displayChoice.v1")) {
                 QCOMPARE(shown.toMap().value(QStringLiteral("value")).toString(),
                          QStringLiteral("display:HDMI-1|Studio"));

@@ -39,7 +39,8 @@ Row {
             onEditingFinished: {
                 const typed = Number(text.replace(",", "."))
                 if (!isNaN(typed) && typed !== number.value) number.picked(typed)
-                else text = number.value.toFixed(number.decimals)
+                // Shows the kept value again and follows it from then on, as the row stays shown.
+                else text = Qt.binding(() => number.value.toFixed(number.decimals))
             }
         }
     }

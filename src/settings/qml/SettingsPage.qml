@@ -70,10 +70,10 @@ Item {
         Repeater {
             model: HotKeys.keys
             delegate: HotKeyRow {
-                required property var modelData
+                required property var row
                 width: switches.cell
-                hotKey: modelData
-                onKeyChosen: text => HotKeys.setKey(modelData.name, text)
+                hotKey: row
+                onKeyChosen: text => HotKeys.setKey(row.name, text)
             }
         }
     }

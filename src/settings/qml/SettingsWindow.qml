@@ -108,11 +108,10 @@ Window {
             Repeater {
                 model: window.model.rows
                 delegate: SettingRow {
-                    required property var modelData
+                    id: setting
                     width: body.width
-                    row: modelData
                     colors: look
-                    onChanged: value => window.model.setValue(modelData.key, value)
+                    onChanged: value => window.model.setValue(setting.row.key, value)
                 }
             }
             Row {
