@@ -222,16 +222,12 @@ void LyricsManager::publish(State state, QList<LyricLine> lines, QString plain)
     m_state = state;
     m_lines = std::move(lines);
     m_plain = std::move(plain);
-    emit stateChanged();
-}
-
-QVariantList LyricsManager::lineList() const
-{
-    QVariantList list;
-    list.reserve(m_lines.size());
+    QVariantList rows;
+    rows.reserve(m_lines.size());
     for (const LyricLine& line : m_lines)
-        list.append(QVariantMap{{QStringLiteral("time"), line.time}, {QStringLiteral("text"), line.text}});
-    return list;
+        rows.append(QVariantMap{{QStringLiteral("time"), line.time}, {QStringLiteral("text"), line.text}});
+    m_lineRows.setRows(rows);
+    emit stateChanged();
 }
 
 QString LyricsManager::message() const

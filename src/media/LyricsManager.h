@@ -2,6 +2,7 @@
 
 #include "app/Clock.h"
 #include "app/HttpClient.h"
+#include "app/RowsModel.h"
 #include "media/LyricLine.h"
 
 #include <QHash>
@@ -24,7 +25,7 @@ class SettingsStore;
 class LyricsManager : public QObject {
     Q_OBJECT
     Q_PROPERTY(State state READ state NOTIFY stateChanged)
-    Q_PROPERTY(QVariantList lines READ lineList NOTIFY stateChanged)
+    Q_PROPERTY(norva::RowsModel* lines READ lineRows CONSTANT)
     Q_PROPERTY(QString plainText READ plainText NOTIFY stateChanged)
     Q_PROPERTY(bool synced READ isSynced NOTIFY stateChanged)
     Q_PROPERTY(bool plain READ isPlain NOTIFY stateChanged)
@@ -69,7 +70,8 @@ public:
 
     State state() const { return m_state; }
     const QList<LyricLine>& lines() const { return m_lines; }
-    QVariantList lineList() const;
+    // The lines as the lyrics pane lists them; a new song's lines are laid over the shown ones by place.
+    RowsModel* lineRows() { return &m_lineRows; }
     QString plainText() const { return m_plain; }
     bool isSynced() const { return m_state == State::synced; }
     bool isPlain() const { return m_state == State::plain; }
@@ -124,6 +126,7 @@ private:
     QDateTime m_retryAfter;
     State m_state = State::idle;
     QList<LyricLine> m_lines;
+    RowsModel m_lineRows{QString(), this};
     QString m_plain;
 };
 

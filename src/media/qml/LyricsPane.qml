@@ -15,7 +15,7 @@ Item {
         id: lines
         anchors.fill: parent
         visible: pane.lyrics && pane.lyrics.synced
-        model: visible ? pane.lyrics.lines : []
+        model: visible ? pane.lyrics.lines : null
         clip: true
         spacing: 6
         interactive: false
@@ -25,10 +25,10 @@ Item {
         preferredHighlightEnd: height / 2 + 14
         highlightMoveDuration: pane.reducesMotion ? 0 : Theme.slow
         delegate: PlainText {
-            required property var modelData
+            required property var row
             required property int index
             width: lines.width
-            text: modelData.text.length > 0 ? modelData.text : "♪"
+            text: row.text.length > 0 ? row.text : "♪"
             wrapMode: Text.WordWrap
             color: index === pane.currentLine ? Theme.text : Theme.textFaint
             font.family: Theme.fontFamily
