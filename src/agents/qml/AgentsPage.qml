@@ -78,7 +78,7 @@ Item {
 
     EmptyPage {
         anchors.fill: list
-        visible: list.count === 0
+        visible: list.count === 0 && !answerGuard.running // not while the last card answered holds its place
         title: "Agents"
         text: AgentSettings.answerPromptsOnNotch ? "No agent is waiting for you."
                                             : "Turn on Answer prompts on the notch in Settings to answer here."
