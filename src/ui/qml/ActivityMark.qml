@@ -48,8 +48,11 @@ Item {
         antialiasing: true
         property real shownProgress: 0
         // Big jumps ease; the small steps of a running timer or download are drawn at once, so an
-        // activity that ticks every second costs one frame a second, not an animation.
-        readonly property real wanted: Math.max(0, Math.min(1, mark.progress))
+        // activity that ticks every second costs one frame a second, not an animation. The ring is
+        // repainted only when its arc would move by a visible amount (a quarter of a point along
+        // its edge): a 25-minute round moves it every few seconds, not at every tick.
+        readonly property real steps: Math.max(1, Math.ceil(4 * Math.PI * width))
+        readonly property real wanted: Math.round(Math.max(0, Math.min(1, mark.progress)) * steps) / steps
         onWantedChanged: {
             if (mark.eases && Math.abs(wanted - shownProgress) > 0.1 && !SettingsStore.reducedMotion) {
                 ease.to = wanted

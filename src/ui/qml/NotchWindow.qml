@@ -76,6 +76,13 @@ Window {
         }
     }
 
+    // While the closed face's activities take turns, the window keeps the widest size the turns
+    // asked for: a turn to a narrower activity then repaints the face alone, where resizing the
+    // window would also cost an expose and a resize, three frames a turn instead of one.
+    readonly property bool turning: notch.stateName === "closed" && faceLoader.item !== null
+                                    && (faceLoader.item as ClosedFace).face.rotating
+    onTurningChanged: fitWindow()
+
     // The window follows what the notch shows: larger at once, smaller once the shape has settled.
     Connections {
         target: window.notch
@@ -83,7 +90,8 @@ Window {
     }
 
     function fitWindow() {
-        overlay.fit(Qt.size(notch.shownWidth, notch.shownHeight), Qt.size(shape.width, shape.height), shape.moving)
+        overlay.fit(Qt.size(notch.shownWidth, notch.shownHeight), Qt.size(shape.width, shape.height),
+                    shape.moving || turning)
     }
 
     function updateMask() {
