@@ -2,6 +2,7 @@
 #include "ManualClock.h"
 #include "MemoryPreferences.h"
 #include "ShelfDeskRig.h"
+#include "TableRows.h"
 #include "TempHome.h"
 #include "TestImages.h"
 #include "TestMain.h"
@@ -368,63 +369,77 @@ class ShelfDeskTest : public QObject {
     using Rig = ShelfDeskRig;
 
 private slots:
-    void zippingPutsTheArchiveOnTheShelf()
+    // An action on shelved files (pictures by their suffix): its toast and log line, the row it puts
+    // first on the shelf, every row's file where the row says, and the shelf's own folder holding only
+    // what the action made. A row that fails does so because its files were deleted once shelved.
+    void actionsPutTheirResultFirstOnTheShelf_data()
     {
-        Rig rig;
-        const QString folder = rig.home.file(QStringLiteral("Photos"));
-        rig.home.write(QStringLiteral("Photos/a.jpg"), picture("JPEG"));
-        rig.shelf.shelve(folder);
-        const auto outcome = rig.perform(ShelfDesk::Action::compress, {rig.idOf(folder)});
-        QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("Zipped into Photos.zip.")));
-        QCOMPARE(rig.desk.toast(), QStringLiteral("Zipped into Photos.zip."));
-        const QString archive = rig.home.file(QStringLiteral("data/Shelf/Photos.zip"));
-        QCOMPARE(rig.shelf.items().first().path, archive);
-        int status = -1;
-        unzip({QStringLiteral("-t"), archive}, &status);
-        QCOMPARE(status, 0);
-        // Nothing half written is left behind.
-        QCOMPARE(QDir(rig.home.file(QStringLiteral("data/Shelf"))).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("Photos.zip")});
+        for (const char* column : {"files", "action", "argument", "toast", "firstRow", "log"})
+            QTest::addColumn<QString>(column);
+        textRow("zip",
+                {"Photos/a.jpg", "compress", "", "Zipped into a.jpg.zip.", "data/Shelf/a.jpg.zip", ""});
+        textRow("zip of a gone file", {"a.txt", "compress", "", "That didn't zip.", "",
+                                       "Norva shelf: a.txt was not zipped (a.txt is gone)"});
+        textRow("convert",
+                {"Pictures/photo.png", "convert", "JPEG", "Converted to JPEG.", "data/Shelf/photo.jpg", ""});
+        textRow("pdf of two",
+                {"a.png b.jpg", "convert", "PDF", "Converted to PDF.", "data/Shelf/Pictures.pdf", ""});
+        textRow("move", {"Downloads/invoice.pdf", "moveToFolder", "Documents", "Moved to Documents.",
+                         "Documents/invoice.pdf", ""});
     }
-
-    void failedZipSaysSoAndLogsWhy()
+    void actionsPutTheirResultFirstOnTheShelf()
     {
+        QFETCH(QString, action);
+        QFETCH(QString, argument);
+        QFETCH(QString, toast);
+        QFETCH(QString, firstRow);
+        QFETCH(QString, log);
+        QFETCH(QString, files);
+        using A = ShelfDesk::Action;
+        const A act = QMap<QString, A>{{"compress", A::compress},
+                                       {"convert", A::convert},
+                                       {"moveToFolder", A::moveToFolder}}
+                          .value(action);
+        const QStringList shelved = files.split(QLatin1Char(' '));
         Rig rig;
-        const QString file = rig.home.write(QStringLiteral("a.txt"), "a");
-        rig.shelf.shelve(file);
-        QFile::remove(file);
-        LogCapture log;
-        const auto outcome = rig.perform(ShelfDesk::Action::compress, {rig.idOf(file)});
-        QVERIFY(outcome.failed);
-        QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("That didn't zip.")));
-        QCOMPARE(log.lines(),
-                 QStringList{QStringLiteral("Norva shelf: a.txt was not zipped (a.txt is gone)")});
-    }
-
-    void convertingAddsTheNewPicture()
-    {
-        Rig rig;
-        const QString photo = rig.home.write(QStringLiteral("Pictures/photo.png"), picture("PNG"));
-        rig.shelf.shelve(photo);
+        QDir().mkpath(rig.home.file(QStringLiteral("Documents")));
+        QList<QUuid> ids;
+        for (const QString& name : shelved) {
+            const bool png = name.endsWith(QLatin1String(".png")),
+                       jpeg = name.endsWith(QLatin1String(".jpg"));
+            const QString path =
+                rig.home.write(name, png || jpeg ? imageBytes(96, 96, png ? "PNG" : "JPEG") : "text");
+            QVERIFY(rig.shelf.shelve(path));
+            ids << rig.idOf(path);
+        }
+        QCOMPARE(rig.desk.pictureIds().size(),
+                 shelved.filter(QRegularExpression(QStringLiteral("\\.(png|jpg)$"))).size());
+        for (const QString& name : log.isEmpty() ? QStringList() : shelved)
+            QVERIFY(QFile::remove(rig.home.file(name)));
+        LogCapture logged;
         const auto outcome =
-            rig.perform(ShelfDesk::Action::convert, {rig.idOf(photo)}, QStringLiteral("JPEG"));
-        QVERIFY(!outcome.failed);
-        QCOMPARE(rig.shelf.items().size(), 2);
-        QCOMPARE(rig.shelf.items().first().path, rig.home.file(QStringLiteral("data/Shelf/photo.jpg")));
-        QVERIFY(QFile::exists(photo));
-    }
-
-    void movingLetsTheRowFollowTheFile()
-    {
-        Rig rig;
-        const QString file = rig.home.write(QStringLiteral("Downloads/invoice.pdf"), "pdf");
-        rig.home.write(QStringLiteral("Documents/invoice.pdf"), "an older one");
-        rig.shelf.shelve(file);
-        const auto outcome = rig.perform(ShelfDesk::Action::moveToFolder, {rig.idOf(file)},
-                                         rig.home.file(QStringLiteral("Documents")));
-        QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("Moved to Documents.")));
-        QCOMPARE(rig.shelf.items().first().path, rig.home.file(QStringLiteral("Documents/invoice 2.pdf")));
-        QVERIFY(!QFile::exists(file));
+            rig.perform(act, ids, act == A::moveToFolder ? rig.home.file(argument) : argument);
+        QCOMPARE(outcome.toast.value_or(QString()), toast);
+        QCOMPARE(outcome.failed, !log.isEmpty());
+        QCOMPARE(logged.lines(), log.isEmpty() ? QStringList() : QStringList{log});
+        const QString first = rig.home.file(firstRow);
+        const QStringList made = firstRow.startsWith(QLatin1String("data/Shelf/"))
+                                     ? QStringList{QFileInfo(first).fileName()}
+                                     : QStringList();
+        QCOMPARE(QDir(rig.home.file(QStringLiteral("data/Shelf"))).entryList(QDir::Files | QDir::Hidden),
+                 made);
+        if (outcome.failed)
+            return;
+        QCOMPARE(rig.shelf.items().first().path, first);
+        QCOMPARE(rig.shelf.items().size(), shelved.size() + made.size());
+        for (const auto& item : rig.shelf.items())
+            QVERIFY2(QFile::exists(item.path), qPrintable(item.path));
+        int status = 0;
+        if (act == A::compress)
+            unzip({QStringLiteral("-t"), first}, &status);
+        QCOMPARE(status, 0);
+        if (argument == QLatin1String("PDF")) // one document, with a page for each picture
+            QCOMPARE(mediaBoxes(first).size(), shelved.size());
     }
 
     void copyPutsTheFilesOnTheClipboard()
@@ -453,22 +468,6 @@ private slots:
         rig.perform(ShelfDesk::Action::clearAll, {});
         QVERIFY(!QFile::exists(own));
         QCOMPARE(rig.desk.count(), 0);
-    }
-
-    void pdfOfSeveralPicturesIsOneDocument()
-    {
-        Rig rig;
-        const QString a = rig.home.write(QStringLiteral("a.png"), imageBytes(96, 96));
-        const QString b = rig.home.write(QStringLiteral("b.jpg"), imageBytes(192, 96, "JPEG"));
-        rig.shelf.shelve(a);
-        rig.shelf.shelve(b);
-        QCOMPARE(rig.desk.pictureIds().size(), 2);
-        const auto outcome =
-            rig.perform(ShelfDesk::Action::convert, {rig.idOf(a), rig.idOf(b)}, QStringLiteral("PDF"));
-        QCOMPARE(outcome.toast, std::optional<QString>(QStringLiteral("Converted to PDF.")));
-        const QString pdf = rig.home.file(QStringLiteral("data/Shelf/Pictures.pdf"));
-        QCOMPARE(rig.shelf.items().first().path, pdf);
-        QCOMPARE(mediaBoxes(pdf).size(), 2);
     }
 
     // Opening goes through xdg-open as the desktop answers it; where nothing opens the file, the
