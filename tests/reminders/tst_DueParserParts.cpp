@@ -1,6 +1,7 @@
 // The due-date parser's other entries: the typed clock, the filtered date detections, the clock
 // text, the day count, its log lines, and reading from several threads at once.
 #include "LogCapture.h"
+#include "TableRows.h"
 #include "TestMain.h"
 
 #include "reminders/DueParser.h"
@@ -12,6 +13,7 @@
 #include <vector>
 
 using namespace norva::due;
+using norva::test::textRow;
 
 namespace {
 
@@ -125,35 +127,35 @@ private slots:
             QCOMPARE(found.front().range, (TextRange{start, length}));
     }
 
-    void aDetectedWeekdayAloneIsLeftToTheDayWord()
+    // The stand-in detector reads every span as Friday 4 December, at 15:30 where it says a time. A
+    // weekday alone is left to the day word; the detector's time counts only where the rules read none.
+    void detectedDatesGiveWayToTheRules_data()
     {
-        // The stand-in detector reads every span as Friday 4 December.
-        const QString text = QStringLiteral("next friday call bank");
-        const auto weekdayOnly = parserReporting({{5, 6}}).parse(text, kNow, kLondonCalendar, kBritish);
-        QVERIFY(weekdayOnly);
-        QCOMPARE(weekdayOnly->date, QDate(2026, 11, 27).startOfDay(kLondon));
-        QCOMPARE(weekdayOnly->title, QStringLiteral("call bank"));
-
-        const auto withDate = parserReporting({{0, 17}}).parse(QStringLiteral("friday 4 december gig"), kNow,
-                                                               kLondonCalendar, kBritish);
-        QVERIFY(withDate);
-        QCOMPARE(withDate->date, QDate(2026, 12, 4).startOfDay(kLondon));
-        QCOMPARE(withDate->title, QStringLiteral("gig"));
+        for (const char* column : {"text", "span", "detectorTime", "due", "title"})
+            QTest::addColumn<QString>(column);
+        textRow("a weekday alone", {"next friday call bank", "5 6", "", "2026-11-27T00:00:00Z", "call bank"});
+        textRow("a weekday with its date",
+                {"friday 4 december gig", "0 17", "", "2026-12-04T00:00:00Z", "gig"});
+        textRow("the detector's time", {"meet dec 4", "5 5", "15:30", "2026-12-04T15:30:00Z", "meet"});
+        textRow("the rules' time", {"meet dec 4 at 5pm", "5 5", "15:30", "2026-12-04T17:00:00Z", "meet"});
     }
-
-    void aDetectorsTimeCountsOnlyWhenTheRulesReadNone()
+    void detectedDatesGiveWayToTheRules()
     {
-        const DueParser parser = parserReporting({{5, 5}}, Clock{15, 30});
-        const auto detectorTime = parser.parse(QStringLiteral("meet dec 4"), kNow, kLondonCalendar, kBritish);
-        QVERIFY(detectorTime);
-        QCOMPARE(detectorTime->date, QDateTime(QDate(2026, 12, 4), QTime(15, 30), kLondon));
-        QVERIFY(detectorTime->hasTime);
-        QCOMPARE(detectorTime->title, QStringLiteral("meet"));
-
-        const auto ruleTime =
-            parser.parse(QStringLiteral("meet dec 4 at 5pm"), kNow, kLondonCalendar, kBritish);
-        QVERIFY(ruleTime);
-        QCOMPARE(ruleTime->date, QDateTime(QDate(2026, 12, 4), QTime(17, 0), kLondon));
+        QFETCH(QString, text);
+        QFETCH(QString, span);
+        QFETCH(QString, detectorTime);
+        QFETCH(QString, due);
+        const QDateTime dueAt = QDateTime::fromString(due, Qt::ISODate);
+        const QTime time = QTime::fromString(detectorTime, QStringLiteral("HH:mm"));
+        const auto reading =
+            parserReporting(
+                {{span.section(QLatin1Char(' '), 0, 0).toInt(), span.section(QLatin1Char(' '), 1).toInt()}},
+                time.isValid() ? std::optional(Clock{time.hour(), time.minute()}) : std::nullopt)
+                .parse(text, kNow, kLondonCalendar, kBritish);
+        QVERIFY(reading);
+        QCOMPARE(reading->date, dueAt);
+        QCOMPARE(reading->hasTime, dueAt.time() != QTime(0, 0));
+        QTEST(reading->title, "title");
     }
 
     void detectionsTellTodayAndThePast()
@@ -174,16 +176,6 @@ private slots:
         QCOMPARE(past.at(1).day, QDate(2026, 12, 4));
         QCOMPARE(past.at(1).weekday, 6); // Friday
         QCOMPARE(past.at(1).range, (TextRange{21, 10}));
-    }
-
-    void aDetectedDateBeforeTodayIsNotADue()
-    {
-        // The past date is passed over; the day word after it is read instead.
-        const auto reading = DueParser().parse(QStringLiteral("paid 2026-11-01 invoice, chase tomorrow"),
-                                               kNow, kLondonCalendar, kBritish);
-        QVERIFY(reading);
-        QCOMPARE(reading->label, QStringLiteral("Tomorrow"));
-        QCOMPARE(reading->title, QStringLiteral("paid 2026-11-01 invoice, chase"));
     }
 
     void clockTextUsesOrdinarySpaces_data()

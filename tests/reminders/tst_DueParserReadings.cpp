@@ -360,6 +360,9 @@ void DueParserReadings::typedOutDates_data()
     none("maybe later");
     none("call may");
     none("paid invoice 2026-11-01");
+    // A date before today is passed over, and the day word after it read instead.
+    row("paid 2026-11-01 invoice, chase tomorrow", "2026-11-19T00:00:00+00:00", kDay, "Tomorrow",
+        "paid 2026-11-01 invoice, chase");
     none("invoice 31/02/2027");
 
     at("America/New_York", "2026-11-18T10:00:00", "en_US");
