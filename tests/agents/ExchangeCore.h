@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ManualClock.h"
 #include "MemoryPreferences.h"
 #include "agents/prompts/AgentPromptsManager.h"
 #include "agents/prompts/AgentsPageModel.h"
@@ -37,6 +38,15 @@ struct ExchangeCore {
     CountingAlerts alerts;
     std::unique_ptr<AgentPromptsManager> manager;
     std::unique_ptr<AgentsPageModel> model;
+};
+
+// The same core on a manual clock that starts at the real now (the hooks' files carry real times).
+// The clock is a base of its own so that it is made before the core that reads it.
+struct ManualClockFirst {
+    ManualClock clock{QDateTime::currentDateTimeUtc()};
+};
+struct ManualExchangeCore : ManualClockFirst, ExchangeCore {
+    ManualExchangeCore() : ExchangeCore(clock) {}
 };
 
 } // namespace norva::test

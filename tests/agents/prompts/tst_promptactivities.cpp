@@ -1,5 +1,4 @@
 #include "ExchangeCore.h"
-#include "ManualClock.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -18,13 +17,8 @@ using namespace norva;
 namespace {
 
 // The exchange on a manual clock at the real now, publishing to a real coordinator.
-struct ClockFirst {
-    test::ManualClock clock{QDateTime::currentDateTimeUtc()};
-};
-struct Published : ClockFirst, test::ExchangeCore {
-    Published()
-        : test::ExchangeCore(clock), coordinator(clock),
-          activities(*manager, coordinator, settings, [this] { ++pageOpenings; })
+struct Published : test::ManualExchangeCore {
+    Published() : coordinator(clock), activities(*manager, coordinator, settings, [this] { ++pageOpenings; })
     {
         manager->start();
     }

@@ -37,13 +37,7 @@ void setAge(const ApprovalsFolder& folder, const QString& name, const QDateTime&
 const QByteArray bashPayload =
     R"({"session_id":"s1","cwd":"/work/app","tool_name":"Bash","tool_input":{"command":"git push origin main"},"tool_use_id":"toolu_1"})";
 
-// Norva's core on a manual clock that starts at the real now (the hooks' files carry real times).
-struct ManualClockFirst {
-    test::ManualClock clock{QDateTime::currentDateTimeUtc()};
-};
-struct Core : ManualClockFirst, test::ExchangeCore {
-    Core() : test::ExchangeCore(clock) {}
-};
+using Core = test::ManualExchangeCore;
 
 } // namespace
 

@@ -1,11 +1,9 @@
+#include "ExchangeCore.h"
 #include "LogCapture.h"
-#include "ManualClock.h"
-#include "MemoryPreferences.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
 #include "agents/prompts/AgentPromptsManager.h"
-#include "agents/prompts/PromptAlerts.h"
 #include "agents/team/TeamPolicy.h"
 #include "app/Paths.h"
 #include "app/SettingsStore.h"
@@ -20,13 +18,6 @@ using namespace norva;
 
 namespace {
 
-class SilentAlerts final : public PromptAlerts {
-public:
-    void chime() override { ++chimes; }
-    void notify(const QString&, const QString&) override {}
-    int chimes = 0;
-};
-
 QByteArray bash(const QString& id, const QString& command)
 {
     return QJsonDocument(QJsonObject{{"session_id", "s1"},
@@ -37,15 +28,9 @@ QByteArray bash(const QString& id, const QString& command)
 }
 
 // A running Norva's prompt manager with the team's rules answering before a card shows.
-struct Core {
-    test::ManualClock clock{QDateTime::currentDateTimeUtc()};
-    test::MemoryPreferences prefs;
-    SettingsStore settings{prefs};
-    SilentAlerts alerts;
+struct Core : test::ManualExchangeCore {
     QString rulesFile = Paths::dataFolder() + "/team-rules.json";
-    AgentPromptsManager manager{clock, settings, alerts, Paths::approvalsFolder()};
     TeamPolicy policy{settings, clock, Paths::approvalsFolder(), rulesFile, QString()};
-    ApprovalsFolder folder{Paths::approvalsFolder()};
 
     Core()
     {
@@ -56,10 +41,10 @@ struct Core {
                                {"id":"np","action":"never","kind":"run","pattern":"git push*"}]})");
         out.close();
         policy.start();
-        manager.setTeamAnswer([this](const PromptCard& card) {
+        manager->setTeamAnswer([this](const PromptCard& card) {
             return policy.answerFor(CodingAgents::word(card.agent), card.tool, card.input, card.isQuestion);
         });
-        manager.start();
+        manager->start();
     }
 };
 
@@ -73,26 +58,26 @@ private slots:
         test::TempHome home;
         test::LogCapture log;
         Core core;
-        core.folder.write("pending-toolu_9.json", bash("toolu_9", "git status --short"));
-        core.folder.write("pending-toolu_10.json", bash("toolu_10", "git status; rm -rf build"));
-        QTRY_COMPARE_WITH_TIMEOUT(core.manager.prompts().size(), 1, 5000);
-        QCOMPARE(core.manager.prompts().first().id, QStringLiteral("toolu_10")); // a chain is never allowed
-        const auto answer = core.folder.read("resp-toolu_9");
+        core.folder().write("pending-toolu_9.json", bash("toolu_9", "git status --short"));
+        core.folder().write("pending-toolu_10.json", bash("toolu_10", "git status; rm -rf build"));
+        QTRY_COMPARE_WITH_TIMEOUT(core.manager->prompts().size(), 1, 5000);
+        QCOMPARE(core.manager->prompts().first().id, QStringLiteral("toolu_10")); // a chain is never allowed
+        const auto answer = core.folder().read("resp-toolu_9");
         QVERIFY(answer);
         const QJsonObject body =
             QJsonDocument::fromJson(*answer).object().value("hookSpecificOutput").toObject();
         QCOMPARE(body.value("permissionDecision").toString(), QStringLiteral("allow"));
         QCOMPARE(body.value("permissionDecisionReason").toString(),
                  QStringLiteral("Allowed by your team's rule: always run git status*"));
-        QVERIFY(!core.folder.exists("resp-toolu_10"));
+        QVERIFY(!core.folder().exists("resp-toolu_10"));
         QCOMPARE(core.alerts.chimes, 1); // only the prompt the person must answer
         QCOMPARE(log.count("Norva team: allowed claude's Bash call (always run git status*)"), 1);
 
         // Later scans, before the hook takes its answer, neither show it nor answer it again.
-        core.manager.scanPending();
+        core.manager->scanPending();
         core.clock.advance(Seconds(5));
         QTest::qWait(100);
-        QCOMPARE(core.manager.prompts().size(), 1);
+        QCOMPARE(core.manager->prompts().size(), 1);
         QCOMPARE(log.count("Norva team: allowed"), 1);
     }
 
@@ -125,14 +110,14 @@ private slots:
         test::TempHome home;
         test::LogCapture log;
         Core core;
-        QSignalSpy denied(&core.manager, &AgentPromptsManager::promptDeniedByTeam);
-        core.folder.write("pending-" + id + ".json", payload);
+        QSignalSpy denied(core.manager.get(), &AgentPromptsManager::promptDeniedByTeam);
+        core.folder().write("pending-" + id + ".json", payload);
         QTRY_COMPARE_WITH_TIMEOUT(denied.size(), 1, 5000);
         QCOMPARE(denied.at(0).at(1).toString(),
                  QStringLiteral("Denied by your team's rule: never run git push*"));
-        QVERIFY(core.manager.prompts().isEmpty());
+        QVERIFY(core.manager->prompts().isEmpty());
         QCOMPARE(core.alerts.chimes, 0);
-        const auto answer = core.folder.read("resp-" + id);
+        const auto answer = core.folder().read("resp-" + id);
         QVERIFY(answer);
         QJsonObject decision = QJsonDocument::fromJson(*answer).object();
         for (const QString& key : decisionPath.split('/', Qt::SkipEmptyParts))
@@ -141,10 +126,10 @@ private slots:
         QCOMPARE(decision.value("message").toString(),
                  QStringLiteral("Denied by your team's rule: never run git push*"));
 
-        core.manager.scanPending();
+        core.manager->scanPending();
         QTest::qWait(100);
         QCOMPARE(denied.size(), 1); // answered once
-        QVERIFY(core.manager.prompts().isEmpty());
+        QVERIFY(core.manager->prompts().isEmpty());
     }
 };
 NORVA_TEST(TeamPromptsTest)
