@@ -1,15 +1,15 @@
+#include "HookRunner.h"
 #include "ManualClock.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
 #include "agents/ApprovalsFolder.h"
-#include "agents/hooks/HookScripts.h"
 #include "agents/team/TeamPolicy.h"
 #include "app/SettingsStore.h"
 #include "platform/linux/PreferencesFile.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,12 +19,6 @@
 using namespace norva;
 
 namespace {
-
-struct HookRun {
-    QByteArray output;
-    int exitCode = -1;
-    qint64 elapsedMs = 0; // for reading in a debugger; timings are measured in bench/
-};
 
 QByteArray payload(const QString& command, const QString& mode)
 {
@@ -39,24 +33,15 @@ QByteArray payload(const QString& command, const QString& mode)
         .toJson(QJsonDocument::Compact);
 }
 
-// Runs the installed hook as Claude Code does: sh, the payload on standard input. The event loop
-// keeps turning meanwhile, as it does in the running Norva.
-HookRun runHook(const QString& script, const QByteArray& input)
+// Runs the installed hook as Claude Code does, the payload on standard input. The event loop keeps
+// turning meanwhile, as it does in the running Norva.
+test::HookRunner::Result runHook(test::HookRunner& hooks, const QByteArray& input)
 {
-    QProcess sh;
-    QElapsedTimer timer;
-    timer.start();
-    sh.start("/bin/sh", {script});
-    sh.write(input);
-    sh.closeWriteChannel();
-    while (sh.state() != QProcess::NotRunning && timer.elapsed() < 20000)
+    const auto sh = hooks.start(QStringLiteral("pretooluse.sh"), input);
+    const QDeadlineTimer deadline(20000);
+    while (sh->state() != QProcess::NotRunning && !deadline.hasExpired())
         QTest::qWait(5);
-    return {sh.readAllStandardOutput(), sh.exitCode(), timer.elapsed()};
-}
-
-void touchHeartbeat(const ApprovalsFolder& folder, const QDateTime& when)
-{
-    QVERIFY(folder.touch("heartbeat", when));
+    return test::HookRunner::finish(*sh);
 }
 
 } // namespace
@@ -72,9 +57,8 @@ private slots:
         test::ManualClock clock;
         PreferencesFile preferences(home.file("config/preferences.toml"));
         SettingsStore settings(preferences);
-        const ApprovalsFolder folder(home.file("data/Norva/approvals"));
-        QVERIFY(HookScripts::write("pretooluse.sh", folder));
-        const QString script = folder.filePath("pretooluse.sh");
+        test::HookRunner hooks(home);
+        const ApprovalsFolder folder(hooks.folder());
         home.write("data/Norva/team-rules.json",
                    R"({"rules":[{"id":"no-push","action":"never","kind":"run","pattern":"git push*"}]})");
 
@@ -82,14 +66,14 @@ private slots:
                                                    home.file("data/Norva/team-rules.json"), QString());
         policy->start();
         QVERIFY(folder.exists("team-deny-active"));
-        touchHeartbeat(folder, QDateTime::currentDateTime());
+        hooks.freshHeartbeat();
         // A fresh identity record, so the hook spends its time on the check alone.
         QVERIFY(folder.write("term-s-e2e.json", "{}"));
 
-        const HookRun denied = runHook(script, payload("git status && git push origin main", "acceptEdits"));
+        const auto denied = runHook(hooks, payload("git status && git push origin main", "acceptEdits"));
         QCOMPARE(denied.exitCode, 0);
         const QJsonObject body =
-            QJsonDocument::fromJson(denied.output).object().value("hookSpecificOutput").toObject();
+            QJsonDocument::fromJson(denied.out).object().value("hookSpecificOutput").toObject();
         QCOMPARE(body.value("permissionDecision").toString(), QStringLiteral("deny"));
         QCOMPARE(body.value("permissionDecisionReason").toString(),
                  QStringLiteral("Denied by your team's rule: never run git push*"));
@@ -101,17 +85,17 @@ private slots:
         QCOMPARE(left, QStringList{});
 
         // A harmless command gets an empty answer: the hook prints nothing and Claude Code goes on.
-        const HookRun harmless = runHook(script, payload("git status", "acceptEdits"));
+        const auto harmless = runHook(hooks, payload("git status", "acceptEdits"));
         QCOMPARE(harmless.exitCode, 0);
-        QCOMPARE(harmless.output, QByteArray());
+        QCOMPARE(harmless.out, QByteArray());
 
         // Norva quits: its heartbeat goes stale and the hook no longer asks (the marker may remain).
         policy.reset();
-        touchHeartbeat(folder, QDateTime::currentDateTime().addSecs(-31));
+        hooks.age("heartbeat", 31);
         QVERIFY(folder.exists("team-deny-active"));
-        const HookRun passed = runHook(script, payload("git push origin main", "acceptEdits"));
+        const auto passed = runHook(hooks, payload("git push origin main", "acceptEdits"));
         QCOMPARE(passed.exitCode, 0);
-        QCOMPARE(passed.output, QByteArray());
+        QCOMPARE(passed.out, QByteArray());
         QCOMPARE(QDir(folder.path()).entryList({"denycheck-*"}, QDir::Files), QStringList{});
     }
 };
