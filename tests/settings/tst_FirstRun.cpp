@@ -95,18 +95,15 @@ private slots:
         QTest::addColumn<QString>("lastSeen");
         QTest::addColumn<QString>("current");
         QTest::addColumn<QStringList>("lines");
-        QTest::newRow("two releases since") << "1.0.0"
-                                            << "1.2.0" << QStringList{"c", "b"};
-        QTest::newRow("one since") << "1.1.0"
-                                   << "1.2.0" << QStringList{"c"};
-        QTest::newRow("seen already") << "1.2.0"
-                                      << "1.2.0" << QStringList{};
-        QTest::newRow("from before the card") << ""
-                                              << "1.1.0" << QStringList{"b"};
-        QTest::newRow("a release written ahead") << "1.0.0"
-                                                 << "1.1.0" << QStringList{"b"};
-        QTest::newRow("a downgrade") << "1.2.0"
-                                     << "1.1.0" << QStringList{};
+        const auto row = [](const char* name, const char* lastSeen, const char* current, QStringList lines) {
+            QTest::newRow(name) << QString::fromLatin1(lastSeen) << QString::fromLatin1(current) << lines;
+        };
+        row("two releases since", "1.0.0", "1.2.0", {"c", "b"});
+        row("one since", "1.1.0", "1.2.0", {"c"});
+        row("seen already", "1.2.0", "1.2.0", {});
+        row("from before the card", "", "1.1.0", {"b"});
+        row("a release written ahead", "1.0.0", "1.1.0", {"b"});
+        row("a downgrade", "1.2.0", "1.1.0", {});
     }
     void whatsNewLines()
     {
