@@ -1,3 +1,4 @@
+#include "JsonText.h"
 #include "LogCapture.h"
 #include "MemoryPreferences.h"
 #include "TempHome.h"
@@ -25,11 +26,6 @@
 using namespace norva;
 
 namespace {
-
-QJsonObject readJson(const QString& path)
-{
-    return QJsonDocument::fromJson(test::TempHome::read(path)).object();
-}
 
 QJsonArray eventEntries(const QString& path, const QString& event)
 {

@@ -1,4 +1,5 @@
 #include "ExchangeCore.h"
+#include "JsonText.h"
 #include "TempHome.h"
 #include "TestMain.h"
 
@@ -25,11 +26,6 @@
 using namespace norva;
 
 namespace {
-
-QJsonObject readJson(const QString& path)
-{
-    return QJsonDocument::fromJson(test::TempHome::read(path)).object();
-}
 
 // The command each agent would run, read back from the configuration Norva installed.
 QString firstCommand(const QJsonArray& entries, const QString& key)

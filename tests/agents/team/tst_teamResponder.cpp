@@ -31,11 +31,6 @@ QByteArray bashPayload(const QString& command)
         .toJson(QJsonDocument::Compact);
 }
 
-QJsonObject readJson(const QString& path)
-{
-    return QJsonDocument::fromJson(test::TempHome::read(path)).object();
-}
-
 } // namespace
 
 class TeamResponderTest : public QObject {
