@@ -172,18 +172,26 @@ private slots:
         QVERIFY(hooks.names("resp-").isEmpty());
     }
 
-    void noNorvaMeansNoFilesAndAnImmediateAnswer_data()
+    void noNorvaOrNotchOffMeansNoFilesAndAnImmediateAnswer_data()
     {
+        QTest::addColumn<bool>("notchOff"); // Norva alive with the notch's answering off; else no Norva
         QTest::addColumn<AgentCall>("call");
-        for (const auto& [name, call] : agentCalls())
-            QTest::newRow(name) << call;
+        for (const bool notchOff : {false, true}) {
+            for (const auto& [name, call] : agentCalls())
+                QTest::addRow("%s, %s", name, notchOff ? "notch off" : "no Norva") << notchOff << call;
+        }
     }
-    void noNorvaMeansNoFilesAndAnImmediateAnswer()
+    void noNorvaOrNotchOffMeansNoFilesAndAnImmediateAnswer()
     {
+        QFETCH(bool, notchOff);
         QFETCH(AgentCall, call);
         test::TempHome home;
         HookRunner hooks(home);
         hooks.setEnv("NORVA_COPILOT_ARGS", " ");
+        if (notchOff) {
+            hooks.freshHeartbeat();
+            hooks.answer("notch-off", QByteArray());
+        }
         const auto result = hooks.run(call.script, call.payload, call.args);
         QCOMPARE(result.exitCode, 0);
         QCOMPARE(result.out.trimmed(), call.handBack);
@@ -264,20 +272,6 @@ private slots:
         QVERIFY(hooks.names(".dc-").isEmpty());
     }
 
-    void notchOffRunsOnlyTheCheck_data() { noNorvaMeansNoFilesAndAnImmediateAnswer_data(); }
-    void notchOffRunsOnlyTheCheck()
-    {
-        QFETCH(AgentCall, call);
-        test::TempHome home;
-        HookRunner hooks(home);
-        hooks.setEnv("NORVA_COPILOT_ARGS", " ");
-        hooks.freshHeartbeat();
-        hooks.answer("notch-off", QByteArray());
-        const auto result = hooks.run(call.script, call.payload, call.args);
-        QCOMPARE(result.out.trimmed(), call.handBack);
-        QVERIFY(hooks.names("pending-").isEmpty());
-    }
-
     void codexBypassIsAllowedAfterTheCheck()
     {
         test::TempHome home;
@@ -317,6 +311,9 @@ private slots:
                                     << codexPayload("Stop", "default", "S1") << "codex";
         QTest::newRow("copilot sessionEnd")
             << "copilot-hook.sh" << QStringList{"sessionEnd"} << copilotPayload("S1") << "copilot";
+        QTest::newRow("copilot, the first line that names a session")
+            << "copilot-hook.sh" << QStringList{"sessionEnd"}
+            << QByteArray("{\"sessionId\":\"S1\",\n\"sessionId\":\"S2\"}") << "copilot";
     }
     void sessionEndRemovesOnlyThatSessionsFiles()
     {
@@ -336,17 +333,6 @@ private slots:
         QVERIFY(hooks.exists(QStringLiteral("pending-%1-S2-12.json").arg(agent)));
         QVERIFY(hooks.exists(QStringLiteral("alive-%1-S2-12").arg(agent)));
         QVERIFY(hooks.exists("pending-S1.json"));
-    }
-
-    void copilotTakesTheFirstLineThatNamesTheSession()
-    {
-        test::TempHome home;
-        HookRunner hooks(home);
-        hooks.answer("pending-copilot-S1-1.json", "{}");
-        hooks.answer("pending-copilot-S2-1.json", "{}");
-        hooks.run("copilot-hook.sh", "{\"sessionId\":\"S1\",\n\"sessionId\":\"S2\"}", {"sessionEnd"});
-        QVERIFY(!hooks.exists("pending-copilot-S1-1.json"));
-        QVERIFY(hooks.exists("pending-copilot-S2-1.json"));
     }
 
     void copilotAutonomyKeepsCopilotsOwnRules_data()
