@@ -31,11 +31,6 @@ public:
     bool m_started = false;
 };
 
-QByteArray picture(const char* format)
-{
-    return imageBytes(5, 4, format);
-}
-
 struct Rig {
     TempHome home;
     ManualClock clock;
@@ -106,7 +101,7 @@ private slots:
     {
         Rig rig;
         const QString orphan =
-            rig.home.write(QStringLiteral("data/Shelf/Image 2026-11-17 at 09.00.00.png"), picture("PNG"));
+            rig.home.write(QStringLiteral("data/Shelf/Image 2026-11-17 at 09.00.00.png"), imageBytes(5, 4));
         rig.home.write(QStringLiteral("data/Shelf/.partial-AbCdEf"), "half");
         LogCapture log;
         rig.start();
@@ -137,7 +132,7 @@ private slots:
         Rig rig;
         rig.settings.write(keep, ShelfSettings::kKeepKey);
         const QString mine = rig.home.write(QStringLiteral("Documents/mine.txt"), "mine");
-        const QString own = rig.home.write(QStringLiteral("data/Shelf/Image.png"), picture("PNG"));
+        const QString own = rig.home.write(QStringLiteral("data/Shelf/Image.png"), imageBytes(5, 4));
         const QDateTime added = rig.clock.now().addSecs(qint64(-hoursAgo * 3600));
         rig.writeList({{QUuid::createUuid(), mine, added, false}, {QUuid::createUuid(), own, added, true}});
         LogCapture log;
@@ -202,8 +197,9 @@ private slots:
         Rig rig;
         rig.start();
         rig.clock.advance(Seconds(3723)); // 11:02:03 UTC
-        rig.dropAndWait(
-            {{QUrl(QStringLiteral("https://example.org/cat.jpg"))}, picture("JPEG"), QStringLiteral("cat")});
+        rig.dropAndWait({{QUrl(QStringLiteral("https://example.org/cat.jpg"))},
+                         imageBytes(5, 4, "JPEG"),
+                         QStringLiteral("cat")});
         const QString name =
             QStringLiteral("Image ") +
             rig.clock.now().toLocalTime().toString(QStringLiteral("yyyy-MM-dd 'at' HH.mm.ss")) +
@@ -214,7 +210,7 @@ private slots:
         QCOMPARE(kept.size(), QSize(5, 4));
         QVERIFY(rig.droppedTexts.isEmpty());
         // A second picture in the same second gets a name of its own.
-        rig.dropAndWait({{}, picture("PNG"), std::nullopt});
+        rig.dropAndWait({{}, imageBytes(5, 4), std::nullopt});
         QCOMPARE(QFileInfo(rig.paths().first()).fileName(), name.chopped(4) + QStringLiteral(" 2.png"));
     }
 
@@ -248,7 +244,7 @@ private slots:
         QVERIFY(QDir(rig.owned()).removeRecursively());
         rig.home.write(QStringLiteral("data/Shelf"), "a file where the folder was");
         LogCapture log;
-        rig.dropAndWait({{}, picture("PNG"), std::nullopt});
+        rig.dropAndWait({{}, imageBytes(5, 4), std::nullopt});
         QCOMPARE(log.count(
                      QStringLiteral("Norva shelf: a dropped image was not kept (could not write its file: ")),
                  1);
@@ -262,7 +258,7 @@ private slots:
         LogCapture log;
         rig.dropAndWait({{QUrl::fromLocalFile(QStringLiteral("/tmp/gone-1.png")),
                           QUrl::fromLocalFile(QStringLiteral("/tmp/gone-2.png"))},
-                         picture("PNG"),
+                         imageBytes(5, 4),
                          std::nullopt});
         QCOMPARE(log.lines().first(),
                  QStringLiteral(
@@ -291,7 +287,7 @@ private slots:
     {
         Rig rig;
         rig.start();
-        rig.dropAndWait({{}, picture("PNG"), std::nullopt});
+        rig.dropAndWait({{}, imageBytes(5, 4), std::nullopt});
         const QString ownOldest = rig.paths().first();
         const QString mine = rig.home.write(QStringLiteral("Documents/second-oldest.txt"), "x");
         rig.clock.advance(Seconds(1));
@@ -323,14 +319,14 @@ private slots:
         QVERIFY(screenshots.m_started);
         QSignalSpy landed(rig.shelf.get(), &ShelfManager::screenshotLanded);
         const QString shot =
-            rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 1.png"), picture("PNG"));
+            rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 1.png"), imageBytes(5, 4));
         screenshots.take(shot);
         QCOMPARE(rig.shelf->items().size(), 1);
         QVERIFY(rig.shelf->items().first().isScreenshot);
         QCOMPARE(landed.size(), 1);
         rig.settings.write(false, ShelfSettings::kScreenshotsKey);
         screenshots.take(
-            rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 2.png"), picture("PNG")));
+            rig.home.write(QStringLiteral("Pictures/Screenshots/Screenshot 2.png"), imageBytes(5, 4)));
         QCOMPARE(rig.shelf->items().size(), 1);
     }
 
@@ -341,20 +337,20 @@ private slots:
         home.write(QStringLiteral("config/user-dirs.dirs"), "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
         qputenv("XDG_CONFIG_HOME", home.file(QStringLiteral("config")).toUtf8());
         QCOMPARE(ScreenshotFolderWatcher::defaultFolder(), home.file(QStringLiteral("Bilder/Screenshots")));
-        home.write(QStringLiteral("Bilder/Screenshots/old.png"), picture("PNG"));
+        home.write(QStringLiteral("Bilder/Screenshots/old.png"), imageBytes(5, 4));
         ScreenshotFolderWatcher watcher(clock);
         QSignalSpy saved(&watcher, &ScreenshotSource::screenshotSaved);
         watcher.start();
         home.write(QStringLiteral("Bilder/Screenshots/notes.txt"), "not a picture");
         home.write(QStringLiteral("Bilder/Screenshots/being-written.png"), "");
         const QString fresh =
-            home.write(QStringLiteral("Bilder/Screenshots/Screenshot from 2026-11-23.png"), picture("PNG"));
+            home.write(QStringLiteral("Bilder/Screenshots/Screenshot from 2026-11-23.png"), imageBytes(5, 4));
         QTRY_VERIFY(clock.pendingCount() > 0);
         clock.advance(ScreenshotFolderWatcher::kSettle);
         QCOMPARE(saved.size(), 1);
         QCOMPARE(saved.first().first().toString(), fresh);
         // The picture that was still empty is told of once it is written.
-        home.write(QStringLiteral("Bilder/Screenshots/being-written.png"), picture("PNG"));
+        home.write(QStringLiteral("Bilder/Screenshots/being-written.png"), imageBytes(5, 4));
         QVERIFY(clock.pendingCount() > 0);
         clock.advance(ScreenshotFolderWatcher::kSettle);
         QCOMPARE(saved.size(), 2);
@@ -389,7 +385,7 @@ private slots:
             clock.advance(ScreenshotFolderWatcher::kSettle);
         };
         if (pictureWithTheFolder) {
-            home.write(QStringLiteral("Pictures/Screenshots/first.png"), picture("PNG"));
+            home.write(QStringLiteral("Pictures/Screenshots/first.png"), imageBytes(5, 4));
             settle();
             QCOMPARE(saved.size(), 1);
         } else {
@@ -401,7 +397,7 @@ private slots:
             settle();
             QCOMPARE(saved.size(), 0);
         }
-        home.write(QStringLiteral("Pictures/Screenshots/second.png"), picture("PNG"));
+        home.write(QStringLiteral("Pictures/Screenshots/second.png"), imageBytes(5, 4));
         settle();
         QCOMPARE(saved.size(), pictureWithTheFolder ? 2 : 1);
         QCOMPARE(saved.last().first().toString(),
