@@ -131,10 +131,6 @@ private slots:
             << QStringList{"text/plain=s3cret-pass", "x-kde-passwordManagerHint=secret"} << false;
         QTest::newRow("text with the concealed type")
             << QStringList{"text/plain=s3cret-pass", "org.nspasteboard.ConcealedType="} << false;
-        QTest::newRow("text with the transient type")
-            << QStringList{"text/plain=s3cret-pass", "org.nspasteboard.TransientType=1"} << false;
-        QTest::newRow("KDE hint that is not secret")
-            << QStringList{"text/plain=s3cret-pass", "x-kde-passwordManagerHint=public"} << true;
         QTest::newRow("plain text") << QStringList{"text/plain=s3cret-pass"} << true;
         QTest::newRow("the KDE secret hint alone")
             << QStringList{"x-kde-passwordManagerHint=secret"} << false;
