@@ -2,12 +2,10 @@
 #include "TestMain.h"
 
 #include "agents/ApprovalsFolder.h"
-#include "agents/ApprovalsFolderWatch.h"
 #include "app/Paths.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -67,20 +65,6 @@ private slots:
         QVERIFY(folder.remove(QStringLiteral("heartbeat")).ok);
         QVERIFY(folder.remove(QStringLiteral("heartbeat")).ok);
         QVERIFY(!folder.exists(QStringLiteral("heartbeat")));
-    }
-
-    void watchSignalsANewFile()
-    {
-        test::TempHome home;
-        ApprovalsFolder folder(home.file(QStringLiteral("approvals")));
-        QVERIFY(folder.ensure().ok);
-        ApprovalsFolderWatch watch(folder.path());
-        QVERIFY(watch.start());
-        QSignalSpy spy(&watch, &ApprovalsFolderWatch::changed);
-        home.write(QStringLiteral("approvals/pending-a.json"), "{}");
-        QTRY_VERIFY_WITH_TIMEOUT(spy.count() > 0, 5000);
-        watch.stop();
-        QVERIFY(!watch.isWatching());
     }
 };
 NORVA_TEST(ApprovalsFolderTest)

@@ -205,9 +205,8 @@ private slots:
     void toolCallsAreLeftToClaude_data()
     {
         QTest::addColumn<QString>("mode");
-        QTest::newRow("default") << "default";
-        QTest::newRow("acceptEdits") << "acceptEdits";
-        QTest::newRow("plan") << "plan";
+        for (const char* mode : {"default", "acceptEdits", "plan"})
+            QTest::newRow(mode) << QString::fromLatin1(mode);
     }
     void toolCallsAreLeftToClaude()
     {
