@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "ManualClock.h"
 #include "SmallDisk.h"
+#include "TempHome.h"
 #include "TestMain.h"
 
 #include "notes/MarkdownNote.h"
@@ -53,11 +54,7 @@ struct MirrorRig {
     {
         return QDir(folder()).entryList({QStringLiteral("*.md")}, QDir::Files, QDir::Name);
     }
-    QByteArray read(const QString& name) const
-    {
-        QFile file(QDir(folder()).filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray read(const QString& name) const { return test::TempHome::read(QDir(folder()).filePath(name)); }
     QJsonObject frontMatter() const
     {
         QProcess python;
