@@ -63,7 +63,10 @@ void TodosPageModel::refresh()
     due.removeIf([](const Reminder& reminder) { return reminder.completed; });
     m_views.setRows(viewRows());
     m_rows.setRows(rowsOf(shown, now));
-    m_tileRows.setRows(rowsOf(due, now));
+    m_tileRows.setRows(rowsOf(due.mid(0, kTileRows), now));
+    m_dueTitles.clear();
+    for (const Reminder& reminder : due)
+        m_dueTitles.append(reminder.title);
     m_trash.setRows(trashRows(now));
     QVariantList lists;
     for (const TodoList& list : m_store.lists())
@@ -177,14 +180,6 @@ QVariantList TodosPageModel::rowsOf(const QList<Reminder>& reminders, const QDat
     for (const Reminder& reminder : reminders)
         rows.append(rowOf(reminder, now));
     return rows;
-}
-
-QStringList TodosPageModel::dueTitles() const
-{
-    QStringList titles;
-    for (const QVariant& row : m_tileRows.rows())
-        titles.append(row.toMap().value(QStringLiteral("title")).toString());
-    return titles;
 }
 
 void TodosPageModel::setShowCompleted(bool on)

@@ -31,6 +31,7 @@ class TodosPageModel : public QObject {
     Q_PROPERTY(norva::RowsModel* rows READ rows CONSTANT)
     Q_PROPERTY(norva::RowsModel* tileRows READ tileRows CONSTANT)
     Q_PROPERTY(QStringList dueTitles READ dueTitles NOTIFY changed)
+    Q_PROPERTY(int dueCount READ dueCount NOTIFY changed)
     Q_PROPERTY(bool showCompleted READ showCompleted WRITE setShowCompleted NOTIFY changed)
     Q_PROPERTY(norva::RowsModel* trash READ trash CONSTANT)
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
@@ -54,10 +55,12 @@ public:
     QString currentTitle() const;
     bool currentIsList() const;
     RowsModel* rows() { return &m_rows; }
-    // Today's and overdue open to-dos, for the tile on the panel's first page.
+    // The first few of today's and overdue open to-dos, for the tile on the panel's first page.
+    static constexpr int kTileRows = 3;
     RowsModel* tileRows() { return &m_tileRows; }
-    // The tile's to-dos by title, for the focus timer to offer.
-    QStringList dueTitles() const;
+    // All of today's and overdue open to-dos: how many, and their titles for the focus timer to offer.
+    int dueCount() const { return static_cast<int>(m_dueTitles.size()); }
+    QStringList dueTitles() const { return m_dueTitles; }
     bool showCompleted() const { return m_showCompleted; }
     void setShowCompleted(bool on);
     RowsModel* trash() { return &m_trash; }
@@ -119,6 +122,7 @@ private:
     RowsModel m_tileRows{QStringLiteral("id"), this};
     RowsModel m_trash{QStringLiteral("id"), this};
     QVariantList m_lists;
+    QStringList m_dueTitles;
     ScheduledWork m_nextTurn;
 };
 

@@ -100,6 +100,18 @@ private slots:
         QCOMPARE(titles(page.rows()), (QStringList{QStringLiteral("overdue"), QStringLiteral("done")}));
         page.setShowCompleted(false);
         QCOMPARE(titles(page.tileRows()), QStringList{QStringLiteral("overdue")});
+        // The tile shows the first few of what is due and counts the rest.
+        QList<Reminder> due;
+        for (const char* id : {"e", "f", "g", "h"}) {
+            due << todo(id, id, "l");
+            due.last().due = clock.now().addSecs(-60);
+        }
+        auto crowded =
+            RemindersStore::stated({{QStringLiteral("l"), QStringLiteral("L"), {}, {}}}, due, clock);
+        TodosPageModel tile(*crowded, clock);
+        QCOMPARE(tile.tileRows()->count(), TodosPageModel::kTileRows);
+        QCOMPARE(tile.dueCount(), 4);
+        QCOMPARE(tile.dueTitles().size(), 4);
     }
 
     void theDemoShowsStatedToDosAndNeverWrites()

@@ -9,8 +9,8 @@ import Norva.Core
 Rectangle {
     id: tile
     readonly property TodosPageModel model: TodosPageModel
-    readonly property int dueCount: model ? model.tileRows.count : 0
-    readonly property int shownCount: 3
+    readonly property int dueCount: model ? model.dueCount : 0
+    readonly property int shownCount: model ? model.tileRows.count : 0
     signal openRequested()
 
     implicitWidth: 270
@@ -35,12 +35,9 @@ Rectangle {
         spacing: 2
         Repeater {
             model: tile.model ? tile.model.tileRows : null
-            // The first few show; the column leaves the hidden ones no room.
             delegate: Item {
                 id: dueRow
                 required property var row
-                required property int index
-                visible: index < tile.shownCount
                 width: parent.width
                 height: 19
                 Rectangle {
