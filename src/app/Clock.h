@@ -62,6 +62,11 @@ public:
     virtual QDateTime now() const = 0;
     virtual ScheduledWork after(Seconds delay, std::function<void()> work) = 0;
     virtual ScheduledWork every(Seconds interval, std::function<void()> work) = 0;
+    // Work at a moment rather than after a delay: a day's turn, a due time, a meeting's start.
+    ScheduledWork at(const QDateTime& when, std::function<void()> work)
+    {
+        return after(Seconds(now().msecsTo(when) / 1000.0), std::move(work));
+    }
 
     double secondsSince(const QDateTime& then) const { return then.msecsTo(now()) / 1000.0; }
 };

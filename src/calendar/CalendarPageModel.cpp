@@ -34,9 +34,7 @@ void CalendarPageModel::refresh()
     m_days.setRows(dayRows());
     m_monthCells.setRows(monthRows());
     m_calendars.setRows(calendarRows());
-    const QDateTime now = m_clock.now();
-    const QDateTime turn = today().addDays(1).startOfDay(m_meetings.timeZone());
-    m_dayTurn = m_clock.after(Seconds(now.msecsTo(turn) / 1000.0), [this] { refresh(); });
+    m_dayTurn = m_clock.at(today().addDays(1).startOfDay(m_meetings.timeZone()), [this] { refresh(); });
     emit changed();
 }
 

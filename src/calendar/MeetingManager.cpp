@@ -163,7 +163,7 @@ void MeetingManager::chooseFaceMeeting()
         consider(meeting.end());
     }
     if (next.isValid() && m_running)
-        m_faceTick = m_clock.after(Seconds(now.msecsTo(next) / 1000.0), [this] { chooseFaceMeeting(); });
+        m_faceTick = m_clock.at(next, [this] { chooseFaceMeeting(); });
     else
         m_faceTick.cancel();
 }

@@ -90,8 +90,7 @@ void NotesDesk::rebuild()
     const QDate today = m_clock.now().toLocalTime().date();
     if (m_dayTurnAfter != today) {
         m_dayTurnAfter = today;
-        const qint64 untilTurn = m_clock.now().msecsTo(today.addDays(1).startOfDay());
-        m_dayTurn = m_clock.after(Seconds(untilTurn / 1000.0), [this] { rebuild(); });
+        m_dayTurn = m_clock.at(today.addDays(1).startOfDay(), [this] { rebuild(); });
     }
     QList<const QuickNote*> shown;
     for (const QuickNote& note : m_store.notes()) {

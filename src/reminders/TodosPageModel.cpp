@@ -80,7 +80,7 @@ void TodosPageModel::refresh()
         if (reminder.due && reminder.dueHasTime && *reminder.due > now)
             turn = std::min(turn, *reminder.due);
     }
-    m_nextTurn = m_clock.after(Seconds(now.msecsTo(turn) / 1000.0), [this] { refresh(); });
+    m_nextTurn = m_clock.at(turn, [this] { refresh(); });
     emit changed();
 }
 
