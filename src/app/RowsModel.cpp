@@ -1,7 +1,5 @@
 #include "app/RowsModel.h"
 
-#include <QSet>
-
 namespace norva {
 
 namespace {
@@ -39,7 +37,8 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> RowsModel::roleNames() const
 {
-    // A model with a single role hands it to delegates as `modelData` too.
+    // Delegates read their row by this name; Qt hands a single role out as `modelData` too, but
+    // does not tell a kept delegate when it changes.
     return {{Qt::UserRole, "row"}};
 }
 
@@ -48,10 +47,10 @@ void RowsModel::setRows(const QVariantList& rows)
     const int before = count();
     if (m_keyField.isEmpty()) {
         setByPosition(rows);
-    } else if (hasDuplicateKeys(rows)) {
+    } else if (const std::optional<QSet<QString>> keys = distinctKeys(rows); !keys) {
         reset(rows);
     } else {
-        removeGone(rows);
+        removeGone(*keys);
         if (!placeInOrder(rows))
             reset(rows);
     }
@@ -59,25 +58,21 @@ void RowsModel::setRows(const QVariantList& rows)
         emit countChanged();
 }
 
-bool RowsModel::hasDuplicateKeys(const QVariantList& rows) const
+std::optional<QSet<QString>> RowsModel::distinctKeys(const QVariantList& rows) const
 {
     QSet<QString> keys;
     keys.reserve(rows.size());
     for (const QVariant& row : rows) {
         const QString key = keyOf(row);
         if (key.isEmpty() || keys.contains(key))
-            return true;
+            return std::nullopt;
         keys.insert(key);
     }
-    return false;
+    return keys;
 }
 
-void RowsModel::removeGone(const QVariantList& rows)
+void RowsModel::removeGone(const QSet<QString>& kept)
 {
-    QSet<QString> kept;
-    kept.reserve(rows.size());
-    for (const QVariant& row : rows)
-        kept.insert(keyOf(row));
     for (int last = count() - 1; last >= 0;) {
         if (kept.contains(keyOf(m_rows.at(last)))) {
             --last;

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QSet>
 #include <QVariantList>
 #include <QtQmlIntegration/qqmlintegration.h>
+
+#include <optional>
 
 namespace norva {
 
 // A page's list as QML's views want it: one row per record, each row a map the delegate reads as
-// `modelData`. A new list is laid over the old one by the rows' keys, so a view keeps the delegates
-// of rows that stayed, moves the ones that moved, and rebuilds only what was added or changed.
+// `required property var row` (not `modelData`, which a kept delegate does not see change). A new list is
+// laid over the old one by the rows' keys, so a view keeps the delegates of rows that stayed, moves the ones
+// that moved, and rebuilds only what was added or changed.
 class RowsModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -37,8 +41,10 @@ signals:
 
 private:
     QString keyOf(const QVariant& row) const;
-    bool hasDuplicateKeys(const QVariantList& rows) const;
-    void removeGone(const QVariantList& rows);
+    // The rows' keys, or nothing when a key is missing or repeated and rows cannot be told apart.
+    std::optional<QSet<QString>> distinctKeys(const QVariantList& rows) const;
+    // Removes the shown rows whose keys are not kept, in runs.
+    void removeGone(const QSet<QString>& kept);
     bool placeInOrder(const QVariantList& rows);
     void setByPosition(const QVariantList& rows);
     void reset(const QVariantList& rows);
